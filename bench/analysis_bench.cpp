@@ -1,0 +1,114 @@
+// The analysis reader against the bare parse of the same bytes, and a log line against the bare stream calls.
+#include "bench/harness.h"
+#include "common/json_text.h"
+#include "common/logger.h"
+#include "common/text.h"
+#include "scene/scene_data.h"
+#include "tests/support/test_folder.h"
+
+#include <json/json.h>
+
+#include <cstdio>
+#include <fstream>
+
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace {
+
+using tarvo_bench::report;
+
+std::string analysis_text(int references, int cameras) {
+    std::string text =
+        R"({"name":"C:\\scenes\\big.max","version":"2019","is_region":"false","image_width":"1920",)"
+        R"("image_height":"1080","start_frame":"0","image_format":"jpg","reference_file":[)";
+    for (int number = 0; number < references; ++number) {
+        text += (number == 0 ? "" : ",");
+        text += R"({"path":"D:\\projects\\textures\\wall)" + std::to_string(number) + R"(\\diffuse.png"})";
+    }
+    text += R"(],"cameras":[)";
+    for (int number = 0; number < cameras; ++number) {
+        text += (number == 0 ? "" : ",");
+        text += R"({"name":"PhysCamera)" + std::to_string(number) + R"("})";
+    }
+    return text + "]}";
+}
+
+void parse_alone(const std::string& text) {
+    Json::Value root;
+    Json::Reader reader;
+    reader.parse(text, root);
+}
+
+void measure_reader() {
+    const std::string text = analysis_text(100000, 10000);
+    tarvo::SceneData scene;
+    std::wstring wide = tarvo::Utf8ToWide(text);
+    scene.set_analysis_text(wide);
+    const tarvo_bench::Ratio time = tarvo_bench::compare(
+        9, [&] { scene.parse_analysis(); }, [&] { parse_alone(text); });
+    report("parse_analysis / Json::Reader::parse, 100,000 files, 10,000 cameras", time.ratio(), 1.25);
+
+    tarvo::SceneData tenth;
+    std::wstring tenth_text = tarvo::Utf8ToWide(analysis_text(10000, 1000));
+    tenth.set_analysis_text(tenth_text);
+    const double small = tarvo_bench::best_seconds(9, [&] { tenth.parse_analysis(); });
+    report("parse_analysis, time of ten times the input / time of the input", time.subject_seconds / small,
+           11.0);
+}
+
+// The floor is what has to be there in any case: the store's wide text and the parsed tree.
+void measure_memory() {
+    const std::string text = analysis_text(100000, 10000);
+    std::size_t tree = 0;
+    {
+        const std::size_t before = tarvo_bench::live_bytes();
+        Json::Value root;
+        tarvo::ParseJson(text, root);
+        tree = tarvo_bench::live_bytes() - before;
+    }
+    const std::size_t before = tarvo_bench::live_bytes();
+    tarvo::SceneData scene;
+    std::wstring wide = tarvo::Utf8ToWide(text);
+    const std::size_t floor = tree + wide.size() * sizeof(wchar_t);
+    scene.set_analysis_text(wide);
+    tarvo_bench::reset_peak();
+    scene.parse_analysis();
+    const double peak = static_cast<double>(tarvo_bench::peak_bytes() - before);
+    report("parse_analysis, peak memory / parsed tree and text", peak / static_cast<double>(floor), 1.3);
+}
+
+void measure_log() {
+    constexpr int kLines = 2000;
+    const std::string message = "Update camera table successfully.";
+    const std::string bare_file = tarvo_test::log_file("bench_bare");
+    tarvo::Logger log("bench_log", 5, 2, 0);
+    std::fstream bare(bare_file, std::ios::out | std::ios::app);
+    const auto write_log = [&] {
+        for (int line = 0; line < kLines; ++line) {
+            log.Write(message, "INFO");
+        }
+    };
+    const auto write_bare = [&] {
+        for (int line = 0; line < kLines; ++line) {
+            bare << "2024-03-07 09:05:02:045 [INFO] " << message << std::endl;
+            const auto position = bare.tellp();
+            bare.seekp(0, std::ios::end);
+            bare.seekp(position);
+        }
+    };
+    report("log line / bare stream write, flush and two seeks",
+           tarvo_bench::compare(7, write_log, write_bare).ratio(), 1.3);
+    bare.close();
+    std::remove(bare_file.c_str());
+    std::remove(tarvo_test::log_file("bench_log").c_str());
+}
+
+} // namespace
+
+int main() {
+    tarvo_test::plugin_folder();
+    measure_reader();
+    measure_memory();
+    measure_log();
+    return 0;
+}

@@ -1,0 +1,105 @@
+#include "bench/harness.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace {
+
+std::size_t g_live = 0;
+std::size_t g_peak = 0;
+
+// Each block carries its size in front, at the alignment that operator new promises.
+constexpr std::size_t kHeader = 16;
+
+void* take(std::size_t size) {
+    char* block = static_cast<char*>(std::malloc(size + kHeader));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    *reinterpret_cast<std::size_t*>(block) = size;
+    g_live += size;
+    g_peak = std::max(g_peak, g_live);
+    return block + kHeader;
+}
+
+void give_back(void* pointer) noexcept {
+    if (pointer == nullptr) {
+        return;
+    }
+    char* block = static_cast<char*>(pointer) - kHeader;
+    g_live -= *reinterpret_cast<std::size_t*>(block);
+    std::free(block);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return take(size);
+}
+void* operator new[](std::size_t size) {
+    return take(size);
+}
+void operator delete(void* pointer) noexcept {
+    give_back(pointer);
+}
+void operator delete[](void* pointer) noexcept {
+    give_back(pointer);
+}
+void operator delete(void* pointer, std::size_t) noexcept {
+    give_back(pointer);
+}
+void operator delete[](void* pointer, std::size_t) noexcept {
+    give_back(pointer);
+}
+
+namespace tarvo_bench {
+
+namespace {
+
+double seconds(const std::function<void()>& run) {
+    const auto start = std::chrono::steady_clock::now();
+    run();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+} // namespace
+
+Ratio compare(int rounds, const std::function<void()>& subject, const std::function<void()>& floor) {
+    Ratio best = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    for (int round = 0; round < rounds; ++round) {
+        best.floor_seconds = std::min(best.floor_seconds, seconds(floor));
+        best.subject_seconds = std::min(best.subject_seconds, seconds(subject));
+    }
+    return best;
+}
+
+double best_seconds(int rounds, const std::function<void()>& subject) {
+    double best = std::numeric_limits<double>::max();
+    for (int round = 0; round < rounds; ++round) {
+        best = std::min(best, seconds(subject));
+    }
+    return best;
+}
+
+void reset_peak() {
+    g_peak = g_live;
+}
+std::size_t peak_bytes() {
+    return g_peak;
+}
+std::size_t live_bytes() {
+    return g_live;
+}
+
+void report(const std::string& name, double value, double limit) {
+    std::printf("%-72s %8.3f  (at most %.2f)%s\n", name.c_str(), value, limit,
+                value <= limit ? "" : "  MISSED");
+    std::fflush(stdout);
+}
+
+} // namespace tarvo_bench

@@ -1,0 +1,31 @@
+// Measures by ratio: what is measured and a named floor run alternately in one process, and the best times of
+// both are compared. These machines are noisy; a single time says nothing.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace tarvo_bench {
+
+struct Ratio {
+    double subject_seconds;
+    double floor_seconds;
+    double ratio() const { return subject_seconds / floor_seconds; }
+};
+
+// The best of `rounds` runs of each, alternately.
+Ratio compare(int rounds, const std::function<void()>& subject, const std::function<void()>& floor);
+
+// The best of `rounds` runs.
+double best_seconds(int rounds, const std::function<void()>& subject);
+
+// Bytes that operator new has handed out and not got back, at its highest since the last reset.
+void reset_peak();
+std::size_t peak_bytes();
+std::size_t live_bytes();
+
+// One line of the report: "name  value  (at most limit)" and whether it holds.
+void report(const std::string& name, double value, double limit);
+
+} // namespace tarvo_bench

@@ -1,0 +1,32 @@
+# The libraries. Cross builds take them from TARVO_DEPS_DIR (filled by the README's commands); native builds take
+# Debian's packages; an MSVC build takes JsonCpp from wherever CMAKE_PREFIX_PATH points.
+if(MINGW)
+    if(NOT EXISTS ${TARVO_DEPS_DIR}/mingw/include/json/json.h)
+        message(FATAL_ERROR "No dependencies in '${TARVO_DEPS_DIR}'. Run ./run or ./test once, they fetch them.")
+    endif()
+    add_library(tarvo_jsoncpp INTERFACE)
+    target_include_directories(tarvo_jsoncpp SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
+    target_link_libraries(tarvo_jsoncpp INTERFACE ${TARVO_DEPS_DIR}/mingw/lib/libjsoncpp.a)
+
+    add_library(tarvo_gtest INTERFACE)
+    target_include_directories(tarvo_gtest SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
+    target_link_libraries(tarvo_gtest INTERFACE
+        ${TARVO_DEPS_DIR}/mingw/lib/libgmock.a ${TARVO_DEPS_DIR}/mingw/lib/libgtest.a)
+
+    add_library(tarvo_httplib INTERFACE)
+    target_include_directories(tarvo_httplib SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
+    target_link_libraries(tarvo_httplib INTERFACE ws2_32 crypt32)
+else()
+    find_package(jsoncpp REQUIRED)
+    add_library(tarvo_jsoncpp INTERFACE)
+    if(TARGET JsonCpp::JsonCpp)
+        target_link_libraries(tarvo_jsoncpp INTERFACE JsonCpp::JsonCpp)
+    else()
+        target_link_libraries(tarvo_jsoncpp INTERFACE jsoncpp_lib)
+    endif()
+    if(UNIX)
+        find_package(GTest REQUIRED)
+        add_library(tarvo_gtest INTERFACE)
+        target_link_libraries(tarvo_gtest INTERFACE GTest::gtest)
+    endif()
+endif()

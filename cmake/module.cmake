@@ -1,0 +1,14 @@
+# The module itself: the portable floors, the Windows twins, the two places that see the SDK, the resources.
+add_library(tarvo_win32 STATIC ${TARVO_WIN32_SOURCES})
+target_link_libraries(tarvo_win32 PUBLIC tarvo_portable winhttp shlwapi shell32 comctl32 ole32)
+
+add_library(tarvo_module MODULE ${TARVO_SDK_SOURCES}
+    resources/tarvo_rendering.rc plugin/tarvo_rendering.def)
+target_link_libraries(tarvo_module PRIVATE tarvo_win32 host_sdk)
+set_target_properties(tarvo_module PROPERTIES PREFIX "" OUTPUT_NAME TarvoRendering SUFFIX .gup)
+
+if(MINGW)
+    # Nothing but system DLLs and the host's may be imported; the resource compiler reads UTF-8.
+    target_link_options(tarvo_module PRIVATE -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
+    set(CMAKE_RC_FLAGS "${CMAKE_RC_FLAGS} -c 65001")
+endif()

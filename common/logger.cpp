@@ -1,0 +1,93 @@
+#include "common/logger.h"
+
+#include "common/log_rotation.h"
+#include "common/platform.h"
+#include "common/program_data.h"
+#include "common/text.h"
+
+#include <cstdio>
+
+namespace tarvo {
+
+namespace {
+
+constexpr const wchar_t* kLogFolder = L"/log";
+constexpr std::ios_base::openmode kAppend = std::ios_base::out | std::ios_base::app;
+
+} // namespace
+
+Logger::Logger() {
+    find_folder();
+}
+
+Logger::Logger(const std::string& channel, std::uint32_t max_size_mb, std::uint32_t max_files,
+               std::uint32_t compact_time)
+    : maxSizeMB(max_size_mb), maxFiles(max_files), compactTime(compact_time) {
+    find_folder();
+    Open(channel);
+}
+
+void Logger::find_folder() {
+    const std::wstring plugin_folder = common_app_data_folder() + kPluginFolder;
+    // The value follows "log" without a separator: "2019" gives the folder "log2019".
+    const std::wstring log_folder =
+        plugin_folder + kLogFolder +
+        read_profile_text(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
+    create_folder(log_folder);
+    folder = WideToLocale(log_folder);
+}
+
+void Logger::Open(std::string channel) {
+    baseName = folder + "\\" + channel;
+    if (!path_exists(folder)) {
+        create_folder(folder);
+    }
+    stream.reset(new std::fstream());
+    open_current();
+}
+
+// The runtime opens such a stream without denying anything to others: support reads the file while it grows.
+void Logger::open_current() {
+    stream->open(baseName + ".log", kAppend);
+}
+
+void Logger::Write(std::string message, std::string level) {
+    if (!stream) {
+        return;
+    }
+    *stream << time_stamp() << " [" << level << "] " << message << std::endl;
+    const std::fstream::pos_type position = stream->tellp();
+    stream->seekp(0, std::ios_base::end);
+    const std::streamoff end = stream->tellp();
+    stream->seekp(position);
+    const std::int32_t size_kb = static_cast<std::int32_t>(end / 1024);
+    if (stream->good() && static_cast<std::uint32_t>(size_kb) >= (maxSizeMB << 10)) {
+        rotate();
+    }
+}
+
+void Logger::rotate() {
+    stream->close();
+    for (const RotationStep& step :
+         PlanRotation(baseName, maxFiles, [](const std::string& name) { return path_exists(name); })) {
+        // Results do not matter: another process may hold a file, then it stays where it is.
+        if (step.to.empty()) {
+            std::remove(step.from.c_str());
+        } else {
+            std::rename(step.from.c_str(), step.to.c_str());
+        }
+    }
+    open_current();
+}
+
+std::string Logger::time_stamp() const {
+    const LocalTime now = local_time();
+    const char* format =
+        compactTime == 0 ? "%4d-%02d-%02d %02d:%02d:%02d:%03d" : "%4d%02d%02d %02d:%02d:%02d:%03d";
+    char buffer[64] = {};
+    std::snprintf(buffer, sizeof buffer, format, now.year, now.month, now.day, now.hour, now.minute,
+                  now.second, now.millisecond);
+    return buffer;
+}
+
+} // namespace tarvo

@@ -1,0 +1,46 @@
+// One plain-text log file for each channel, one line for each event, older files kept by rotation. A logger
+// never reports a failure and never fails its caller: what cannot be written is dropped. Other processes may
+// read and append to the file meanwhile. For one thread.
+#pragma once
+
+#include "common/qfx_noncopyable.h"
+
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <string>
+
+namespace tarvo {
+
+class Logger : public qfx_Noncopyable {
+public:
+    // Finds and makes the log folder; no file is open before Open.
+    Logger();
+
+    // The same, then opens the channel. `compact_time` not 0: dates without hyphens.
+    Logger(const std::string& channel, std::uint32_t max_size_mb, std::uint32_t max_files,
+           std::uint32_t compact_time);
+
+    void Open(std::string channel);
+    void SetMaxSizeMB(std::uint32_t mb) { maxSizeMB = mb; }
+    void SetMaxFiles(std::uint32_t files) { maxFiles = files; }
+
+    // One line: time stamp, level in square brackets, message (UTF-8 or locale text, as it stands). `level`
+    // is "INFO", "WARN" or "ERROR". Rotates when the file has reached the size limit.
+    void Write(std::string message, std::string level);
+
+private:
+    void find_folder();
+    void open_current();
+    void rotate();
+    std::string time_stamp() const;
+
+    std::string baseName; // folder, backslash, channel; in the locale's code page
+    std::uint32_t maxSizeMB = 0;
+    std::uint32_t maxFiles = 1; // the current file included
+    std::unique_ptr<std::fstream> stream;
+    std::string folder;
+    std::uint32_t compactTime = 0;
+};
+
+} // namespace tarvo

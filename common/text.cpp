@@ -1,0 +1,28 @@
+#include "common/text.h"
+
+#include <algorithm>
+
+namespace tarvo {
+
+std::wstring RemoveChars(const std::wstring& text, const std::wstring& set) {
+    std::wstring kept = text;
+    for (const wchar_t unwanted : set) {
+        kept.erase(std::remove(kept.begin(), kept.end(), unwanted), kept.end());
+    }
+    return kept;
+}
+
+std::wstring TrimSpaces(const std::wstring& text) {
+    const std::wstring::size_type first = text.find_first_not_of(L' ');
+    if (first == std::wstring::npos) {
+        return std::wstring();
+    }
+    const std::wstring::size_type last = text.find_last_not_of(L' ');
+    return text.substr(first, last - first + 1);
+}
+
+int ContainsAnyOf(const std::wstring& text, const std::wstring& set) {
+    return text.find_first_of(set) == std::wstring::npos ? 0 : 1;
+}
+
+} // namespace tarvo

@@ -1,0 +1,43 @@
+// Conversions between wide (UTF-16), UTF-8 and locale text, and three operations on wide text. The locale
+// kind goes through the C runtime's "chs" locale (code page 936) and serves paths and logs; the UTF-8 kind
+// serves JSON and HTTP. None reports an error; what cannot be converted is described at each. Not for use on
+// two threads at once: the locale kind changes the locale of the whole process.
+#pragma once
+
+#include <string>
+
+namespace tarvo {
+
+// Afterwards the process runs under the "C" locale, whatever it was before: intended, and unlike
+// WideToLocale.
+std::wstring LocaleToWide(const std::string& text);
+
+// Ends before the first character that the code page lacks. The locale is afterwards what it was before.
+std::string WideToLocale(const std::wstring& text);
+
+// Reads up to the first zero byte; invalid bytes become U+FFFD.
+std::wstring Utf8ToWide(const std::string& text);
+
+// Reads up to the first zero unit; an unpaired surrogate becomes U+FFFD.
+std::string WideToUtf8(const std::wstring& text);
+
+// `text` without any of the characters of `set`; the others keep their order.
+std::wstring RemoveChars(const std::wstring& text, const std::wstring& set);
+
+// Blanks (U+0020 only) at both ends are gone.
+std::wstring TrimSpaces(const std::wstring& text);
+
+// 1 when any character of `set` occurs in `text`, else 0.
+int ContainsAnyOf(const std::wstring& text, const std::wstring& set);
+
+// The nine characters that a camera's name must not hold, because it becomes a file name.
+constexpr const wchar_t* kForbiddenNameCharacters = L"\\/:*?\"<>|";
+
+// UTF-8 to the system's ANSI code page through UTF-16, for the archive program's arguments. Characters that
+// the code page lacks are replaced as the system does it.
+std::string Utf8ToAnsi(const std::string& text);
+
+// Upper case as the host's C runtime does it.
+std::wstring ToUpper(const std::wstring& text);
+
+} // namespace tarvo

@@ -1,0 +1,370 @@
+#include "dialog/camera_edit_dialog.h"
+
+#include "common/activation_context.h"
+#include "common/message_box.h"
+#include "common/string_table.h"
+#include "common/text.h"
+#include "dialog/controls.h"
+#include "dialog/main_dialog.h"
+#include "dialog/number_step.h"
+#include "dialog/ui_state.h"
+#include "host/host.h"
+#include "resources/resource_ids.h"
+#include "scene/scene_data.h"
+
+#include <windows.h>
+
+#include <cwchar>
+#include <memory>
+#include <stdexcept>
+
+namespace tarvo {
+
+namespace {
+
+constexpr float kRatioMinimum = 0.001f;
+constexpr float kRatioMaximum = 2048.0f;
+constexpr float kRatioStep = 0.001f;
+
+constexpr unsigned kLargestSize = 32768; // pixels
+constexpr const wchar_t* kLargestSizeText = L"32768";
+
+constexpr std::size_t kLongestName = 100;
+
+// The order of the formats in their combo box.
+constexpr unsigned kFormatTexts[] = {
+    IDS_FORMAT_JPG, IDS_FORMAT_BMP, IDS_FORMAT_CIN, IDS_FORMAT_DDS, IDS_FORMAT_EPS,
+    IDS_FORMAT_EXR, IDS_FORMAT_HDR, IDS_FORMAT_PNG, IDS_FORMAT_RGB, IDS_FORMAT_RLA,
+    IDS_FORMAT_RPF, IDS_FORMAT_TGA, IDS_FORMAT_TIF,
+};
+constexpr unsigned kSphericalTexts[] = {IDS_NO, IDS_YES};
+constexpr WPARAM kSphericalYes = 1;
+
+// Confirming without a name ends in the standard out-of-range error, and the procedure lets it go. It has a
+// type of its own so that nothing else that goes out of range leaves with it.
+class EmptyNameError : public std::out_of_range {
+public:
+    EmptyNameError() : std::out_of_range("invalid string position") {}
+};
+
+wchar_t character_at(const std::wstring& text, std::size_t index) {
+    if (index >= text.size()) {
+        throw EmptyNameError();
+    }
+    return text[index];
+}
+
+// Leading digits; out of range it is the limit (_wtoi of the older C runtime would wrap round).
+int read_int(HWND dialog, int id) {
+    return static_cast<int>(std::wcstol(ControlText(dialog, id).c_str(), nullptr, 10));
+}
+
+void write_int(HWND dialog, int id, int value) {
+    wchar_t buffer[kControlTextLimit] = {};
+    ::_itow_s(value, buffer, kControlTextLimit, 10);
+    ::SetDlgItemTextW(dialog, id, buffer);
+}
+
+void place_caret(HWND dialog, int id, std::size_t position) {
+    ::SendDlgItemMessageW(dialog, id, EM_SETSEL, position, static_cast<LPARAM>(position));
+}
+
+void show_name_box(HWND dialog, unsigned text_id) {
+    SystemMessageBoxes().show(dialog, Text(text_id), Text(IDS_NAME_CAPTION), kBoxOk,
+                              BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+}
+
+// Width, height and ratio
+// ---------------------------------------------------------------------------------------
+
+// The linked field may report what is set through the spinner as if the user had typed it, and would then
+// compute the height anew, and the ratio from it, and so on. While this lives, the dialog knows the change as
+// its own.
+class RatioEcho {
+public:
+    explicit RatioEcho(HWND dialog)
+        : dialog_(dialog), before_(::SetWindowLongPtrW(dialog, DWLP_USER, TRUE)) {}
+    ~RatioEcho() { ::SetWindowLongPtrW(dialog_, DWLP_USER, before_); }
+    RatioEcho(const RatioEcho&) = delete;
+    RatioEcho& operator=(const RatioEcho&) = delete;
+
+    static bool is_own(HWND dialog) { return ::GetWindowLongPtrW(dialog, DWLP_USER) != FALSE; }
+
+private:
+    HWND dialog_;
+    LONG_PTR before_;
+};
+
+std::unique_ptr<RatioSpinner> linked_spinner(HWND dialog) {
+    std::unique_ptr<RatioSpinner> spinner =
+        CurrentHost().ratio_spinner(::GetDlgItem(dialog, IDC_EDIT_RATIO_SPIN));
+    if (spinner) {
+        spinner->link_to_edit(::GetDlgItem(dialog, IDC_EDIT_RATIO));
+    }
+    return spinner;
+}
+
+void show_ratio(HWND dialog, RatioSpinner& spinner) {
+    spinner.set_value(static_cast<float>(read_int(dialog, IDC_EDIT_WIDTH)) /
+                      static_cast<float>(read_int(dialog, IDC_EDIT_HEIGHT)));
+}
+
+bool cut_to_largest_size(HWND dialog, int id) {
+    const bool too_large = static_cast<unsigned>(read_int(dialog, id)) > kLargestSize;
+    if (too_large) {
+        ::SetDlgItemTextW(dialog, id, kLargestSizeText);
+    }
+    return too_large;
+}
+
+// Writes the other size without being asked back for this one.
+void write_linked_size(HWND dialog, int id, float size) {
+    UiState& state = UiState::instance();
+    state.sizeSyncBusy = true;
+    write_int(dialog, id, TruncateToInt32(size));
+    state.sizeSyncBusy = false;
+}
+
+void on_width(HWND dialog) {
+    if (cut_to_largest_size(dialog, IDC_EDIT_WIDTH)) {
+        return;
+    }
+    const RatioEcho echo(dialog);
+    const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
+    if (!spinner) {
+        return;
+    }
+    if (spinner->is_enabled()) {
+        show_ratio(dialog, *spinner);
+    } else if (!UiState::instance().sizeSyncBusy) {
+        write_linked_size(dialog, IDC_EDIT_HEIGHT,
+                          static_cast<float>(read_int(dialog, IDC_EDIT_WIDTH)) / spinner->value());
+    }
+}
+
+void on_height(HWND dialog) {
+    if (cut_to_largest_size(dialog, IDC_EDIT_HEIGHT)) {
+        return;
+    }
+    const RatioEcho echo(dialog);
+    const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
+    if (!spinner) {
+        return;
+    }
+    if (spinner->is_enabled()) {
+        show_ratio(dialog, *spinner);
+    } else if (!UiState::instance().sizeSyncBusy) {
+        write_linked_size(dialog, IDC_EDIT_WIDTH,
+                          static_cast<float>(read_int(dialog, IDC_EDIT_HEIGHT)) * spinner->value());
+    }
+}
+
+void on_ratio(HWND dialog) {
+    if (RatioEcho::is_own(dialog)) {
+        return;
+    }
+    const RatioEcho echo(dialog);
+    const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
+    if (spinner && spinner->is_enabled()) {
+        const float height = static_cast<float>(read_int(dialog, IDC_EDIT_WIDTH)) / spinner->value();
+        write_int(dialog, IDC_EDIT_HEIGHT, TruncateToInt32(height));
+    }
+}
+
+void on_lock(HWND dialog) {
+    const RatioEcho echo(dialog);
+    const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
+    if (!spinner) {
+        return;
+    }
+    if (spinner->is_enabled()) {
+        spinner->disable();
+    } else {
+        spinner->enable();
+    }
+}
+
+void lock_ratio(HWND dialog, const CameraRecord& camera) {
+    const float ratio = static_cast<float>(camera.image_width) / static_cast<float>(camera.image_height);
+    const RatioEcho echo(dialog);
+    const std::unique_ptr<RatioSpinner> spinner = CurrentHost().set_up_ratio_spinner(
+        dialog, IDC_EDIT_RATIO_SPIN, IDC_EDIT_RATIO, kRatioMinimum, kRatioMaximum, ratio, kRatioStep);
+    ::SendDlgItemMessageW(dialog, IDC_EDIT_RATIO_LOCK, BM_SETCHECK, BST_CHECKED, 0);
+    if (spinner) {
+        spinner->disable();
+    }
+}
+
+// Name and confirmation
+// -----------------------------------------------------------------------------------------
+
+void on_name(HWND dialog) {
+    UiState::instance().CheckCameraNameField(dialog, IDC_EDIT_NAME, kForbiddenNameCharacters);
+}
+
+void on_confirm(HWND dialog) {
+    std::wstring name = ControlText(dialog, IDC_EDIT_NAME);
+    const wchar_t first = character_at(name, 0);
+    const wchar_t last = character_at(name, name.size() - 1);
+    if (first == L' ' || last == L' ') {
+        show_name_box(dialog, IDS_NAME_BLANKS_TRIMMED);
+        name = TrimSpaces(name);
+        ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, name.c_str());
+        place_caret(dialog, IDC_EDIT_NAME, name.size());
+    }
+    if (name.empty()) {
+        show_name_box(dialog, IDS_NAME_EMPTY);
+        ::SetFocus(::GetDlgItem(dialog, IDC_EDIT_NAME));
+        return;
+    }
+    UiState::instance().ApplyCameraEdits(dialog, SceneData::instance().cameras());
+    ::SendMessageW(::GetParent(dialog), kRefillCameraTable, 0, 0);
+    ::EndDialog(dialog, 1);
+}
+
+// Routes
+// --------------------------------------------------------------------------------------------------------
+
+constexpr INT_PTR kNotHandled = 0;
+constexpr INT_PTR kHandled = 1;
+
+constexpr int kAnyNotification = -1;
+
+struct CommandRoute {
+    int control;
+    int notification;
+    void (*handle)(HWND dialog);
+};
+
+constexpr CommandRoute kCommands[] = {
+    {IDC_EDIT_CONFIRM, kAnyNotification, on_confirm}, {IDC_EDIT_WIDTH, kAnyNotification, on_width},
+    {IDC_EDIT_HEIGHT, kAnyNotification, on_height},   {IDC_EDIT_NAME, EN_CHANGE, on_name},
+    {IDC_EDIT_RATIO, kAnyNotification, on_ratio},     {IDC_EDIT_RATIO_LOCK, kAnyNotification, on_lock},
+};
+
+INT_PTR route_command(HWND dialog, WPARAM w_param) {
+    for (const CommandRoute& route : kCommands) {
+        if (route.control == LOWORD(w_param) &&
+            (route.notification == kAnyNotification || route.notification == HIWORD(w_param))) {
+            route.handle(dialog);
+            return kHandled;
+        }
+    }
+    return kNotHandled;
+}
+
+INT_PTR initialise(HWND dialog, WPARAM) {
+    UiState& state = UiState::instance();
+    state.InitCameraEditDialog(state.selected_cameras(), dialog, SceneData::instance().cameras());
+    return kHandled;
+}
+
+INT_PTR end_dialog(HWND dialog, WPARAM) {
+    ::EndDialog(dialog, 0);
+    return kHandled;
+}
+
+INT_PTR handled(HWND, WPARAM) {
+    return kHandled;
+}
+
+struct MessageRoute {
+    UINT message;
+    INT_PTR (*handle)(HWND dialog, WPARAM w_param);
+};
+
+constexpr MessageRoute kMessages[] = {
+    {WM_INITDIALOG, initialise},
+    {WM_DESTROY, handled},
+    {WM_CLOSE, end_dialog},
+    {WM_COMMAND, route_command},
+};
+
+void fill_combo(HWND combo, const unsigned* texts, std::size_t count) {
+    for (std::size_t index = 0; index < count; ++index) {
+        ::SendMessageW(combo, CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Text(texts[index]).c_str()));
+    }
+}
+
+} // namespace
+
+void UiState::InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND dialog, CameraMap& cameras) {
+    if (keys.empty()) {
+        return;
+    }
+    const CameraRecord& camera = cameras[keys.front()];
+    write_int(dialog, IDC_EDIT_WIDTH, camera.image_width);
+    write_int(dialog, IDC_EDIT_HEIGHT, camera.image_height);
+    if (camera.image_height != 0) {
+        lock_ratio(dialog, camera);
+    }
+    write_int(dialog, IDC_EDIT_START_FRAME, camera.start_frame);
+    ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, camera.img_output_name.c_str());
+
+    HWND formats = ::GetDlgItem(dialog, IDC_EDIT_FORMAT);
+    fill_combo(formats, kFormatTexts, sizeof kFormatTexts / sizeof *kFormatTexts);
+    const LRESULT found = ::SendMessageW(formats, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                         reinterpret_cast<LPARAM>(camera.image_format.c_str()));
+    ::SendMessageW(formats, CB_SETCURSEL, static_cast<WPARAM>(found == CB_ERR ? 0 : found), 0);
+
+    HWND spherical = ::GetDlgItem(dialog, IDC_EDIT_SPHERICAL);
+    fill_combo(spherical, kSphericalTexts, sizeof kSphericalTexts / sizeof *kSphericalTexts);
+    ::SendMessageW(spherical, CB_SETCURSEL, camera.is_spherical ? kSphericalYes : 0, 0);
+}
+
+void UiState::CheckCameraNameField(HWND dialog, int id, const std::wstring& invalid_set) {
+    const std::wstring name = ControlText(dialog, id);
+    if (name.size() > kLongestName) {
+        show_name_box(dialog, IDS_NAME_TOO_LONG);
+        log.Write("You are setting camera name that its length longer than 100!", "WARN");
+    } else if (ContainsAnyOf(name, invalid_set) != 0) {
+        log.Write("You are setting camera name that contain invalid characters.", "WARN");
+        show_name_box(dialog, IDS_NAME_CHARACTERS_REMOVED);
+        ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, RemoveChars(name, invalid_set).c_str());
+        log.Write("Remove invalid characters successfully.", "INFO");
+        place_caret(dialog, IDC_EDIT_NAME, name.size());
+    }
+}
+
+void UiState::ApplyCameraEdits(HWND dialog, CameraMap& cameras) {
+    const std::wstring format = ControlText(dialog, IDC_EDIT_FORMAT);
+    const std::wstring name = ControlText(dialog, IDC_EDIT_NAME);
+    const int width = read_int(dialog, IDC_EDIT_WIDTH);
+    const int height = read_int(dialog, IDC_EDIT_HEIGHT);
+    const int start_frame = read_int(dialog, IDC_EDIT_START_FRAME);
+    const LRESULT spherical = ::SendDlgItemMessageW(dialog, IDC_EDIT_SPHERICAL, CB_GETCURSEL, 0, 0);
+    for (const std::wstring& key : selectedCameras) {
+        CameraRecord& camera = cameras[key];
+        camera.image_width = width;
+        camera.image_height = height;
+        camera.image_format = format;
+        camera.img_output_name = name;
+        if (start_frame < 0) {
+            ShowTextBox(SystemMessageBoxes(), dialog, IDS_FRAME_TO_RENDER_NEGATIVE);
+            return;
+        }
+        camera.start_frame = start_frame;
+        camera.is_spherical = spherical == static_cast<LRESULT>(kSphericalYes);
+    }
+}
+
+INT_PTR CALLBACK CameraEditDialogProc(HWND dialog, UINT message, WPARAM w_param, LPARAM) {
+    try {
+        for (const MessageRoute& route : kMessages) {
+            if (route.message == message) {
+                return route.handle(dialog, w_param);
+            }
+        }
+        return kNotHandled;
+    } catch (const EmptyNameError&) {
+        throw;
+    } catch (...) {
+        return LogUncaughtException();
+    }
+}
+
+INT_PTR OpenCameraEditDialog(HWND owner, LPARAM parameter) {
+    return IsolatedDialogBox(IDD_CAMERA_EDIT, owner, CameraEditDialogProc, parameter);
+}
+
+} // namespace tarvo

@@ -1,0 +1,184 @@
+#include "dialog/ui_state.h"
+
+#include "common/string_table.h"
+#include "dialog/controls.h"
+#include "resources/resource_ids.h"
+#include "scene/camera_rules.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cwchar>
+
+namespace tarvo {
+
+namespace {
+
+enum Column { kCamera, kWidth, kHeight, kStartFrame, kSpherical, kFormat, kRenderName };
+
+struct ColumnHead {
+    Column column;
+    unsigned text_id;
+    int width; // pixels
+};
+
+constexpr ColumnHead kColumns[] = {
+    {kCamera, IDS_COLUMN_CAMERA, 200},          {kWidth, IDS_COLUMN_WIDTH, 70},
+    {kHeight, IDS_COLUMN_HEIGHT, 70},           {kStartFrame, IDS_COLUMN_START_FRAME, 60},
+    {kSpherical, IDS_COLUMN_SPHERICAL, 60},     {kFormat, IDS_COLUMN_FORMAT, 60},
+    {kRenderName, IDS_COLUMN_RENDER_NAME, 200},
+};
+
+constexpr unsigned kClearBox = 1; // state images
+constexpr unsigned kTickedBox = 2;
+constexpr unsigned kStateImageShift = 12;
+
+constexpr const char* kNothingToShow = "No cameras or Create camera table failed!";
+
+void insert_column(HWND list, const ColumnHead& head) {
+    std::wstring text = Text(head.text_id);
+    LVCOLUMNW column = {};
+    column.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
+    column.fmt = LVCFMT_CENTER;
+    column.cx = head.width;
+    column.pszText = &text[0];
+    column.iOrder = head.column;
+    ::SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(head.column),
+                   reinterpret_cast<LPARAM>(&column));
+}
+
+// Takes the text by value: the control's record has no room for a constant one.
+void write_cell(HWND list, UINT message, int row, Column column, std::wstring text) {
+    LVITEMW item = {};
+    item.mask = LVIF_TEXT;
+    item.iItem = row;
+    item.iSubItem = column;
+    item.pszText = &text[0];
+    item.cchTextMax = kControlTextLimit;
+    ::SendMessageW(list, message, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+std::wstring decimal(int value) {
+    wchar_t buffer[kControlTextLimit] = {};
+    ::_itow_s(value, buffer, kControlTextLimit, 10);
+    return buffer;
+}
+
+void set_box(HWND list, int row, bool ticked) {
+    LVITEMW item = {};
+    item.stateMask = LVIS_STATEIMAGEMASK;
+    item.state = INDEXTOSTATEIMAGEMASK(ticked ? kTickedBox : kClearBox);
+    ::SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+enum class Boxes { as_they_come, from_records };
+
+void add_rows(HWND list, const CameraMap& cameras, Boxes boxes) {
+    int row = 0;
+    for (const CameraMap::value_type& entry : cameras) {
+        const CameraRecord& camera = entry.second;
+        write_cell(list, LVM_INSERTITEMW, row, kCamera, entry.first);
+        if (boxes == Boxes::from_records) {
+            set_box(list, row, camera.checked);
+        }
+        write_cell(list, LVM_SETITEMW, row, kWidth, decimal(camera.image_width));
+        write_cell(list, LVM_SETITEMW, row, kHeight, decimal(camera.image_height));
+        write_cell(list, LVM_SETITEMW, row, kStartFrame, decimal(camera.start_frame));
+        write_cell(list, LVM_SETITEMW, row, kFormat, camera.image_format);
+        write_cell(list, LVM_SETITEMW, row, kRenderName, camera.img_output_name);
+        write_cell(list, LVM_SETITEMW, row, kSpherical, Text(camera.is_spherical ? IDS_YES : IDS_NO));
+        ++row;
+    }
+}
+
+class ListViewRows : public CameraRows {
+public:
+    explicit ListViewRows(HWND list) : list_(list) {}
+    CameraRow row(std::size_t index) override { return ReadCameraRow(list_, static_cast<int>(index)); }
+
+private:
+    HWND list_;
+};
+
+} // namespace
+
+CameraRow ReadCameraRow(HWND list, int index) {
+    const LRESULT state =
+        ::SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(index), LVIS_STATEIMAGEMASK);
+    wchar_t buffer[kControlTextLimit] = {};
+    LVITEMW item = {};
+    item.pszText = buffer;
+    item.cchTextMax = kControlTextLimit;
+    ::SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+    CameraRow row;
+    // The control may answer with a pointer of its own instead of filling the buffer.
+    if (item.pszText != nullptr) {
+        row.text.assign(item.pszText, ::wcsnlen(item.pszText, kControlTextLimit - 1));
+    }
+    row.state_image = static_cast<unsigned>(state) >> kStateImageShift;
+    return row;
+}
+
+bool UiState::CreateCameraTableHead(HWND list) {
+    if (list == nullptr) {
+        log.Write("No handle result in creating camera table head failed.", "ERROR");
+        return false;
+    }
+    for (const ColumnHead& head : kColumns) {
+        insert_column(list, head);
+    }
+    return true;
+}
+
+bool UiState::CreateCameraTable(HWND list, const CameraMap& cameras) {
+    if (list == nullptr || cameras.empty()) {
+        log.Write(kNothingToShow, "WARN");
+        return false;
+    }
+    {
+        const RedrawPause pause(list);
+        add_rows(list, cameras, Boxes::as_they_come);
+    }
+    log.Write("Create camera table successfully.", "INFO");
+    return true;
+}
+
+bool UiState::UpdateCameraTable(HWND list, const CameraMap& cameras) {
+    if (list == nullptr || cameras.empty()) {
+        log.Write(kNothingToShow, "WARN");
+        return false;
+    }
+    {
+        const RedrawPause pause(list);
+        ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
+        add_rows(list, cameras, Boxes::from_records);
+    }
+    log.Write("Update camera table successfully.", "INFO");
+    return true;
+}
+
+bool UiState::SelectAllCameras(HWND dialog, CameraMap& cameras) {
+    for (CameraMap::value_type& entry : cameras) {
+        entry.second.checked = true;
+    }
+    return UpdateCameraTable(::GetDlgItem(dialog, IDC_MAIN_CAMERAS), cameras);
+}
+
+bool UiState::InvertCameraSelection(HWND dialog, CameraMap& cameras) {
+    HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    // Counted before the loop: a row that no camera belongs to adds one.
+    const int count = static_cast<int>(cameras.size());
+    for (int index = 0; index < count; ++index) {
+        const CameraRow row = ReadCameraRow(list, index);
+        cameras[row.text].checked = row.state_image == kClearBox;
+    }
+    return UpdateCameraTable(list, cameras);
+}
+
+std::int32_t UiState::validate_cameras(HWND dialog, CameraMap& cameras) {
+    ListViewRows rows(::GetDlgItem(dialog, IDC_MAIN_CAMERAS));
+    return static_cast<std::int32_t>(CheckCameras(rows, cameras, log));
+}
+
+} // namespace tarvo

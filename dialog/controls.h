@@ -1,0 +1,50 @@
+// Small things that every file with controls needs. Needs windows.h.
+#pragma once
+
+#include "scene/camera_rules.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace tarvo {
+
+// What a control shows is read into buffers of this size, the closing zero included.
+constexpr int kControlTextLimit = 260;
+
+inline std::wstring ControlText(HWND control) {
+    wchar_t buffer[kControlTextLimit] = {};
+    ::GetWindowTextW(control, buffer, kControlTextLimit);
+    return buffer;
+}
+
+inline std::wstring ControlText(HWND dialog, int id) {
+    return ControlText(::GetDlgItem(dialog, id));
+}
+
+// A row of the camera table (camera_table_win32.cpp). A row that is not there reads as an empty text without
+// a box.
+CameraRow ReadCameraRow(HWND list, int index);
+
+// While it lives, the control does not draw. Without it, filling a list costs about a hundred times as much.
+class RedrawPause {
+public:
+    explicit RedrawPause(HWND control) : control_(control) {
+        ::SendMessageW(control_, WM_SETREDRAW, FALSE, 0);
+    }
+    ~RedrawPause() {
+        ::SendMessageW(control_, WM_SETREDRAW, TRUE, 0);
+        ::InvalidateRect(control_, nullptr, TRUE);
+    }
+    RedrawPause(const RedrawPause&) = delete;
+    RedrawPause& operator=(const RedrawPause&) = delete;
+
+private:
+    HWND control_;
+};
+
+// For the catch (...) at the top of a dialog procedure: writes what was thrown to the "qfx_ui" log. The
+// result, 0, is the procedure's.
+INT_PTR LogUncaughtException() noexcept;
+
+} // namespace tarvo

@@ -1,0 +1,121 @@
+#include "plugin/action_table.h"
+
+#include "common/message_box.h"
+#include "common/module_instance.h"
+#include "common/string_table.h"
+#include "dialog/main_dialog.h"
+#include "host/core_access.h"
+#include "host/host.h"
+#include "plugin/config_mgr.h"
+#include "plugin/guard.h"
+#include "resources/resource_ids.h"
+
+#include <memory>
+
+namespace tarvo {
+
+namespace {
+
+const wchar_t kActionContextName[] = L"Marrowby";
+
+// Command, then the texts for description, short name and category. Not const: the host wants it so.
+ActionDescription g_descriptions[] = {
+    {kActionAbout, IDS_ACTION_ABOUT, IDS_ACTION_ABOUT, IDS_ACTION_ABOUT},
+    {kActionOpenDialog, IDS_ACTION_OPEN, IDS_ACTION_OPEN, IDS_ACTION_OPEN},
+};
+constexpr int kDescriptionCount = sizeof(g_descriptions) / sizeof(g_descriptions[0]);
+
+void OpenDialog() {
+    OpenMainDialog(CurrentHost().main_window(), reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
+}
+
+void ShowAbout() {
+    SystemMessageBoxes().show(nullptr, Text(IDS_ABOUT_TEXT), Text(IDS_ABOUT_CAPTION), kBoxOk,
+                              BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+}
+
+struct Action {
+    int command_id;
+    unsigned menu_text;
+    void (*run)();
+};
+
+const Action kActions[] = {
+    {kActionOpenDialog, IDS_ACTION_OPEN, OpenDialog},
+    {kActionAbout, IDS_ACTION_ABOUT, ShowAbout},
+};
+
+const Action* FindAction(int command_id) {
+    for (const Action& action : kActions) {
+        if (action.command_id == command_id) {
+            return &action;
+        }
+    }
+    return nullptr;
+}
+
+// The host never deletes a callback and may call it for as long as it runs, so nothing here does either.
+void Activate(IActionManager& manager) {
+    std::unique_ptr<Tarvo_ActionCallback> callback(new Tarvo_ActionCallback);
+    manager.ActivateActionTable(callback.get(), kActionTableId);
+    callback.release();
+}
+
+} // namespace
+
+Tarvo_ActionTable::Tarvo_ActionTable(TSTR& name)
+    : ActionTable(kActionTableId, kActionContextId, name, nullptr, kDescriptionCount, g_descriptions,
+                  ModuleInstance()) {}
+
+BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
+    return GuardedCall<BOOL>("GetMenuText", FALSE, [&]() -> BOOL {
+        const Action* action = FindAction(command_id);
+        if (action == nullptr) {
+            return ActionTable::GetMenuText(command_id, text);
+        }
+        text = MSTR(Text(action->menu_text).c_str());
+        return TRUE;
+    });
+}
+
+BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
+    return GuardedCall<BOOL>("ExecuteAction", TRUE, [&] {
+        const Action* action = FindAction(command_id);
+        if (action != nullptr) {
+            action->run();
+        }
+        return TRUE;
+    });
+}
+
+ActionTable* InstallActionTable() {
+    if (CoreInterface() == nullptr) {
+        return nullptr;
+    }
+    TSTR name(Text(IDS_ACTION_OPEN).c_str());
+    std::unique_ptr<Tarvo_ActionTable> table(new Tarvo_ActionTable(name));
+    IActionManager* manager = ActionManager();
+    if (manager == nullptr) {
+        return nullptr;
+    }
+    manager->RegisterActionContext(kActionContextId, kActionContextName);
+    manager->RegisterActionTable(table.get());
+    ActionTable* registered = table.release(); // the host's from now on
+    Activate(*manager);
+    return registered;
+}
+
+ActionTable* FindActionTable() {
+    IActionManager* manager = ActionManager();
+    return manager == nullptr ? nullptr : manager->FindTable(kActionTableId);
+}
+
+ActionTable* ActivateInstalledTable() {
+    ActionTable* table = FindActionTable();
+    if (table != nullptr) {
+        Activate(*ActionManager());
+    }
+    return table;
+}
+
+} // namespace tarvo

@@ -1,0 +1,17 @@
+// The object that goes along as the parameter of the dialogs. It holds nothing and no dialog reads it.
+#pragma once
+
+#include "common/qfx_noncopyable.h"
+
+namespace tarvo {
+
+class TarvoRenderingConfigMgr : public qfx_Noncopyable {
+public:
+    // Created by the first call.
+    static TarvoRenderingConfigMgr& instance() {
+        static TarvoRenderingConfigMgr manager;
+        return manager;
+    }
+};
+
+} // namespace tarvo

@@ -1,0 +1,47 @@
+// The module's entry points. tarvo_rendering.def gives them to the host, LibNumberClasses, LibInitialize and
+// LibShutdown as three names of AnswerOne.
+#include "common/module_instance.h"
+#include "plugin/class_descriptor.h"
+#include "plugin/guard.h"
+#include "plugin/kept_text.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+// The host loads only modules that answer with its own library version. For 2019: release 21000, interface
+// number 52, revision 0, as (21000 << 16) + (52 << 8) + 0. Written out, so that a build against other headers does
+// not pass for another host's by chance.
+constexpr ULONG kHostLibraryVersion = 0x52083400;
+static_assert(kHostLibraryVersion == (21000u << 16) + (52u << 8), "see above");
+
+} // namespace
+
+extern "C" {
+
+// Null when the text is missing.
+const MCHAR* LibDescription() {
+    return tarvo::GuardedCall<const MCHAR*>("LibDescription", nullptr, [] {
+        static tarvo::KeptText description(IDS_LIBRARY_DESCRIPTION);
+        const MCHAR* text = description.get();
+        return *text == L'\0' ? nullptr : text;
+    });
+}
+
+ClassDesc* LibClassDesc(int index) {
+    return tarvo::GuardedCall<ClassDesc*>("LibClassDesc", nullptr, [index] {
+        return index == 0 ? &tarvo::Tarvo_RenderingClassDesc::instance() : nullptr;
+    });
+}
+
+ULONG LibVersion() { return kHostLibraryVersion; }
+
+int AnswerOne() { return 1; }
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        tarvo::SetModuleInstance(instance);
+    }
+    return TRUE;
+}
+
+} // extern "C"

@@ -1,0 +1,77 @@
+#include "plugin/plugin_object.h"
+
+#include "common/string_table.h"
+#include "host/core_access.h"
+#include "plugin/action_table.h"
+#include "plugin/guard.h"
+#include "plugin/menu.h"
+#include "resources/resource_ids.h"
+
+#include "host/begin_host_headers.h"
+#include <notify.h>
+#include "host/end_host_headers.h"
+
+namespace tarvo {
+
+namespace {
+
+void RemoveOwnMenu() { RemoveMenu(Text(IDS_MENU_TITLE)); }
+
+void RemoveEarlierMenus() {
+    RemoveOwnMenu();
+    RemoveMenu(L"TarvoCloud");
+    RemoveMenu(Text(IDS_EARLIER_MENU_TITLE));
+}
+
+// The host throws its menu bar away and builds it again after the plugins have started.
+void OnSystemStartup(void*, NotifyInfo*) {
+    GuardedCall("OnSystemStartup", 0, [] {
+        IMenuManager* manager = MenuManager();
+        IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
+        ActionTable* table = FindActionTable();
+        if (main_bar != nullptr && table != nullptr) {
+            EnsureMenu(*manager, *main_bar, *table);
+        }
+        return 0;
+    });
+}
+
+void InstallActionsAndMenu() {
+    IMenuManager* manager = MenuManager();
+    IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
+    InstallActionTable();
+    ActionTable* table = ActivateInstalledTable();
+    if (main_bar != nullptr && table != nullptr) {
+        EnsureMenu(*manager, *main_bar, *table);
+    }
+}
+
+} // namespace
+
+Tarvo_Rendering::~Tarvo_Rendering() {
+    GuardedCall("~Tarvo_Rendering", 0, [] {
+        RemoveOwnMenu();
+        return 0;
+    });
+}
+
+DWORD Tarvo_Rendering::Start() {
+    return GuardedCall<DWORD>("Start", GUPRESULT_KEEP, [this] {
+        ::RegisterNotification(OnSystemStartup, this, kSystemStartup);
+        RemoveEarlierMenus();
+        InstallActionsAndMenu();
+        return GUPRESULT_KEEP;
+    });
+}
+
+void Tarvo_Rendering::Stop() {
+    GuardedCall("Stop", 0, [this] {
+        ::UnRegisterNotification(OnSystemStartup, this, kSystemStartup);
+        RemoveOwnMenu();
+        return 0;
+    });
+}
+
+void Tarvo_Rendering::DeleteThis() { delete this; }
+
+} // namespace tarvo

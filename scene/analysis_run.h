@@ -1,0 +1,20 @@
+// Runs the analysis script in the host.
+#pragma once
+
+#include "common/message_box.h"
+#include "host/host.h"
+
+#include <string>
+
+namespace tarvo {
+
+// The text handed to the host: runs the script file, then calls its entry point. A double quote in the path
+// is not escaped and breaks the command.
+std::wstring AnalysisCommand(const std::wstring& script_path);
+
+// True when the host reports success; `result` then holds what the script returned. Otherwise the user has
+// seen text 37.
+bool run_scene_analysis(Host& host, MessageBoxes& boxes, WindowHandle dialog, ScriptResult& result,
+                        std::wstring script_path);
+
+} // namespace tarvo

@@ -1,0 +1,85 @@
+// The one process-wide store of everything the plugin knows about the open scene: the analysis text and what
+// was read from it, the user's render options, and the log channel "qfx_data". It outlives every dialog. For
+// the host's user-interface thread only.
+#pragma once
+
+#include "common/logger.h"
+#include "common/qfx_noncopyable.h"
+#include "common/window_handle.h"
+#include "scene/camera_record.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarvo {
+
+struct AnalysisOutcome;
+
+class SceneData : public qfx_Noncopyable {
+public:
+    // Created by the first call.
+    static SceneData& instance();
+
+    SceneData();
+
+    // Takes the text over; the argument is left empty.
+    void set_analysis_text(std::wstring& text);
+    const std::wstring& analysis_text() const { return analysis_text_; }
+
+    // Reads analysis_text into the store. 0: done, also when the text is not usable (then only the log
+    // tells); 1: no camera; 2: Corona's limits are all off; 3: a camera's name ends with a blank or a full
+    // stop.
+    std::int32_t parse_analysis();
+
+    const std::vector<std::wstring>& messages() const { return messages_; }
+    CameraMap& cameras() { return cameras_; }
+    const std::string& is_region() const { return is_region_; }
+    void set_num_blocks(std::int32_t blocks) { num_blocks = blocks; }
+    void clear_cameras() { cameras_.clear(); }
+
+    // Fills scene name and path from the analysis text; returns the scene name, empty when there is none.
+    // UTF-8.
+    std::string scene_name_from_analysis();
+
+    // The UTF-8 path of the scene file to pack, empty when there is none. Saves the scene under the entered
+    // name (UTF-8, with extension) when that is not the current one; fills `name_field` when nothing was
+    // entered.
+    std::string prepare_scene_file(const std::string& entered_name, WindowHandle name_field);
+
+    // Copies the scene file beside itself under a random suffix. CopyFileW's result: not 0 on success.
+    std::int32_t backup_scene_file();
+
+    Logger& log() { return log_; }
+
+private:
+    std::wstring analysis_text_;
+    std::vector<std::wstring> messages_;
+    CameraMap cameras_;
+    std::string scene_name_; // UTF-8, without folders
+
+public:
+    std::string scene_path; // UTF-8, full path
+
+private:
+    std::string is_region_; // "true": region rendering is on
+
+public:
+    std::int32_t num_blocks = 1; // 1, 10 or 64; 1: no blocks
+
+private:
+    Logger log_;
+
+public:
+    float gamma_out = 2.2f;
+    std::int32_t corona_limits = 0; // 0: none given, 1: all off, 2: only time limited, 3: limited
+    bool color_channel = false;
+    bool ao_channel = false;
+    double ao_radius = 1000.0; // scene units
+    std::int32_t ao_subdivs = 16;
+
+private:
+    void take_over(AnalysisOutcome& outcome);
+};
+
+} // namespace tarvo

@@ -1,0 +1,47 @@
+// The command line of the client.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace desktop_client {
+
+enum class Mode {
+    reply,
+    status_500,
+    chunked,
+    empty,
+    garbage,
+    big,
+    close,
+    close_after_header,
+    pieces,
+    bytes,
+    silence,
+    no_length,
+};
+
+struct Options {
+    int port = 0; // 0: a free one
+    Mode mode = Mode::reply;
+    std::string mode_name = "reply";
+    std::string reply_body = "{\"ret\":10001}"; // UTF-8, or the bytes of --body-file
+    unsigned delay_ms = 0;
+    bool once = false;
+    bool help = false;
+    std::wstring ready_file;
+    std::wstring record_file;
+    std::wstring stop_file;
+    std::wstring body_file;
+    std::wstring seven_zip;
+};
+
+// HTTP libraries are too polite for these; they are answered through a plain socket.
+bool is_impolite(Mode mode);
+
+// `arguments` without the program's name. False: `problem` says what is wrong.
+bool parse_options(const std::vector<std::wstring>& arguments, Options& options, std::string& problem);
+
+std::string usage();
+
+} // namespace desktop_client

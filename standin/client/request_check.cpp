@@ -1,0 +1,194 @@
+#include "standin/client/request_check.h"
+#include "standin/client/archive_check.h"
+#include "standin/client/files.h"
+#include "standin/client/json.h"
+#include "standin/client/text.h"
+
+namespace desktop_client {
+
+namespace {
+
+constexpr const char* kContentType = "application/json;charset=utf-8";
+constexpr const char* kUserAgent = "A WinHTTP Program For Marrowby/1.0";
+constexpr const char* kMembers[] = {"compressPath", "filePath", "maxVersion", "scenePath"};
+constexpr size_t kDocumentLimit = 64 * 1024 * 1024;
+
+class Examination {
+public:
+    Examination(const HttpRequest& request, const std::wstring& seven_zip, RequestFindings& findings)
+        : request_(request), seven_zip_(seven_zip), findings_(findings) {}
+
+    void run();
+
+private:
+    bool note(const char* name, bool ok, const std::string& detail);
+    void compare(const char* name, const std::string& expected, const std::string& actual);
+    bool existing_file(const char* name, const std::string& path, std::wstring& wide);
+
+    void look_at_head();
+    bool look_at_body();
+    void look_at_document();
+    void list_cameras(const Json::Value& document);
+    void look_at_archive();
+    void look_at_entries(const std::vector<ArchiveEntry>& entries);
+
+    const HttpRequest& request_;
+    const std::wstring& seven_zip_;
+    RequestFindings& findings_;
+};
+
+bool Examination::note(const char* name, bool ok, const std::string& detail) {
+    findings_.checks.push_back(Check{name, ok, detail});
+    return ok;
+}
+
+void Examination::compare(const char* name, const std::string& expected, const std::string& actual) {
+    const bool same = expected == actual;
+    note(name, same, same ? actual : "expected '" + expected + "', got '" + actual + "'");
+}
+
+bool Examination::existing_file(const char* name, const std::string& path, std::wstring& wide) {
+    if (!utf8_to_wide(path, wide)) {
+        return note(name, false, "the path is not UTF-8");
+    }
+    const bool exists = file_exists(wide);
+    return note(name, exists, exists ? path : "there is no file '" + path + "'");
+}
+
+void Examination::look_at_head() {
+    compare("method", "POST", request_.method);
+    compare("path", "/", request_.target);
+    compare("content-type", kContentType, header_value(request_, "Content-Type"));
+    compare("user-agent", kUserAgent, header_value(request_, "User-Agent"));
+    compare("content-length", std::to_string(request_.body.size()), header_value(request_, "Content-Length"));
+}
+
+bool Examination::look_at_body() {
+    Json::Value root;
+    std::string problem;
+    if (!parse_strictly(request_.body, root, problem)) {
+        return note("body", false, "not JSON: " + collapsed(problem));
+    }
+    if (!root.isObject()) {
+        return note("body", false, "JSON, but not an object");
+    }
+    const std::vector<std::string> members = members_as_written(root);
+    const std::vector<std::string> expected(std::begin(kMembers), std::end(kMembers));
+    bool ok = note("body-members", members == expected, "in this order: " + joined(members));
+    for (const char* name : kMembers) {
+        ok = root.isMember(name) && root[name].isString() && ok;
+    }
+    if (!note("body", ok,
+              ok ? "four texts"
+                 : "not the four members compressPath, filePath, maxVersion and "
+                   "scenePath as texts, in this order")) {
+        return false;
+    }
+    findings_.job.archive = root["compressPath"].asString();
+    findings_.job.document = root["filePath"].asString();
+    findings_.job.max_version = root["maxVersion"].asString();
+    findings_.job.scene = root["scenePath"].asString();
+    return true;
+}
+
+void Examination::look_at_document() {
+    std::wstring path;
+    if (!existing_file("document", findings_.job.document, path)) {
+        return;
+    }
+    std::string text;
+    if (!read_file(path, kDocumentLimit, text)) {
+        note("document-json", false, "cannot be read");
+        return;
+    }
+    Json::Value document;
+    std::string problem;
+    const bool good = parse_strictly(text, document, problem) && document.isObject();
+    if (!note("document-json", good,
+              good ? std::to_string(text.size()) + " bytes" : "not a JSON object: " + collapsed(problem))) {
+        return;
+    }
+    const Json::Value& name = document["name"];
+    compare("document-name", findings_.job.scene, name.isString() ? name.asString() : "(not a text)");
+    list_cameras(document);
+}
+
+void Examination::list_cameras(const Json::Value& document) {
+    const Json::Value& cameras = document["cameras"];
+    if (cameras.isArray()) {
+        for (const Json::Value& camera : cameras) {
+            const bool named = camera.isObject() && camera["name"].isString();
+            findings_.job.cameras.push_back(named ? camera["name"].asString() : "(without a name)");
+        }
+    }
+    // A job without a camera is the sender's business; it only is worth a line.
+    note("cameras", true, findings_.job.cameras.empty() ? "none" : joined(findings_.job.cameras));
+}
+
+void Examination::look_at_archive() {
+    std::wstring path;
+    if (!existing_file("archive", findings_.job.archive, path)) {
+        return;
+    }
+    findings_.job.archive_size = file_size(path);
+    if (!file_exists(seven_zip_)) {
+        note("archive-test", false, "cannot be tested, there is no '" + wide_to_utf8(seven_zip_) + "'");
+        return;
+    }
+    const ArchiveFindings archive = examine_archive(seven_zip_, path);
+    if (!archive.program_ran) {
+        note("archive-test", false, "'" + wide_to_utf8(seven_zip_) + "' does not start");
+        return;
+    }
+    const bool whole = archive.test_exit_code == 0;
+    const std::string code = "7z t ended with " + std::to_string(archive.test_exit_code);
+    if (note("archive-test", whole, whole ? code : code + ": " + collapsed(archive.test_output))) {
+        look_at_entries(archive.entries);
+    }
+}
+
+void Examination::look_at_entries(const std::vector<ArchiveEntry>& entries) {
+    if (entries.size() != 1) {
+        note("archive-entry", false, "one entry expected, got " + std::to_string(entries.size()));
+        return;
+    }
+    findings_.job.archive_entry = entries[0].name;
+    findings_.job.archive_entry_size = entries[0].size;
+    compare("archive-entry", file_name_of(findings_.job.scene), entries[0].name);
+    std::wstring scene;
+    if (utf8_to_wide(findings_.job.scene, scene) && file_exists(scene)) {
+        compare("archive-entry-size", std::to_string(file_size(scene)), std::to_string(entries[0].size));
+    }
+}
+
+void Examination::run() {
+    look_at_head();
+    if (!look_at_body()) {
+        return;
+    }
+    std::wstring scene;
+    existing_file("scene", findings_.job.scene, scene);
+    look_at_document();
+    look_at_archive();
+}
+
+} // namespace
+
+bool RequestFindings::all_ok() const {
+    for (const Check& check : checks) {
+        if (!check.ok) {
+            return false;
+        }
+    }
+    return !checks.empty();
+}
+
+RequestFindings check_request(const HttpRequest& request, const std::wstring& seven_zip) {
+    RequestFindings findings;
+    if (request.was_read) {
+        Examination(request, seven_zip, findings).run();
+    }
+    return findings;
+}
+
+} // namespace desktop_client

@@ -1,0 +1,8 @@
+// The way to the core interface.
+#pragma once
+
+#include "standin_export.h"
+
+class Interface;
+
+CoreExport Interface* GetCOREInterface();

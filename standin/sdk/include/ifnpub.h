@@ -1,0 +1,28 @@
+// The value that a script returns.
+#pragma once
+
+#include "baseinterface.h"
+#include "paramtype.h"
+#include "strclass.h"
+
+#include <windows.h>
+
+class CoreExport FPValue : public MaxHeapOperators {
+public:
+    FPValue();
+    ~FPValue();
+    FPValue(const FPValue&) = delete;
+    FPValue& operator=(const FPValue&) = delete;
+
+    void Init();
+    void Free();
+
+    ParamType2 type;
+    union {
+        int i;
+        float f;
+        BOOL b;
+        const MCHAR* s; // the script's own text: gone with the next script
+        TSTR* tstr;     // belongs to this value
+    };
+};

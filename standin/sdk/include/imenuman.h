@@ -1,0 +1,34 @@
+// The menu manager and the contexts that menus are attached to.
+#pragma once
+
+#include "imenus.h"
+
+typedef int MenuContextId;
+
+const MenuContextId kMainMenuBar = 1;
+
+enum MenuContextType { kMenuContextMenuBar = 0, kMenuContextQuadMenu, kMenuContextPopupMenu };
+
+class IMenuContext : public InterfaceServer {
+public:
+    virtual MenuContextId GetId() = 0;
+    virtual MenuContextType GetType() = 0;
+    virtual MSTR& GetName() = 0;
+};
+
+class IMenuBarContext : public IMenuContext {
+public:
+    virtual void SetMenu(IMenu* menu) = 0;
+    virtual IMenu* GetMenu() = 0;
+};
+
+class IMenuManager : public InterfaceServer {
+public:
+    virtual bool RegisterMenu(IMenu* menu, DWORD flags = 0) = 0;
+    virtual bool UnRegisterMenu(IMenu* menu) = 0; // the menu is gone afterwards
+    virtual IMenu* FindMenu(const MCHAR* title) = 0;
+    virtual bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) = 0;
+    virtual IMenuContext* GetContext(MenuContextId id) = 0;
+    virtual IMenu* GetMainMenuBar() = 0;
+    virtual void UpdateMenuBar() = 0;
+};

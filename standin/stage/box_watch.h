@@ -1,0 +1,71 @@
+// Watches the message boxes of the module. A box is really shown; the driver finds its window and answers it as
+// the scenario says. Needs windows.h.
+#pragma once
+
+#include "standin/stage/transcript.h"
+
+#include <json/value.h>
+
+#include <windows.h>
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace stage {
+
+class DialogWatch;
+class ModuleFile;
+
+// A box that stands on the screen.
+struct OpenBox {
+    Json::ArrayIndex index = 0; // in the transcript's list
+    int answer = 0;             // the button's id
+    std::string screenshot;     // file name; empty: none wanted
+    bool answered = false;
+};
+
+class BoxWatch {
+public:
+    BoxWatch(Transcript& transcript, const ModuleFile& module, const DialogWatch& dialogs)
+        : transcript_(transcript), module_(module), dialogs_(dialogs) {}
+
+    // `answers` and `screenshots` as in the scenario, by text number.
+    void prepare(const Json::Value& answers, const Json::Value& screenshots);
+
+    // Replaces the module's MessageBoxExW. One watch at a time.
+    void install(HMODULE module);
+
+    // The box on top that nobody has answered yet, marked as answered by this call.
+    bool take_unanswered(OpenBox& box);
+
+    // How often a box was opened since the start.
+    unsigned count() const;
+
+    // What the replacement does.
+    int show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language);
+
+private:
+    struct Choice {
+        int answer;
+        bool unanswered;
+    };
+    Choice choose(const std::vector<unsigned>& numbers, UINT style);
+    Json::Value describe(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language,
+                         const std::vector<unsigned>& numbers) const;
+
+    Transcript& transcript_;
+    const ModuleFile& module_;
+    const DialogWatch& dialogs_;
+    Json::Value answers_;
+    Json::Value screenshots_;
+    mutable std::mutex mutex_;
+    std::map<unsigned, unsigned> seen_; // how often a text number came
+    std::vector<OpenBox> open_;
+    unsigned count_ = 0;
+};
+
+std::string answer_name(int answer);
+
+} // namespace stage

@@ -1,0 +1,55 @@
+// The desktop client of a run: started as the scenario says, told to end when the run ends. Needs windows.h.
+#pragma once
+
+#include "common/win32_handles.h"
+
+#include <json/value.h>
+
+#include <string>
+
+namespace stage {
+
+class ClientProcess {
+public:
+    ClientProcess() = default;
+    ~ClientProcess() { stop(); }
+    ClientProcess(const ClientProcess&) = delete;
+    ClientProcess& operator=(const ClientProcess&) = delete;
+
+    // `wanted`: the scenario's "client". Its files go into `folder`. False: `problem` is a sentence.
+    bool start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder,
+               std::string& problem);
+    void stop();
+
+    int port() const { return port_; }
+
+    // Every request so far, also of clients that were stopped: the lines of the record, with the body as "json" where
+    // it is JSON.
+    Json::Value requests() const;
+
+private:
+    bool wait_until_ready(std::string& problem);
+
+    tarvo::KernelHandle process_;
+    std::wstring ready_file_;
+    std::wstring record_file_;
+    std::wstring stop_file_;
+    int port_ = 0;
+};
+
+// A port of this machine on which nobody listens as long as the object lives.
+class SilentPort {
+public:
+    SilentPort();
+    ~SilentPort();
+    SilentPort(const SilentPort&) = delete;
+    SilentPort& operator=(const SilentPort&) = delete;
+
+    int number() const { return number_; }
+
+private:
+    unsigned long long socket_;
+    int number_ = 0;
+};
+
+} // namespace stage

@@ -1,0 +1,235 @@
+#include "standin/stage/data_folder.h"
+
+#include "standin/stage/files.h"
+#include "standin/stage/log_lines.h"
+#include "standin/stage/wide_text.h"
+
+#include <windows.h>
+
+#include <json/reader.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include <shlobj.h>
+
+namespace stage {
+
+namespace {
+
+constexpr long long kLargestShownFile = 1024 * 1024;
+constexpr const wchar_t* kAnalysisScript = L"MaxRenderGlobalsParser.mse";
+const wchar_t* const kVirusScripts[] = {L"TarvoAntivirusAdsl_UTF8.ms", L"TarvoAntivirusAlc_UTF8.ms",
+                                        L"TarvoAntivirusCrp_UTF8.ms"};
+const wchar_t* const kSevenZipFiles[] = {L"7z.exe", L"7z.dll"};
+
+// The stage answers for the script itself; the file only has to be there.
+constexpr const char* kScriptStandIn = "-- The stage answers in this script's place.\r\n";
+
+std::wstring machine_wide_folder() {
+    wchar_t folder[MAX_PATH] = {};
+    ::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder);
+    return folder;
+}
+
+bool is_log_folder(const std::wstring& name) { return name.compare(0, 3, L"log") == 0; }
+
+bool ends_with(const std::string& text, const std::string& ending) {
+    return text.size() >= ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
+}
+
+Json::Value parse_or_null(const std::string& text) {
+    Json::Value value;
+    std::string ignored;
+    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    try {
+        return reader->parse(text.data(), text.data() + text.size(), &value, &ignored) ? value : Json::Value();
+    } catch (const std::exception&) { // nesting deeper than the library takes
+        return Json::Value();
+    }
+}
+
+bool is_text(const std::string& content) {
+    return content.find('\0') == std::string::npos && is_utf8(content);
+}
+
+Json::Value describe_file(const FileEntry& file, const std::string& name) {
+    Json::Value entry(Json::objectValue);
+    entry["name"] = name;
+    entry["size"] = static_cast<Json::Int64>(file.size);
+    std::string content;
+    if (file.size > kLargestShownFile || !read_file(file.path, content) || !is_text(content)) {
+        return entry;
+    }
+    const Json::Value document = ends_with(name, ".json") ? parse_or_null(content) : Json::Value();
+    if (!document.isNull()) {
+        entry["json"] = document;
+    }
+    entry["text"] = content;
+    return entry;
+}
+
+// One value of the ini file; null leaves the key out.
+std::string ini_line(const Json::Value& ini, const char* key, const std::string& usual, int port) {
+    const Json::Value value = ini.isMember(key) ? ini[key] : Json::Value(usual);
+    if (value.isNull()) {
+        return std::string();
+    }
+    const std::string text = value.asString() == "auto" ? std::to_string(port) : value.asString();
+    return std::string(key) + "=" + text + "\r\n";
+}
+
+// The profile calls read a file in the system's code page, or in UTF-16 when it begins with the mark.
+std::string as_profile_file(const std::string& utf8) {
+    const std::wstring wide = L"\xFEFF" + to_wide(utf8);
+    return std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t));
+}
+
+bool empty_folder(const std::wstring& folder) { return remove_tree(folder) && make_folder(folder); }
+
+} // namespace
+
+DataFolder::DataFolder() : path_(joined(machine_wide_folder(), L"Tarvo Rendering")) {}
+
+std::wstring DataFolder::ini_file() const { return path_ + L"\\script\\qfx_plugin.ini"; }
+
+bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
+    if (wanted.isMember("ini") && wanted["ini"].isNull()) {
+        return true;
+    }
+    if (wanted["ini"].isString()) {
+        return write_file(ini_file(), as_profile_file(wanted["ini"].asString()));
+    }
+    const Json::Value& ini = wanted["ini"];
+    return write_file(ini_file(), as_profile_file("[general]\r\n" + ini_line(ini, "ip", "127.0.0.1", port) +
+                                                  ini_line(ini, "port", "auto", port) +
+                                                  ini_line(ini, "lowerversion", "1.3.5", port)));
+}
+
+bool DataFolder::copy_seven_zip(bool wanted, const std::wstring& source, std::string& problem) const {
+    const std::wstring folder = joined(path_, L"7-Zip");
+    if (!wanted || source.empty()) {
+        return remove_tree(folder);
+    }
+    for (const wchar_t* name : kSevenZipFiles) {
+        if (!make_folder(folder) ||
+            ::CopyFileW(joined(source, name).c_str(), joined(folder, name).c_str(), FALSE) == FALSE) {
+            problem = to_utf8(joined(source, name)) + ": cannot be copied into " + to_utf8(folder);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& source, std::string& problem) const {
+    std::vector<std::wstring> names;
+    if (wanted.get("analysis_script", true).asBool()) {
+        names.emplace_back(kAnalysisScript);
+    }
+    if (wanted.get("virus_scripts", true).asBool()) {
+        names.insert(names.end(), std::begin(kVirusScripts), std::end(kVirusScripts));
+    }
+    const std::wstring folder = joined(path_, L"script");
+    for (const std::wstring& name : names) {
+        const std::wstring file = joined(folder, name);
+        const bool given = !source.empty() && file_exists(joined(source, name));
+        const bool there = given ? ::CopyFileW(joined(source, name).c_str(), file.c_str(), FALSE) != FALSE
+                                 : write_file(file, kScriptStandIn);
+        if (!there) {
+            problem = to_utf8(file) + ": cannot be written";
+            return false;
+        }
+    }
+    return true;
+}
+
+bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem) {
+    for (const std::wstring& name : list_names(path_)) {
+        if (is_log_folder(name)) {
+            remove_tree(joined(path_, name));
+        }
+    }
+    for (const wchar_t* name : {L"json", L"compress"}) {
+        if (!remove_tree(joined(path_, name))) {
+            problem = to_utf8(joined(path_, name)) + ": cannot be emptied";
+            return false;
+        }
+    }
+    if (wanted.get("missing", false).asBool()) {
+        problem = to_utf8(path_) + ": cannot be removed";
+        return remove_tree(path_);
+    }
+    if (!empty_folder(joined(path_, L"script")) || !write_ini(wanted, port)) {
+        problem = to_utf8(joined(path_, L"script")) + ": cannot be written";
+        return false;
+    }
+    if (!copy_seven_zip(wanted.get("seven_zip", true).asBool(), sources.seven_zip, problem) ||
+        !copy_scripts(wanted, sources.scripts, problem)) {
+        return false;
+    }
+    for (const std::string& name : wanted["files"].getMemberNames()) {
+        const std::wstring file = joined(path_, to_wide(name));
+        if (!make_folder(folder_of(file)) || !write_file(file, wanted["files"][name].asString())) {
+            problem = to_utf8(file) + ": cannot be written";
+            return false;
+        }
+    }
+    return true;
+}
+
+void DataFolder::mark(const std::wstring& scene_folder) {
+    scene_folder_ = scene_folder;
+    before_.clear();
+    for (const std::wstring& folder : {path_, scene_folder_}) {
+        for (const FileEntry& file : list_files(folder)) {
+            before_[file.path] = {file.size, file.written};
+        }
+    }
+}
+
+void DataFolder::append_new_files(const std::wstring& folder, const std::string& prefix, Json::Value& list) const {
+    for (const FileEntry& file : list_files(folder)) {
+        const auto known = before_.find(file.path);
+        const bool same =
+            known != before_.end() && known->second == std::make_pair(file.size, file.written);
+        if (!same && !(prefix.empty() && is_log_folder(to_wide(file.name)))) {
+            list.append(describe_file(file, prefix + file.name));
+        }
+    }
+}
+
+Json::Value DataFolder::appeared() const {
+    Json::Value list(Json::arrayValue);
+    append_new_files(path_, std::string(), list);
+    if (!scene_folder_.empty()) {
+        append_new_files(scene_folder_, "scene/", list);
+    }
+    return list;
+}
+
+Json::Value DataFolder::logs() const {
+    std::vector<FileEntry> files;
+    for (const FileEntry& file : list_files(path_)) {
+        if (is_log_folder(to_wide(file.name)) && ends_with(file.name, ".log")) {
+            files.push_back(file);
+        }
+    }
+    // Older files of a channel carry higher numbers, and the current one none.
+    std::sort(files.begin(), files.end(), [](const FileEntry& one, const FileEntry& other) {
+        return one.name.size() != other.name.size() ? one.name.size() > other.name.size() : one.name > other.name;
+    });
+    Json::Value channels(Json::objectValue);
+    for (const FileEntry& file : files) {
+        std::string content;
+        const std::string channel = log_channel(to_utf8(name_of(file.path)));
+        if (!channel.empty() && read_file(file.path, content)) {
+            for (const Json::Value& line : parse_log(log_bytes_to_utf8(content))) {
+                channels[channel].append(line);
+            }
+        }
+    }
+    return channels;
+}
+
+} // namespace stage

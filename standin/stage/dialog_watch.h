@@ -1,0 +1,57 @@
+// Watches the module's dialogs: it stands between the system and their dialog procedures, sees each message and its
+// result, and catches what is thrown through them. Needs windows.h.
+#pragma once
+
+#include "standin/stage/transcript.h"
+
+#include <windows.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace stage {
+
+constexpr int kMainTemplate = 102;
+constexpr int kEditTemplate = 103;
+
+class DialogWatch {
+public:
+    DialogWatch(Transcript& transcript, HWND frame) : transcript_(transcript), frame_(frame) {}
+
+    // Replaces the module's DialogBoxParamW and EndDialog. One watch at a time.
+    void install(HMODULE module);
+
+    // The open dialog made from this template; null when there is none.
+    HWND window(int template_id) const;
+    // The dialog on top; null when none is open.
+    HWND top() const;
+
+    // "main", "edit", "frame", "none", or "other".
+    std::string name_of_window(HWND window) const;
+
+    // What the replacements do.
+    INT_PTR show(HINSTANCE instance, const wchar_t* template_name, HWND owner, DLGPROC procedure,
+                 LPARAM parameter);
+    BOOL end(HWND dialog, INT_PTR result);
+    INT_PTR message(HWND dialog, UINT message, WPARAM w_param, LPARAM l_param);
+
+private:
+    struct OpenDialog {
+        int template_id;
+        DLGPROC procedure;
+        HWND window; // null until the first message
+    };
+    OpenDialog find(HWND dialog);
+    INT_PTR guarded_call(const OpenDialog& open, HWND dialog, UINT message, WPARAM w_param, LPARAM l_param);
+    void record_exception(int template_id, const std::string& what);
+
+    Transcript& transcript_;
+    HWND frame_;
+    mutable std::mutex mutex_;
+    std::vector<OpenDialog> open_;
+};
+
+const char* dialog_name(int template_id);
+
+} // namespace stage

@@ -1,0 +1,19 @@
+// Puts functions of ours in the place of functions that a loaded module imports. Needs windows.h.
+#pragma once
+
+#include <windows.h>
+
+namespace stage {
+
+using AnyFunction = void (*)();
+
+struct ImportPatch {
+    const char* name;
+    AnyFunction replacement;
+    AnyFunction* original; // gets the imported function; stays null when the module does not import it
+};
+
+// True when the module imports the function and its entry was replaced.
+bool replace_import(HMODULE module, const ImportPatch& patch);
+
+} // namespace stage

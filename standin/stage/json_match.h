@@ -1,0 +1,45 @@
+// Compares what a scenario expects with what happened. Objects match when every expected member matches, lists when
+// they have the same length and match one by one. In place of a value may stand {"$text": 84} (that text of the
+// module), {"$pattern": "*.7z"} (* and ?), {"$contains": "x"}, {"$at_least": 1}, {"$any": true}, {"$absent": true}.
+#pragma once
+
+#include <json/value.h>
+
+#include <string>
+#include <vector>
+
+namespace stage {
+
+struct Mismatch {
+    std::string place;
+    std::string expected;
+    std::string got;
+};
+
+class Matcher {
+public:
+    // `texts`: the module's texts by number.
+    explicit Matcher(const Json::Value& texts) : texts_(texts) {}
+
+    // Appends what differs; true when nothing does. `got` null with `present` false: there is no such member.
+    bool match(const Json::Value& expected, const Json::Value& got, const std::string& place,
+               std::vector<Mismatch>& mismatches, bool present = true) const;
+    bool matches(const Json::Value& expected, const Json::Value& got) const;
+
+    // `{31} > {6}` with the module's texts in place of the numbers.
+    std::string fill_in(const std::string& text) const;
+
+    std::string text(unsigned number) const;
+
+private:
+    bool special(const Json::Value& expected, const Json::Value& got, bool present) const;
+
+    const Json::Value& texts_;
+};
+
+bool matches_pattern(const std::string& pattern, const std::string& text);
+
+// One line for messages.
+std::string compact(const Json::Value& value);
+
+} // namespace stage

@@ -1,0 +1,160 @@
+#include "standin/stage/module_file.h"
+
+#include "standin/stage/wide_text.h"
+
+#include "plugapi.h"
+
+#include <cstdio>
+
+namespace stage {
+
+namespace {
+
+constexpr unsigned long kHostLibraryVersion = 0x52083400; // 3ds Max 2019
+constexpr unsigned kHighestTextNumber = 1023;
+
+template <class Function>
+Function exported(HMODULE module, const char* name) {
+    return reinterpret_cast<Function>(::GetProcAddress(module, name));
+}
+
+std::string hexadecimal(unsigned long value) {
+    char text[16] = {};
+    std::snprintf(text, sizeof text, "0x%08lX", value);
+    return text;
+}
+
+std::string wide_or_empty(const wchar_t* text) { return text == nullptr ? std::string() : to_utf8(text); }
+
+std::string version_text(DWORD high, DWORD low) {
+    return std::to_string(HIWORD(high)) + "." + std::to_string(LOWORD(high)) + "." + std::to_string(HIWORD(low)) +
+           "." + std::to_string(LOWORD(low));
+}
+
+// From the module's version resource; empty when it has none.
+std::string file_version(const std::wstring& path) {
+    DWORD ignored = 0;
+    const DWORD size = ::GetFileVersionInfoSizeW(path.c_str(), &ignored);
+    std::vector<BYTE> block(size);
+    void* found = nullptr;
+    UINT length = 0;
+    if (size == 0 || ::GetFileVersionInfoW(path.c_str(), 0, size, block.data()) == FALSE ||
+        ::VerQueryValueW(block.data(), L"\\", &found, &length) == FALSE || length < sizeof(VS_FIXEDFILEINFO)) {
+        return std::string();
+    }
+    const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
+    return version_text(info->dwFileVersionMS, info->dwFileVersionLS);
+}
+
+const char* const kRequiredExports[] = {"LibDescription", "LibNumberClasses", "LibClassDesc", "LibVersion"};
+
+} // namespace
+
+bool ModuleFile::load(const std::wstring& path, std::string& problem) {
+    path_ = path;
+    handle_ = ::LoadLibraryW(path.c_str());
+    if (handle_ == nullptr) {
+        problem = "the module '" + to_utf8(path) + "' cannot be loaded (error " +
+                  std::to_string(::GetLastError()) + ")";
+        return false;
+    }
+    for (const char* name : kRequiredExports) {
+        if (::GetProcAddress(handle_, name) == nullptr) {
+            problem = "the module does not export " + std::string(name);
+            return false;
+        }
+    }
+    library_version_ = exported<ULONG (*)()>(handle_, "LibVersion")();
+    if (library_version_ != kHostLibraryVersion) {
+        problem = "the module's LibVersion is " + hexadecimal(library_version_) + ", the host's is " +
+                  hexadecimal(kHostLibraryVersion);
+        return false;
+    }
+    const auto initialize = exported<int (*)()>(handle_, "LibInitialize");
+    if (initialize != nullptr && initialize() == 0) {
+        problem = "the module's LibInitialize refused";
+        return false;
+    }
+    class_count_ = exported<int (*)()>(handle_, "LibNumberClasses")();
+    read_texts();
+    return true;
+}
+
+void ModuleFile::unload() {
+    if (handle_ == nullptr) {
+        return;
+    }
+    const auto shut_down = exported<int (*)()>(handle_, "LibShutdown");
+    if (shut_down != nullptr) {
+        shut_down();
+    }
+    ::FreeLibrary(handle_);
+    handle_ = nullptr;
+}
+
+ClassDesc* ModuleFile::class_descriptor() const {
+    return exported<ClassDesc* (*)(int)>(handle_, "LibClassDesc")(0);
+}
+
+void ModuleFile::read_texts() {
+    for (unsigned number = 1; number <= kHighestTextNumber; ++number) {
+        const wchar_t* text = nullptr; // with a length of 0 the call gives a pointer into the resource
+        const int length = ::LoadStringW(handle_, number, reinterpret_cast<wchar_t*>(&text), 0);
+        if (length > 0) {
+            texts_[number] = std::wstring(text, static_cast<std::size_t>(length));
+        }
+    }
+}
+
+std::wstring ModuleFile::text(unsigned number) const {
+    const auto found = texts_.find(number);
+    return found == texts_.end() ? std::wstring() : found->second;
+}
+
+std::vector<unsigned> ModuleFile::numbers_of(const std::wstring& text) const {
+    constexpr std::size_t look_up_limit = 255; // the plugin's look-up buffer holds no more
+    std::vector<unsigned> numbers;
+    for (const auto& entry : texts_) {
+        if (!text.empty() && entry.second.substr(0, look_up_limit) == text.substr(0, look_up_limit)) {
+            numbers.push_back(entry.first);
+        }
+    }
+    return numbers;
+}
+
+Json::Value ModuleFile::texts() const {
+    Json::Value list(Json::objectValue);
+    for (const auto& entry : texts_) {
+        list[std::to_string(entry.first)] = to_utf8(entry.second);
+    }
+    return list;
+}
+
+Json::Value ModuleFile::description() const {
+    Json::Value value(Json::objectValue);
+    value["file"] = to_utf8(path_);
+    value["version"] = file_version(path_);
+    value["library_version"] = hexadecimal(library_version_);
+    value["description"] = wide_or_empty(exported<const wchar_t* (*)()>(handle_, "LibDescription")());
+    value["class_count"] = class_count_;
+    value["class"] = class_description();
+    return value;
+}
+
+Json::Value ModuleFile::class_description() const {
+    ClassDesc* descriptor = class_descriptor();
+    if (descriptor == nullptr) {
+        return Json::Value();
+    }
+    Json::Value value(Json::objectValue);
+    value["name"] = wide_or_empty(descriptor->ClassName());
+    value["category"] = wide_or_empty(descriptor->Category());
+    value["internal_name"] = wide_or_empty(descriptor->InternalName());
+    value["super_class"] = static_cast<Json::UInt>(descriptor->SuperClassID());
+    value["id"].append(hexadecimal(descriptor->ClassID().PartA()));
+    value["id"].append(hexadecimal(descriptor->ClassID().PartB()));
+    value["own_instance"] = descriptor->HInstance() == handle_;
+    return value;
+}
+
+} // namespace stage

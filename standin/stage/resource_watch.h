@@ -1,0 +1,15 @@
+// Watches what the module takes from the system and gives back, the processes it starts and what it opens in the
+// shell (which is recorded and not opened). Needs windows.h.
+#pragma once
+
+#include "standin/stage/ledger.h"
+#include "standin/stage/transcript.h"
+
+#include <windows.h>
+
+namespace stage {
+
+// Replaces the module's imports; the transcript and the ledger must outlive the module. One watch at a time.
+void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledger);
+
+} // namespace stage

@@ -1,0 +1,44 @@
+#include "submit/client_configuration.h"
+
+#include "common/number_text.h"
+#include "common/platform.h"
+#include "common/program_data.h"
+#include "common/text.h"
+
+#include <string>
+
+namespace tarvo {
+
+namespace {
+
+struct FolderEntry {
+    std::wstring PluginConfig::*field;
+    const wchar_t* below_plugin_folder;
+};
+
+constexpr FolderEntry kEntries[] = {
+    {&PluginConfig::jsonPath, L"/json"},
+    {&PluginConfig::sevenZipExe, L"/7-Zip/7z.exe"},
+    {&PluginConfig::compressDir, L"/compress"},
+    {&PluginConfig::analysisScript, L"/script/MaxRenderGlobalsParser.mse"},
+    {&PluginConfig::antivirusAdslScript, L"/script/TarvoAntivirusAdsl_UTF8.ms"},
+    {&PluginConfig::antivirusAlcScript, L"/script/TarvoAntivirusAlc_UTF8.ms"},
+    {&PluginConfig::antivirusCrpScript, L"/script/TarvoAntivirusCrp_UTF8.ms"},
+};
+
+} // namespace
+
+bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
+    const std::wstring plugin_folder = common_app_data_folder() + kPluginFolder;
+    for (const FolderEntry& entry : kEntries) {
+        config.*entry.field = plugin_folder + entry.below_plugin_folder;
+    }
+    const std::wstring ini_file = plugin_folder + kIniFile;
+    config.clientIp = read_profile_text(ini_file, kIniSection, kIniKeyIp);
+    config.clientPort = DecimalInt(WideToLocale(read_profile_text(ini_file, kIniSection, kIniKeyPort)));
+    config.lowerVersion = read_profile_text(ini_file, kIniSection, kIniKeyLowerVersion);
+    scene.log().Write("Get client infomation successfully.", "INFO");
+    return true;
+}
+
+} // namespace tarvo

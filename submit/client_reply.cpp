@@ -1,0 +1,56 @@
+#include "common/json_text.h"
+#include "common/platform.h"
+#include "common/string_table.h"
+#include "resources/resource_ids.h"
+#include "submit/client_link.h"
+#include "submit/http_log.h"
+#include "submit/reply_codes.h"
+
+#include <exception>
+#include <iostream>
+
+namespace tarvo {
+
+namespace {
+
+// False when there is no usable code; `refusal` then says why the library gave up, if it did.
+bool read_code(const std::string& reply, int& code, std::string& refusal) {
+    Json::Value root;
+    if (!ParseJson(reply, root, &refusal)) {
+        return false;
+    }
+    try {
+        code = root["ret"].asInt();
+        return true;
+    } catch (const std::exception& error) {
+        refusal = error.what();
+        return false;
+    }
+}
+
+} // namespace
+
+void HandleClientReply(const std::string& reply, MessageBoxes& boxes, WindowHandle owner) {
+    const unsigned long last_error = last_error_code();
+    HttpLog log;
+    int code = 0;
+    std::string refusal;
+    if (!read_code(reply, code, refusal)) {
+        if (!refusal.empty()) {
+            log.Write("The client's reply cannot be used: " + refusal, "ERROR");
+        }
+        std::cout << "Error " << last_error << " in WinHttpReadData." << std::endl;
+        ShowTextBox(boxes, owner, IDS_REPLY_NOT_PARSED);
+        log.Write("Get response data failed: parse the data from client failed!", "ERROR");
+        return;
+    }
+    const ReplyCode* meaning = FindReplyCode(code);
+    if (meaning == nullptr) {
+        return;
+    }
+    const std::wstring caption = meaning->has_caption ? Text(IDS_CAPTION) : std::wstring();
+    boxes.show(owner, Text(meaning->text_id), caption, kBoxOk, BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+    log.Write(meaning->log_text, meaning->level);
+}
+
+} // namespace tarvo

@@ -1,0 +1,17 @@
+// What the desktop client's answer means.
+#pragma once
+
+namespace tarvo {
+
+struct ReplyCode {
+    int code;
+    unsigned text_id;
+    bool has_caption; // false: the box has an empty caption
+    const char* level;
+    const char* log_text;
+};
+
+// Null for a code that is not in the table.
+const ReplyCode* FindReplyCode(int code);
+
+} // namespace tarvo

@@ -1,0 +1,113 @@
+#include "submit/submit_document.h"
+
+#include "common/number_text.h"
+#include "common/text.h"
+
+#include <utility>
+
+namespace tarvo {
+
+namespace {
+
+// Looking a member up creates it as null when it is absent, and the document keeps that null: a list that was
+// there and is not passed on leaves no member, one that was never there leaves null.
+void drop_unless_null(Json::Value& object, const char* key) {
+    if (!object[key].isNull()) {
+        object.removeMember(key);
+    }
+}
+
+void keep_foreign_references(Json::Value& analysis, const std::string& scene_path) {
+    Json::Value& listed = analysis["reference_file"];
+    Json::Value kept(Json::arrayValue);
+    const Json::ArrayIndex count = listed.size();
+    for (Json::ArrayIndex i = 0; i < count; ++i) {
+        const std::string path = listed[i]["path"].asString();
+        if (path != scene_path) {
+            Json::Value entry(Json::objectValue);
+            entry["path"] = path;
+            kept.append(std::move(entry));
+        }
+    }
+    if (kept.empty()) {
+        analysis.removeMember("reference_file");
+    } else {
+        listed.swap(kept);
+    }
+}
+
+// The analysis writes frames as text; a number counts as its text.
+bool is_negative(const Json::Value& frame) {
+    return DecimalInt(frame.asString()) < 0;
+}
+
+Json::Value camera_object(const std::wstring& name, const CameraRecord& camera) {
+    Json::Value object(Json::objectValue);
+    object["name"] = WideToUtf8(name);
+    object["camera_width"] = camera.image_width;
+    object["camera_height"] = camera.image_height;
+    object["frame_to_render"] = camera.start_frame;
+    object["img_output_format"] = WideToUtf8(camera.image_format);
+    object["img_output_name"] = WideToUtf8(camera.img_output_name);
+    object["renderable"] = "1"; // text: the client expects it so
+    object["is_spherical"] = camera.is_spherical;
+    return object;
+}
+
+void set_checked_cameras(Json::Value& analysis, const CameraMap& cameras) {
+    Json::Value checked(Json::arrayValue);
+    for (const CameraMap::value_type& camera : cameras) {
+        if (camera.second.checked) {
+            checked.append(camera_object(camera.first, camera.second));
+        }
+    }
+    if (!checked.empty()) {
+        analysis["cameras"] = std::move(checked);
+    }
+}
+
+Json::Value max_options(const DocumentChoices& choices) {
+    Json::Value options(Json::objectValue);
+    options["color_channel"] = choices.color_channel;
+    options["ao_channel"] = choices.ao_channel;
+    if (choices.ao_channel) {
+        options["ao_radius"] = choices.ao_radius;
+        options["ao_subdivs"] = choices.ao_subdivs;
+    }
+    options["gamma_out"] = static_cast<double>(choices.gamma_out);
+    return options;
+}
+
+} // namespace
+
+DocumentProblem BuildSubmitDocument(Json::Value& analysis, const DocumentChoices& choices) {
+    drop_unless_null(analysis, "cameras");
+    keep_foreign_references(analysis, choices.scene_path);
+    drop_unless_null(analysis, "errors");
+    drop_unless_null(analysis, "missing_file");
+    analysis["name"] = choices.scene_file;
+    if (is_negative(analysis["start_frame"])) {
+        return DocumentProblem::start_frame_negative;
+    }
+    if (is_negative(analysis["end_frame"])) {
+        return DocumentProblem::end_frame_negative;
+    }
+    set_checked_cameras(analysis, *choices.cameras);
+    const bool in_blocks = choices.num_blocks != 1;
+    analysis["enable_blocking"] = in_blocks ? 1 : 0;
+    analysis["num_blocks"] = in_blocks ? choices.num_blocks : 0;
+    analysis["max_options"] = max_options(choices);
+    return DocumentProblem::none;
+}
+
+Json::Value BuildRequestBody(const std::string& scene_file, const std::string& document_file,
+                             const std::string& app_version, const std::string& archive_path) {
+    Json::Value body(Json::objectValue);
+    body["scenePath"] = scene_file;
+    body["filePath"] = document_file;
+    body["maxVersion"] = "3ds Max " + app_version;
+    body["compressPath"] = archive_path;
+    return body;
+}
+
+} // namespace tarvo

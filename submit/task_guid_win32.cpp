@@ -1,0 +1,27 @@
+#include "submit/task_guid.h"
+
+#include "common/text.h"
+#include "submit/http_log.h"
+
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace tarvo {
+
+std::wstring NewTaskGuid() {
+    HttpLog log;
+    GUID guid = {};
+    if (FAILED(::CoCreateGuid(&guid))) {
+        log.Write("The GUID generate failed!", "ERROR");
+        return std::wstring();
+    }
+    GuidParts parts = {guid.Data1, guid.Data2, guid.Data3, {}};
+    std::copy(std::begin(guid.Data4), std::end(guid.Data4), std::begin(parts.data4));
+    return LocaleToWide(FormatGuid(parts));
+}
+
+} // namespace tarvo

@@ -1,0 +1,96 @@
+#include "common/platform.h"
+
+#include "common/text.h"
+#include "tests/support/native/native_platform.h"
+
+#include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+std::string& app_data_folder() {
+    static std::string folder;
+    return folder;
+}
+
+} // namespace
+
+namespace tarvo_test {
+
+void set_app_data_folder(const std::string& folder) {
+    app_data_folder() = folder;
+}
+
+} // namespace tarvo_test
+
+namespace tarvo {
+
+std::wstring common_app_data_folder() {
+    return Utf8ToWide(app_data_folder());
+}
+
+std::wstring read_profile_text(const std::wstring& ini_file, const std::wstring& section,
+                               const std::wstring& key) {
+    std::ifstream file(WideToUtf8(ini_file));
+    const std::string heading = "[" + WideToUtf8(section) + "]";
+    const std::string prefix = WideToUtf8(key) + "=";
+    bool inside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line[0] == '[') {
+            inside = line == heading;
+        } else if (inside && line.compare(0, prefix.size(), prefix) == 0) {
+            return Utf8ToWide(line.substr(prefix.size()));
+        }
+    }
+    return std::wstring();
+}
+
+LocalTime local_time() {
+    timeval now = {};
+    gettimeofday(&now, nullptr);
+    tm parts = {};
+    localtime_r(&now.tv_sec, &parts);
+    return {parts.tm_year + 1900,
+            parts.tm_mon + 1,
+            parts.tm_mday,
+            parts.tm_hour,
+            parts.tm_min,
+            parts.tm_sec,
+            static_cast<int>(now.tv_usec / 1000)};
+}
+
+long long seconds_since_epoch() {
+    return static_cast<long long>(std::time(nullptr));
+}
+
+bool path_exists(const std::wstring& path) {
+    return access(WideToUtf8(path).c_str(), F_OK) == 0;
+}
+
+bool path_exists(const std::string& locale_path) {
+    return access(locale_path.c_str(), F_OK) == 0;
+}
+
+bool create_folder(const std::wstring& path) {
+    return mkdir(WideToUtf8(path).c_str(), 0777) == 0;
+}
+
+bool create_folder(const std::string& locale_path) {
+    return mkdir(locale_path.c_str(), 0777) == 0;
+}
+
+unsigned long last_error_code() {
+    return static_cast<unsigned long>(errno);
+}
+
+void sleep_milliseconds(unsigned milliseconds) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+} // namespace tarvo

@@ -1,0 +1,89 @@
+#include "tests/support/test_folder.h"
+
+#include "common/platform.h"
+#include "common/text.h"
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include "tests/support/native/native_platform.h"
+
+#include <unistd.h>
+#endif
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace tarvo_test {
+
+namespace {
+
+#ifdef _WIN32
+std::string app_data_folder() {
+    return tarvo::WideToUtf8(tarvo::common_app_data_folder());
+}
+#else
+std::string app_data_folder() {
+    static const std::string folder = [] {
+        char name[] = "/tmp/tarvo-test-XXXXXX";
+        const std::string made = mkdtemp(name);
+        set_app_data_folder(made);
+        return made;
+    }();
+    return folder;
+}
+#endif
+
+constexpr std::size_t kStampLength = sizeof "2024-03-07 09:05:02:045 " - 1;
+
+} // namespace
+
+std::string plugin_folder() {
+    const std::string folder = app_data_folder() + "/Tarvo Rendering";
+    tarvo::create_folder(tarvo::Utf8ToWide(folder));
+    return folder;
+}
+
+std::string log_file(const std::string& channel) {
+    return plugin_folder() + "/log\\" + channel + ".log";
+}
+
+std::vector<std::string> log_lines(const std::string& channel) {
+    std::ifstream file(log_file(channel));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line.size() > kStampLength ? line.substr(kStampLength) : line);
+    }
+    return lines;
+}
+
+std::size_t log_mark(const std::string& channel) {
+    return log_lines(channel).size();
+}
+
+std::vector<std::string> log_lines_since(const std::string& channel, std::size_t mark) {
+    std::vector<std::string> lines = log_lines(channel);
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(std::min(mark, lines.size())));
+    return lines;
+}
+
+std::string read_file(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+void write_file(const std::string& path, const std::string& content) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << content;
+}
+
+std::string test_data_folder() {
+    const char* folder = std::getenv("TARVO_TEST_DATA");
+    return folder == nullptr ? std::string() : std::string(folder);
+}
+
+} // namespace tarvo_test

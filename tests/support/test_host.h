@@ -1,0 +1,59 @@
+// A host without a scene editor behind it, for test programs: it defines CurrentHost(). It remembers what it
+// was asked to do and answers what the test has set. Its spinners are kept by window, so that what one call
+// disables the next call finds disabled. Portable; the linked fields are written on Windows only.
+#pragma once
+
+#include "host/host.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+// What a spinner control holds.
+struct TestSpinnerState {
+    bool enabled = true;
+    float value = 0.0f;
+    bool limited = false; // true once it was set up
+    float minimum = 0.0f;
+    float maximum = 0.0f;
+    tarvo::WindowHandle edit = nullptr; // the linked field
+};
+
+class TestHost : public tarvo::Host {
+public:
+    bool is_available() override { return available; }
+    tarvo::WindowHandle main_window() override { return nullptr; }
+    std::wstring current_file_name() override { return file_name; }
+    std::wstring current_file_path() override { return file_path; }
+    void save() override { ++save_count; }
+    bool save_as(const std::wstring& path) override;
+    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override;
+    std::unique_ptr<tarvo::RatioSpinner> set_up_ratio_spinner(tarvo::WindowHandle dialog, int spinner_id,
+                                                              int edit_id, float minimum, float maximum,
+                                                              float value, float step) override;
+    std::unique_ptr<tarvo::RatioSpinner> ratio_spinner(tarvo::WindowHandle control) override;
+
+    bool available = true;
+    std::wstring file_name;
+    std::wstring file_path;
+    int save_count = 0;
+    std::vector<std::wstring> saved_as;
+    bool save_as_result = true; // true: the path also becomes the current file
+    std::vector<std::wstring> scripts;
+    bool script_result = true;
+    std::wstring script_text;
+    bool has_text = true;
+
+    std::map<tarvo::WindowHandle, TestSpinnerState> spinners;
+    int spinners_set_up = 0;
+    int spinners_held = 0; // handed out and not released
+    bool has_spinners = true;
+};
+
+TestHost& test_host();
+void reset_test_host();
+
+#ifdef _WIN32
+// The window class of the host's spinner control, so that dialog templates with one can be shown.
+void register_host_controls();
+#endif

@@ -1,0 +1,100 @@
+#include "common/text.h"
+#include "scene/scene_data.h"
+#include "tests/support/test_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+struct NameResult {
+    std::string name;
+    std::string path;
+    Lines lines;
+};
+
+NameResult scene_name_of(const std::string& analysis) {
+    tarvo::SceneData scene;
+    scene.scene_path = "before";
+    std::wstring text = tarvo::Utf8ToWide(analysis);
+    scene.set_analysis_text(text);
+    const std::size_t mark = tarvo_test::log_mark("qfx_data");
+    const std::string name = scene.scene_name_from_analysis();
+    return {name, scene.scene_path, tarvo_test::log_lines_since("qfx_data", mark)};
+}
+
+TEST(SceneData, FieldsAtTheStart) {
+    tarvo::SceneData scene;
+    EXPECT_TRUE(scene.analysis_text().empty());
+    EXPECT_TRUE(scene.messages().empty());
+    EXPECT_TRUE(scene.cameras().empty());
+    EXPECT_EQ(scene.scene_path, "");
+    EXPECT_EQ(scene.is_region(), "");
+    EXPECT_EQ(scene.num_blocks, 1);
+    EXPECT_FLOAT_EQ(scene.gamma_out, 2.2f);
+    EXPECT_EQ(scene.corona_limits, 0);
+    EXPECT_FALSE(scene.color_channel);
+    EXPECT_FALSE(scene.ao_channel);
+    EXPECT_DOUBLE_EQ(scene.ao_radius, 1000.0);
+    EXPECT_EQ(scene.ao_subdivs, 16);
+}
+
+TEST(SceneData, NewCameraRecord) {
+    const tarvo::CameraRecord record;
+    EXPECT_EQ(record.image_width, 0);
+    EXPECT_EQ(record.image_height, 0);
+    EXPECT_EQ(record.start_frame, 1);
+    EXPECT_TRUE(record.image_format.empty());
+    EXPECT_FALSE(record.checked);
+    EXPECT_TRUE(record.img_output_name.empty());
+    EXPECT_FALSE(record.is_spherical);
+}
+
+TEST(SceneData, InstanceIsOne) {
+    EXPECT_EQ(&tarvo::SceneData::instance(), &tarvo::SceneData::instance());
+}
+
+TEST(SceneName, PartAfterTheLastBackslash) {
+    const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\a.max"})");
+    EXPECT_EQ(result.name, "a.max");
+    EXPECT_EQ(result.path, "C:\\scenes\\a.max");
+    EXPECT_TRUE(result.lines.empty());
+}
+
+TEST(SceneName, SlashWinsOverALaterBackslash) {
+    EXPECT_EQ(scene_name_of(R"({"name":"C:/x/y\\b.max"})").name, "y\\b.max");
+}
+
+TEST(SceneName, PathThatEndsWithASeparatorIsNoWarning) {
+    const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\"})");
+    EXPECT_EQ(result.name, "");
+    EXPECT_EQ(result.path, "C:\\scenes\\");
+    EXPECT_TRUE(result.lines.empty());
+}
+
+TEST(SceneName, WithoutNameOrSeparatorThereIsNone) {
+    for (const char* text : {"{}", R"({"name":null})", R"({"name":""})", R"({"name":"a.max"})"}) {
+        const NameResult result = scene_name_of(text);
+        EXPECT_EQ(result.name, "") << text;
+        EXPECT_EQ(result.path, "before") << text;
+        EXPECT_EQ(result.lines, (Lines{"[WARN] The scene name is empty!"})) << text;
+    }
+}
+
+TEST(SceneName, TextThatIsNoJson) {
+    const NameResult result = scene_name_of("not json");
+    EXPECT_EQ(result.name, "");
+    EXPECT_EQ(result.lines, (Lines{"[WARN] Parse failed in initing scene name!"}));
+}
+
+TEST(SceneName, NameOfAnotherKindIsContained) {
+    const NameResult result = scene_name_of(R"({"name":["C:\\a.max"]})");
+    EXPECT_EQ(result.name, "");
+    EXPECT_EQ(result.path, "before");
+    ASSERT_EQ(result.lines.size(), 2u);
+    EXPECT_EQ(result.lines[0], "[WARN] Parse failed in initing scene name!");
+    EXPECT_EQ(result.lines[1].compare(0, 7, "[ERROR]"), 0);
+}
+
+} // namespace

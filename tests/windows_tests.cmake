@@ -1,0 +1,41 @@
+# Tests that are Windows programs; ctest starts them through the emulator, which is Wine. They share one machine-wide
+# data folder, so no two of them run at the same time.
+set(TARVO_WINE bash ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
+set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip")
+
+target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
+target_link_libraries(portable_tests PRIVATE tarvo_win32 standin_scene -static)
+
+file(GLOB TARVO_WIN32_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_win32/*_test.cpp)
+add_executable(win32_tests ${TARVO_WIN32_TESTS}
+    support/dialog_metrics.cpp support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
+    support/test_host.cpp
+    ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
+target_link_libraries(win32_tests PRIVATE
+    tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 -static)
+add_dependencies(win32_tests client)
+
+file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
+add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_HOST_SDK_FILES}
+    support/portable_main.cpp support/test_folder.cpp
+    ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
+target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest -static)
+
+# Both code pages and both languages: what a user's machine is set to decides which texts and paths come up.
+foreach(program portable_tests win32_tests plugin_tests)
+    foreach(language en zh)
+        add_test(NAME ${program}.${language}
+            COMMAND ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1)
+        set_tests_properties(${program}.${language} PROPERTIES
+            ENVIRONMENT "${TARVO_WINE_ENVIRONMENT}" RESOURCE_LOCK data_folder TIMEOUT 300)
+    endforeach()
+endforeach()
+
+file(GLOB TARVO_SCENARIOS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/*.json)
+foreach(scenario ${TARVO_SCENARIOS})
+    get_filename_component(name ${scenario} NAME_WE)
+    add_test(NAME scenario.${name}
+        COMMAND bash ${PROJECT_SOURCE_DIR}/tools/play.sh
+            ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
+    set_tests_properties(scenario.${name} PROPERTIES RESOURCE_LOCK data_folder TIMEOUT 300)
+endforeach()

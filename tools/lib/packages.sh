@@ -1,0 +1,40 @@
+# Installs what the project builds and runs with. Only Debian packages and one npm package (7-Zip for Windows).
+# shellcheck shell=bash
+
+RUN_PACKAGES=(
+    g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake ninja-build make dpkg-dev xz-utils patch python3
+    wine wine64 xvfb xauth locales fonts-noto-cjk npm
+)
+TEST_PACKAGES=(
+    g++ libjsoncpp-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
+)
+
+# npm comes with Node.js where that was installed from elsewhere; asking for Debian's would clash with it.
+missing_packages() {
+    local name
+    for name in "$@"; do
+        if [ "$name" = npm ] && command -v npm >/dev/null; then
+            continue
+        fi
+        dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || printf '%s\n' "$name"
+    done
+}
+
+install_packages() {
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
+    [ "${#missing[@]}" = 0 ] && return 0
+    step "Installing ${#missing[@]} Debian packages: ${missing[*]}"
+    quietly "$TARVO_BUILD_DIR/logs/apt-update.log" "Check the network and the machine's apt sources." \
+        as_root apt-get update
+    quietly "$TARVO_BUILD_DIR/logs/apt-install.log" "Check free disk space and the machine's apt sources." \
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+# The locale of the environment decides Wine's code page and interface language.
+generate_chinese_locale() {
+    locale -a 2>/dev/null | grep -qix 'zh_CN.utf-\?8' && return 0
+    step "Generating the locale zh_CN.UTF-8"
+    quietly "$TARVO_BUILD_DIR/logs/locale.log" "Install the package locales." \
+        as_root localedef -i zh_CN -f UTF-8 zh_CN.UTF-8
+}

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# play.sh BIN SCENARIO OUT [SCENE.max]: plays one scenario in the stage, in the scenario's language. The transcript
+# and the screenshots are in OUT; the exit status is the stage's.
+. "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+. "$ROOT/tools/lib/wine.sh"
+bin=$1 scenario=$2 out=$3 scene=${4:-}
+wine_environment
+language=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1], encoding="utf-8")).get("language", "en"))' "$scenario") \
+    || language=en
+rm -rf "$out"
+mkdir -p "$out"
+arguments=(--scenario "$(windows_path "$scenario")" --out "$(windows_path "$out")"
+    --seven-zip "$(windows_path "$DEPS_DIR/7-Zip")" --scripts "$(windows_path "$ROOT/scripts")")
+[ -n "$scene" ] && arguments+=(--scene "$(windows_path "$scene")")
+in_wine "$language" "$bin/stage.exe" "${arguments[@]}"

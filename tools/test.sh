@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Everything that can fail: checks of the sources, the native build under the sanitizers, the cross build and its tests
+# under Wine. The exit status says it all.
+. "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+. "$ROOT/tools/lib/packages.sh"
+. "$ROOT/tools/lib/dependencies.sh"
+. "$ROOT/tools/lib/wine.sh"
+
+install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+generate_chinese_locale
+fetch_run_dependencies
+fetch_test_dependencies
+
+step "Building for Windows"
+build_preset mingw-release
+step "Building natively with the sanitizers"
+build_preset native-asan
+
+step "Checking the sources"
+bash "$ROOT/tools/lint.sh"
+
+trap wine_down EXIT
+wine_up
+status=0
+step "Native tests"
+ctest --test-dir "$TARVO_BUILD_DIR/native-asan" --output-on-failure || status=1
+step "Tests under Wine"
+ctest --test-dir "$TARVO_BUILD_DIR/mingw-release" --output-on-failure || status=1
+exit "$status"

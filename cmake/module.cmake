@@ -9,6 +9,11 @@ set_target_properties(tarvo_module PROPERTIES PREFIX "" OUTPUT_NAME TarvoRenderi
 
 if(MINGW)
     # Nothing but system DLLs and the host's may be imported; the resource compiler reads UTF-8.
-    target_link_options(tarvo_module PRIVATE -static -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
+    target_link_options(tarvo_module PRIVATE -static $<$<CONFIG:Release>:-s>
+        -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
     set(CMAKE_RC_FLAGS "${CMAKE_RC_FLAGS} -c 65001")
+endif()
+if(MSVC)
+    # The manifest is a resource of ours; the linker's own would take the same number.
+    target_link_options(tarvo_module PRIVATE /MANIFEST:NO)
 endif()

@@ -74,9 +74,6 @@ void show_name_box(HWND dialog, unsigned text_id) {
                               BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
 }
 
-// Width, height and ratio
-// ---------------------------------------------------------------------------------------
-
 // The linked field may report what is set through the spinner as if the user had typed it, and would then
 // compute the height anew, and the ratio from it, and so on. While this lives, the dialog knows the change as
 // its own.
@@ -195,9 +192,6 @@ void lock_ratio(HWND dialog, const CameraRecord& camera) {
     }
 }
 
-// Name and confirmation
-// -----------------------------------------------------------------------------------------
-
 void on_name(HWND dialog) {
     UiState::instance().CheckCameraNameField(dialog, IDC_EDIT_NAME, kForbiddenNameCharacters);
 }
@@ -221,9 +215,6 @@ void on_confirm(HWND dialog) {
     ::SendMessageW(::GetParent(dialog), kRefillCameraTable, 0, 0);
     ::EndDialog(dialog, 1);
 }
-
-// Routes
-// --------------------------------------------------------------------------------------------------------
 
 constexpr INT_PTR kNotHandled = 0;
 constexpr INT_PTR kHandled = 1;

@@ -51,9 +51,6 @@ INT_PTR end_dialog(const Call& call) {
     return kHandled;
 }
 
-// Opening
-// -------------------------------------------------------------------------------------------------------
-
 INT_PTR open(const Call& call, bool first_opening) {
     return RunOpeningSequence(call.dialog, call.texts.caption, call.texts.language_switch, first_opening);
 }
@@ -71,9 +68,6 @@ INT_PTR analyse_again(const Call& call) {
 INT_PTR submit(const Call& call) {
     return RunSubmitCommand(call.dialog, call.texts.caption, call.texts.language_switch);
 }
-
-// Camera table
-// --------------------------------------------------------------------------------------------------
 
 HWND camera_table(const Call& call) {
     return ::GetDlgItem(call.dialog, IDC_MAIN_CAMERAS);
@@ -157,9 +151,6 @@ void edit_clicked_camera(const Call& call) {
     edit_picked_cameras(call);
 }
 
-// Blocks
-// --------------------------------------------------------------------------------------------------------
-
 constexpr std::int32_t kNoBlocks = 1;
 constexpr std::int32_t kMostBlocks = 64;
 constexpr std::int32_t kTimeLimitedCorona = 2;
@@ -194,9 +185,6 @@ INT_PTR choose_64_blocks(const Call& call) {
     return choose_blocks(call, kMostBlocks);
 }
 
-// Up-downs and link
-// ---------------------------------------------------------------------------------------------
-
 struct SteppedField {
     WPARAM spinner;
     int field;
@@ -224,9 +212,6 @@ void open_link(const Call& call) {
     const NMLINK* link = reinterpret_cast<const NMLINK*>(call.l_param);
     ::ShellExecuteW(call.dialog, L"open", link->item.szUrl, nullptr, nullptr, SW_SHOW);
 }
-
-// Routes
-// --------------------------------------------------------------------------------------------------------
 
 struct CommandRoute {
     int control;

@@ -3,14 +3,17 @@
 #include "host/max_ratio_spinner.h"
 
 #include "host/begin_host_headers.h"
+
+#include <max.h>
+
 #include <actiontable.h>
 #include <getcoreinterface.h>
 #include <ifnpub.h>
 #include <imenuman.h>
-#include <max.h>
 #include <maxapi.h>
 #include <maxscript/maxscript.h>
 #include <maxversion.h>
+
 #include "host/end_host_headers.h"
 
 namespace tarvo {
@@ -73,7 +76,9 @@ public:
     std::unique_ptr<RatioSpinner> ratio_spinner(WindowHandle control) override;
 };
 
-bool MaxHost::is_available() { return CoreInterface() != nullptr; }
+bool MaxHost::is_available() {
+    return CoreInterface() != nullptr;
+}
 
 WindowHandle MaxHost::main_window() {
     Interface* core = CoreInterface();
@@ -82,16 +87,16 @@ WindowHandle MaxHost::main_window() {
 
 std::wstring MaxHost::current_file_name() {
     Interface* core = CoreInterface();
-    return core == nullptr ? std::wstring() : Contained(std::wstring(), [&] {
-        return std::wstring(core->GetCurFileName().data());
-    });
+    return core == nullptr
+               ? std::wstring()
+               : Contained(std::wstring(), [&] { return std::wstring(core->GetCurFileName().data()); });
 }
 
 std::wstring MaxHost::current_file_path() {
     Interface* core = CoreInterface();
-    return core == nullptr ? std::wstring() : Contained(std::wstring(), [&] {
-        return std::wstring(core->GetCurFilePath().data());
-    });
+    return core == nullptr
+               ? std::wstring()
+               : Contained(std::wstring(), [&] { return std::wstring(core->GetCurFilePath().data()); });
 }
 
 void MaxHost::save() {
@@ -104,17 +109,18 @@ void MaxHost::save() {
 bool MaxHost::save_as(const std::wstring& path) {
     Interface* core = CoreInterface();
     // A result below zero is a failure too.
-    return core != nullptr && Contained(false, [&] { return core->SaveToFile(path.c_str(), TRUE, TRUE) > 0; });
+    return core != nullptr &&
+           Contained(false, [&] { return core->SaveToFile(path.c_str(), TRUE, TRUE) > 0; });
 }
 
 bool MaxHost::run_script(const std::wstring& command, ScriptResult& result) {
     result = ScriptResult();
     return is_available() && Contained(false, [&] {
-        FPValue value;
-        const BOOL done = ExecuteScript(command.c_str(), value);
-        result = TextOf(value);
-        return done != FALSE;
-    });
+               FPValue value;
+               const BOOL done = ExecuteScript(command.c_str(), value);
+               result = TextOf(value);
+               return done != FALSE;
+           });
 }
 
 std::unique_ptr<RatioSpinner> MaxHost::set_up_ratio_spinner(WindowHandle dialog, int spinner_id, int edit_id,

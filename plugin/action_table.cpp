@@ -26,7 +26,8 @@ ActionDescription g_descriptions[] = {
 constexpr int kDescriptionCount = sizeof(g_descriptions) / sizeof(g_descriptions[0]);
 
 void OpenDialog() {
-    OpenMainDialog(CurrentHost().main_window(), reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
+    OpenMainDialog(CurrentHost().main_window(),
+                   reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
 }
 
 void ShowAbout() {

@@ -9,7 +9,8 @@ namespace tarvo {
 
 namespace {
 
-// The host's super class of global utilities: it creates one object of such a class at start-up and starts it.
+// The host's super class of global utilities: it creates one object of such a class at start-up and starts
+// it.
 constexpr SClass_ID kUtilityPluginSuperClass = 0x10E0;
 static_assert(GUP_CLASS_ID == kUtilityPluginSuperClass, "the host knows global utilities by another number");
 
@@ -24,7 +25,9 @@ Tarvo_RenderingClassDesc::Tarvo_RenderingClassDesc()
     : class_name_(IDS_CLASS_NAME), category_(IDS_CLASS_CATEGORY) {}
 
 // Nothing that a user could create: the class stays out of the host's lists.
-int Tarvo_RenderingClassDesc::IsPublic() { return FALSE; }
+int Tarvo_RenderingClassDesc::IsPublic() {
+    return FALSE;
+}
 
 void* Tarvo_RenderingClassDesc::Create(BOOL) {
     return GuardedCall<void*>("Create", nullptr, [] { return static_cast<GUP*>(new Tarvo_Rendering); });
@@ -34,16 +37,24 @@ const MCHAR* Tarvo_RenderingClassDesc::ClassName() {
     return GuardedCall("ClassName", L"", [this] { return class_name_.get(); });
 }
 
-SClass_ID Tarvo_RenderingClassDesc::SuperClassID() { return kUtilityPluginSuperClass; }
+SClass_ID Tarvo_RenderingClassDesc::SuperClassID() {
+    return kUtilityPluginSuperClass;
+}
 
-Class_ID Tarvo_RenderingClassDesc::ClassID() { return Class_ID(0x2E87AC90, 0x85FBF488); }
+Class_ID Tarvo_RenderingClassDesc::ClassID() {
+    return Class_ID(0x2E87AC90, 0x85FBF488);
+}
 
 const MCHAR* Tarvo_RenderingClassDesc::Category() {
     return GuardedCall("Category", L"", [this] { return category_.get(); });
 }
 
-const MCHAR* Tarvo_RenderingClassDesc::InternalName() { return L"Tarvo_Rendering"; }
+const MCHAR* Tarvo_RenderingClassDesc::InternalName() {
+    return L"Tarvo_Rendering";
+}
 
-HINSTANCE Tarvo_RenderingClassDesc::HInstance() { return ModuleInstance(); }
+HINSTANCE Tarvo_RenderingClassDesc::HInstance() {
+    return ModuleInstance();
+}
 
 } // namespace tarvo

@@ -4,8 +4,11 @@
 #include "plugin/kept_text.h"
 
 #include "host/begin_host_headers.h"
+
 #include <max.h>
+
 #include <iparamb2.h>
+
 #include "host/end_host_headers.h"
 
 namespace tarvo {

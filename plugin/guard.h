@@ -1,5 +1,6 @@
-// The edge between the host and the plugin: everything that the host calls runs inside GuardedCall, so that no
-// exception leaves for the host. One that arrives here is a defect; it leaves one line in the log "qfx_data".
+// The edge between the host and the plugin: everything that the host calls runs inside GuardedCall, so that
+// no exception leaves for the host. One that arrives here is a defect; it leaves one line in the log
+// "qfx_data".
 #pragma once
 
 #include "scene/scene_data.h"

@@ -1,5 +1,5 @@
-// A text of the string table for the host, which keeps the pointer: it stays valid as long as this object, whatever
-// is looked up afterwards.
+// A text of the string table for the host, which keeps the pointer: it stays valid as long as this object,
+// whatever is looked up afterwards.
 #pragma once
 
 #include "common/string_table.h"

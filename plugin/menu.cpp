@@ -6,10 +6,13 @@
 #include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
+
 #include <max.h>
+
 #include <actiontable.h>
 #include <imenuman.h>
 #include <imenus.h>
+
 #include "host/end_host_headers.h"
 
 namespace tarvo {

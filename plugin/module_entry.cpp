@@ -9,8 +9,8 @@
 namespace {
 
 // The host loads only modules that answer with its own library version. For 2019: release 21000, interface
-// number 52, revision 0, as (21000 << 16) + (52 << 8) + 0. Written out, so that a build against other headers does
-// not pass for another host's by chance.
+// number 52, revision 0, as (21000 << 16) + (52 << 8) + 0. Written out, so that a build against other headers
+// does not pass for another host's by chance.
 constexpr ULONG kHostLibraryVersion = 0x52083400;
 static_assert(kHostLibraryVersion == (21000u << 16) + (52u << 8), "see above");
 
@@ -33,9 +33,13 @@ ClassDesc* LibClassDesc(int index) {
     });
 }
 
-ULONG LibVersion() { return kHostLibraryVersion; }
+ULONG LibVersion() {
+    return kHostLibraryVersion;
+}
 
-int AnswerOne() { return 1; }
+int AnswerOne() {
+    return 1;
+}
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {

@@ -8,14 +8,20 @@
 #include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
+
+#include <max.h>
+
 #include <notify.h>
+
 #include "host/end_host_headers.h"
 
 namespace tarvo {
 
 namespace {
 
-void RemoveOwnMenu() { RemoveMenu(Text(IDS_MENU_TITLE)); }
+void RemoveOwnMenu() {
+    RemoveMenu(Text(IDS_MENU_TITLE));
+}
 
 void RemoveEarlierMenus() {
     RemoveOwnMenu();
@@ -72,6 +78,8 @@ void Tarvo_Rendering::Stop() {
     });
 }
 
-void Tarvo_Rendering::DeleteThis() { delete this; }
+void Tarvo_Rendering::DeleteThis() {
+    delete this;
+}
 
 } // namespace tarvo

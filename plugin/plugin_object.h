@@ -2,8 +2,11 @@
 #pragma once
 
 #include "host/begin_host_headers.h"
+
 #include <max.h>
+
 #include <guplib.h>
+
 #include "host/end_host_headers.h"
 
 namespace tarvo {

@@ -4,20 +4,20 @@ set(TARVO_WINE bash ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
 set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip")
 
 target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
-target_link_libraries(portable_tests PRIVATE tarvo_win32 standin_scene -static)
+target_link_libraries(portable_tests PRIVATE tarvo_win32 -static)
 
 file(GLOB TARVO_WIN32_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_win32/*_test.cpp)
-add_executable(win32_tests ${TARVO_WIN32_TESTS}
-    support/dialog_metrics.cpp support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
-    support/test_host.cpp
+file(GLOB TARVO_TEST_SUPPORT CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/support/*.cpp)
+add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
     tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 -static)
 add_dependencies(win32_tests client)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
-add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_HOST_SDK_FILES}
-    support/portable_main.cpp support/test_folder.cpp
+list(TRANSFORM TARVO_SDK_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE TARVO_SDK_FILES)
+add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
+    support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest -static)
 

@@ -3,6 +3,8 @@
 
 #include "standin/scene/scene_reader.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace standin {
@@ -23,7 +25,7 @@ public:
     ByteWriter& u32(std::uint32_t value) { return number(value); }
 
     ByteWriter& raw(const ByteBuffer& bytes) {
-        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+        std::copy(bytes.begin(), bytes.end(), std::back_inserter(bytes_));
         return *this;
     }
     ByteWriter& utf16(const std::wstring& text) {

@@ -1,6 +1,7 @@
-// The other side of the host stand-in: what the stage and the tests tell it, and what it tells them. The module
-// under test never sees this header; it sees the host's own headers in include/. Everything runs on one thread.
-// Texts are UTF-16. Pointers handed out stay valid until the next call that changes what they describe.
+// The other side of the host stand-in: what the stage and the tests tell it, and what it tells them. The
+// module under test never sees this header; it sees the host's own headers in include/. Everything runs on
+// one thread. Texts are UTF-16. Pointers handed out stay valid until the next call that changes what they
+// describe.
 #pragma once
 
 #include <windows.h>
@@ -15,16 +16,16 @@
 
 namespace host_standin {
 
-// Hears of every call that the module makes into the host, in order. `name` is the function's name as the host's
-// headers spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments.
+// Hears of every call that the module makes into the host, in order. `name` is the function's name as the
+// host's headers spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments.
 class CallRecorder {
 public:
     virtual ~CallRecorder() = default;
     virtual void on_call(const char* name, const std::wstring& arguments) = 0;
 };
 
-// Runs script text. False: the host reports failure, and `result` is the error text. `is_text` false: the script
-// had no text to return.
+// Runs script text. False: the host reports failure, and `result` is the error text. `is_text` false: the
+// script had no text to return.
 class ScriptRunner {
 public:
     virtual ~ScriptRunner() = default;
@@ -44,9 +45,10 @@ struct Faults {
     bool save_as_fails = false;
 };
 
-// Back to a host that was just started: no scene, no menus, no tables, no notifications, no faults. Who listens, the
-// script runner, the text tag and the main window stay. Registered tables belong to the host and are deleted, action
-// callbacks are only forgotten. Comes before the module under test is unloaded, or not at all.
+// Back to a host that was just started: no scene, no menus, no tables, no notifications, no faults. Who
+// listens, the script runner, the text tag and the main window stay. Registered tables belong to the host and
+// are deleted, action callbacks are only forgotten. Comes before the module under test is unloaded, or not at
+// all.
 HOST_STANDIN_API void reset();
 
 HOST_STANDIN_API void set_call_recorder(CallRecorder* recorder);
@@ -66,7 +68,8 @@ HOST_STANDIN_API int notification_handler_count(int code);
 
 // Menus. The menu file is what the host keeps from run to run: titles and items, one text per run.
 HOST_STANDIN_API std::wstring save_menus();
-HOST_STANDIN_API bool load_menus(const std::wstring& menu_file); // false: not a menu file; nothing has changed
+HOST_STANDIN_API bool
+load_menus(const std::wstring& menu_file); // false: not a menu file; nothing has changed
 // Throws the menu bar away and builds it again from the menu file, as the host of 2018 does after start.
 HOST_STANDIN_API void rebuild_menu_bar(const std::wstring& menu_file);
 
@@ -81,7 +84,8 @@ HOST_STANDIN_API std::wstring describe_menus();
 // The entries of menu_bar() that run an action have ids from here on.
 constexpr UINT kFirstMenuCommand = 50000;
 
-// Runs the action behind a WM_COMMAND of the frame; false when the id belongs to no item, or its table is not active.
+// Runs the action behind a WM_COMMAND of the frame; false when the id belongs to no item, or its table is not
+// active.
 HOST_STANDIN_API bool execute_menu_command(UINT id);
 // Runs an action by table and command id, as a keyboard shortcut would.
 HOST_STANDIN_API bool execute_action(DWORD table_id, int command_id);
@@ -89,8 +93,8 @@ HOST_STANDIN_API int active_callback_count(DWORD table_id);
 // The name an action context was registered under; empty when it was not.
 HOST_STANDIN_API std::wstring action_context_name(DWORD context_id);
 
-// Host-heap balance: objects made with the host's operator new and not yet deleted. The host's own (what it builds
-// from a menu file, the items of action tables) do not count.
+// Host-heap balance: objects made with the host's operator new and not yet deleted. The host's own (what it
+// builds from a menu file, the items of action tables) do not count.
 HOST_STANDIN_API long live_heap_objects();
 
 // Spinner interfaces that were handed out and not yet released.

@@ -58,7 +58,8 @@ int answer_id(const std::string& name) {
 BoxWatch* g_watch = nullptr;
 AnyFunction g_message_box = nullptr;
 
-int WINAPI watched_message_box(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language) {
+int WINAPI watched_message_box(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style,
+                               WORD language) {
     return g_watch->show(owner, text, caption, style, language);
 }
 
@@ -66,7 +67,9 @@ int real_message_box(HWND owner, const wchar_t* text, const wchar_t* caption, UI
     return reinterpret_cast<decltype(&::MessageBoxExW)>(g_message_box)(owner, text, caption, style, language);
 }
 
-std::string text_or_empty(const wchar_t* text) { return text == nullptr ? std::string() : to_utf8(text); }
+std::string text_or_empty(const wchar_t* text) {
+    return text == nullptr ? std::string() : to_utf8(text);
+}
 
 } // namespace
 
@@ -86,7 +89,8 @@ void BoxWatch::prepare(const Json::Value& answers, const Json::Value& screenshot
 
 void BoxWatch::install(HMODULE module) {
     g_watch = this;
-    replace_import(module, {"MessageBoxExW", reinterpret_cast<AnyFunction>(&watched_message_box), &g_message_box});
+    replace_import(module,
+                   {"MessageBoxExW", reinterpret_cast<AnyFunction>(&watched_message_box), &g_message_box});
 }
 
 bool BoxWatch::take_unanswered(OpenBox& box) {
@@ -99,9 +103,9 @@ bool BoxWatch::take_unanswered(OpenBox& box) {
     return true;
 }
 
-unsigned BoxWatch::count() const {
+bool BoxWatch::any_open() const {
     const std::lock_guard<std::mutex> lock(mutex_);
-    return count_;
+    return !open_.empty();
 }
 
 // The scenario's answer for the first number that has one; the last answer of a list goes on for later boxes.
@@ -121,8 +125,8 @@ BoxWatch::Choice BoxWatch::choose(const std::vector<unsigned>& numbers, UINT sty
     return {known.safe, known.style != MB_OK};
 }
 
-Json::Value BoxWatch::describe(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language,
-                               const std::vector<unsigned>& numbers) const {
+Json::Value BoxWatch::describe(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style,
+                               WORD language, const std::vector<unsigned>& numbers) const {
     Json::Value entry(Json::objectValue);
     entry["text_numbers"] = Json::Value(Json::arrayValue);
     for (unsigned number : numbers) {
@@ -154,7 +158,6 @@ int BoxWatch::show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT
             }
         }
         open_.push_back(box);
-        ++count_;
     }
     const int answer = real_message_box(owner, text, caption, style, language);
     const std::lock_guard<std::mutex> lock(mutex_);

@@ -1,5 +1,5 @@
-// Watches the message boxes of the module. A box is really shown; the driver finds its window and answers it as
-// the scenario says. Needs windows.h.
+// Watches the message boxes of the module. A box is really shown; the driver finds its window and answers it
+// as the scenario says. Needs windows.h.
 #pragma once
 
 #include "standin/stage/transcript.h"
@@ -40,8 +40,7 @@ public:
     // The box on top that nobody has answered yet, marked as answered by this call.
     bool take_unanswered(OpenBox& box);
 
-    // How often a box was opened since the start.
-    unsigned count() const;
+    bool any_open() const;
 
     // What the replacement does.
     int show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language);
@@ -63,7 +62,6 @@ private:
     mutable std::mutex mutex_;
     std::map<unsigned, unsigned> seen_; // how often a text number came
     std::vector<OpenBox> open_;
-    unsigned count_ = 0;
 };
 
 std::string answer_name(int answer);

@@ -3,12 +3,10 @@
 #include "standin/stage/client_process.h"
 
 #include "standin/stage/files.h"
+#include "standin/stage/json_read.h"
 #include "standin/stage/wide_text.h"
 
-#include <json/reader.h>
-
 #include <cstdlib>
-#include <memory>
 #include <vector>
 
 namespace stage {
@@ -50,15 +48,12 @@ std::vector<std::wstring> client_options(const Json::Value& wanted) {
     return options;
 }
 
-Json::Value parse_or_null(const std::string& text) {
-    Json::Value value;
-    std::string ignored;
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    try {
-        return reader->parse(text.data(), text.data() + text.size(), &value, &ignored) ? value : Json::Value();
-    } catch (const std::exception&) { // nesting deeper than the library takes
-        return Json::Value();
-    }
+tarvo::KernelHandle make_job() {
+    tarvo::KernelHandle job(::CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    ::SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
 }
 
 } // namespace
@@ -83,13 +78,15 @@ bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION information = {};
-    if (::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
-                         &startup, &information) == FALSE) {
+    if (::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+                         nullptr, &startup, &information) == FALSE) {
         problem = to_utf8(program) + ": cannot be started (error " + std::to_string(::GetLastError()) + ")";
         return false;
     }
     const tarvo::KernelHandle thread(information.hThread);
     process_.reset(information.hProcess);
+    job_ = make_job();
+    ::AssignProcessToJobObject(job_.get(), process_.get());
     return wait_until_ready(problem);
 }
 
@@ -131,9 +128,10 @@ Json::Value ClientProcess::requests() const {
     std::size_t from = 0;
     while (from < content.size()) {
         const std::size_t end = content.find('\n', from);
-        Json::Value request = parse_or_null(content.substr(from, end == std::string::npos ? end : end - from));
+        Json::Value request =
+            parsed_or_null(content.substr(from, end == std::string::npos ? end : end - from));
         if (request.isObject()) {
-            request["json"] = parse_or_null(request["body"].asString());
+            request["json"] = parsed_or_null(request["body"].asString());
             list.append(request);
         }
         from = end == std::string::npos ? content.size() : end + 1;

@@ -23,13 +23,14 @@ public:
 
     int port() const { return port_; }
 
-    // Every request so far, also of clients that were stopped: the lines of the record, with the body as "json" where
-    // it is JSON.
+    // Every request so far, also of clients that were stopped: the lines of the record, with the body as
+    // "json" where it is JSON.
     Json::Value requests() const;
 
 private:
     bool wait_until_ready(std::string& problem);
 
+    tarvo::KernelHandle job_; // ends the client with the stage, also when that is killed
     tarvo::KernelHandle process_;
     std::wstring ready_file_;
     std::wstring record_file_;

@@ -1,15 +1,13 @@
 #include "standin/stage/data_folder.h"
 
 #include "standin/stage/files.h"
+#include "standin/stage/json_read.h"
 #include "standin/stage/log_lines.h"
 #include "standin/stage/wide_text.h"
 
 #include <windows.h>
 
-#include <json/reader.h>
-
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 #include <shlobj.h>
@@ -33,21 +31,13 @@ std::wstring machine_wide_folder() {
     return folder;
 }
 
-bool is_log_folder(const std::wstring& name) { return name.compare(0, 3, L"log") == 0; }
-
-bool ends_with(const std::string& text, const std::string& ending) {
-    return text.size() >= ending.size() && text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
+bool is_log_folder(const std::wstring& name) {
+    return name.compare(0, 3, L"log") == 0;
 }
 
-Json::Value parse_or_null(const std::string& text) {
-    Json::Value value;
-    std::string ignored;
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    try {
-        return reader->parse(text.data(), text.data() + text.size(), &value, &ignored) ? value : Json::Value();
-    } catch (const std::exception&) { // nesting deeper than the library takes
-        return Json::Value();
-    }
+bool ends_with(const std::string& text, const std::string& ending) {
+    return text.size() >= ending.size() &&
+           text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 bool is_text(const std::string& content) {
@@ -62,7 +52,7 @@ Json::Value describe_file(const FileEntry& file, const std::string& name) {
     if (file.size > kLargestShownFile || !read_file(file.path, content) || !is_text(content)) {
         return entry;
     }
-    const Json::Value document = ends_with(name, ".json") ? parse_or_null(content) : Json::Value();
+    const Json::Value document = ends_with(name, ".json") ? parsed_or_null(content) : Json::Value();
     if (!document.isNull()) {
         entry["json"] = document;
     }
@@ -86,13 +76,17 @@ std::string as_profile_file(const std::string& utf8) {
     return std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t));
 }
 
-bool empty_folder(const std::wstring& folder) { return remove_tree(folder) && make_folder(folder); }
+bool empty_folder(const std::wstring& folder) {
+    return remove_tree(folder) && make_folder(folder);
+}
 
 } // namespace
 
 DataFolder::DataFolder() : path_(joined(machine_wide_folder(), L"Tarvo Rendering")) {}
 
-std::wstring DataFolder::ini_file() const { return path_ + L"\\script\\qfx_plugin.ini"; }
+std::wstring DataFolder::ini_file() const {
+    return path_ + L"\\script\\qfx_plugin.ini";
+}
 
 bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
     if (wanted.isMember("ini") && wanted["ini"].isNull()) {
@@ -122,7 +116,8 @@ bool DataFolder::copy_seven_zip(bool wanted, const std::wstring& source, std::st
     return true;
 }
 
-bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& source, std::string& problem) const {
+bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& source,
+                              std::string& problem) const {
     std::vector<std::wstring> names;
     if (wanted.get("analysis_script", true).asBool()) {
         names.emplace_back(kAnalysisScript);
@@ -144,7 +139,8 @@ bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& sou
     return true;
 }
 
-bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem) {
+bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, int port,
+                         std::string& problem) {
     for (const std::wstring& name : list_names(path_)) {
         if (is_log_folder(name)) {
             remove_tree(joined(path_, name));
@@ -188,11 +184,11 @@ void DataFolder::mark(const std::wstring& scene_folder) {
     }
 }
 
-void DataFolder::append_new_files(const std::wstring& folder, const std::string& prefix, Json::Value& list) const {
+void DataFolder::append_new_files(const std::wstring& folder, const std::string& prefix,
+                                  Json::Value& list) const {
     for (const FileEntry& file : list_files(folder)) {
         const auto known = before_.find(file.path);
-        const bool same =
-            known != before_.end() && known->second == std::make_pair(file.size, file.written);
+        const bool same = known != before_.end() && known->second == std::make_pair(file.size, file.written);
         if (!same && !(prefix.empty() && is_log_folder(to_wide(file.name)))) {
             list.append(describe_file(file, prefix + file.name));
         }
@@ -217,7 +213,8 @@ Json::Value DataFolder::logs() const {
     }
     // Older files of a channel carry higher numbers, and the current one none.
     std::sort(files.begin(), files.end(), [](const FileEntry& one, const FileEntry& other) {
-        return one.name.size() != other.name.size() ? one.name.size() > other.name.size() : one.name > other.name;
+        return one.name.size() != other.name.size() ? one.name.size() > other.name.size()
+                                                    : one.name > other.name;
     });
     Json::Value channels(Json::objectValue);
     for (const FileEntry& file : files) {

@@ -1,5 +1,5 @@
-// The plugin's folder under the machine-wide application-data folder: prepared before a run, looked through after
-// it. Needs windows.h.
+// The plugin's folder under the machine-wide application-data folder: prepared before a run, looked through
+// after it. Needs windows.h.
 #pragma once
 
 #include <json/value.h>
@@ -22,8 +22,8 @@ public:
     const std::wstring& path() const { return path_; }
     std::wstring ini_file() const;
 
-    // Empties what earlier runs left and fills the folder as the scenario's "data_folder" (null: everything there)
-    // says. `port` stands in the ini file for "auto". False: `problem` is a sentence.
+    // Empties what earlier runs left and fills the folder as the scenario's "data_folder" (null: everything
+    // there) says. `port` stands in the ini file for "auto". False: `problem` is a sentence.
     bool prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem);
 
     // The ini file anew, for another port.

@@ -10,7 +10,9 @@ namespace {
 
 constexpr int kCellLimit = 1024;
 
-bool is_class(HWND window, const wchar_t* name) { return ::lstrcmpiW(class_name(window).c_str(), name) == 0; }
+bool is_class(HWND window, const wchar_t* name) {
+    return ::lstrcmpiW(class_name(window).c_str(), name) == 0;
+}
 
 int column_count(HWND table) {
     const auto header = reinterpret_cast<HWND>(::SendMessageW(table, LVM_GETHEADER, 0, 0));
@@ -25,7 +27,8 @@ Json::Value column_titles(HWND table) {
         description.mask = LVCF_TEXT;
         description.pszText = title;
         description.cchTextMax = kCellLimit;
-        ::SendMessageW(table, LVM_GETCOLUMNW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&description));
+        ::SendMessageW(table, LVM_GETCOLUMNW, static_cast<WPARAM>(column),
+                       reinterpret_cast<LPARAM>(&description));
         titles.append(to_utf8(title));
     }
     return titles;
@@ -74,7 +77,8 @@ Json::Value read_items(HWND control, const ItemMessages& messages) {
 
 void read_button(HWND control, Json::Value& value) {
     const auto type = ::GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK;
-    if (type == BS_CHECKBOX || type == BS_AUTOCHECKBOX || type == BS_RADIOBUTTON || type == BS_AUTORADIOBUTTON) {
+    if (type == BS_CHECKBOX || type == BS_AUTOCHECKBOX || type == BS_RADIOBUTTON ||
+        type == BS_AUTORADIOBUTTON) {
         value["checked"] = ::SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
     }
 }
@@ -150,9 +154,13 @@ std::wstring cell_text(HWND table, int row, int column) {
     return item.pszText == nullptr ? std::wstring() : item.pszText;
 }
 
-int row_count(HWND table) { return static_cast<int>(::SendMessageW(table, LVM_GETITEMCOUNT, 0, 0)); }
+int row_count(HWND table) {
+    return static_cast<int>(::SendMessageW(table, LVM_GETITEMCOUNT, 0, 0));
+}
 
-HWND camera_table(HWND dialog) { return ::FindWindowExW(dialog, nullptr, WC_LISTVIEWW, nullptr); }
+HWND camera_table(HWND dialog) {
+    return ::FindWindowExW(dialog, nullptr, WC_LISTVIEWW, nullptr);
+}
 
 Json::Value read_dialog_state(HWND dialog) {
     Json::Value value(Json::objectValue);

@@ -7,7 +7,8 @@
 
 namespace stage {
 
-// {"open", "title", "focus", "controls": {id: {...}}} and, when there is a table, "columns", "row_count", "rows".
+// {"open", "title", "focus", "controls": {id: {...}}} and, when there is a table, "columns", "row_count",
+// "rows".
 Json::Value read_dialog_state(HWND dialog);
 
 // The first list view among the dialog's controls; null when there is none.

@@ -22,7 +22,9 @@ INT_PTR WINAPI watched_dialog_box(HINSTANCE instance, const wchar_t* name, HWND 
     return g_watch->show(instance, name, owner, procedure, parameter);
 }
 
-BOOL WINAPI watched_end_dialog(HWND dialog, INT_PTR result) { return g_watch->end(dialog, result); }
+BOOL WINAPI watched_end_dialog(HWND dialog, INT_PTR result) {
+    return g_watch->end(dialog, result);
+}
 
 INT_PTR CALLBACK watched_procedure(HWND dialog, UINT message, WPARAM w_param, LPARAM l_param) {
     return g_watch->message(dialog, message, w_param, l_param);
@@ -81,7 +83,8 @@ const char* dialog_name(int template_id) {
 
 void DialogWatch::install(HMODULE module) {
     g_watch = this;
-    replace_import(module, {"DialogBoxParamW", reinterpret_cast<AnyFunction>(&watched_dialog_box), &g_dialog_box});
+    replace_import(module,
+                   {"DialogBoxParamW", reinterpret_cast<AnyFunction>(&watched_dialog_box), &g_dialog_box});
     replace_import(module, {"EndDialog", reinterpret_cast<AnyFunction>(&watched_end_dialog), &g_end_dialog});
 }
 
@@ -166,7 +169,8 @@ void DialogWatch::record_exception(int template_id, const std::string& what) {
     transcript_.append("exceptions", entry);
 }
 
-// The stage plays a host that survives what a dialog procedure throws; the system's own frames must not see it.
+// The stage plays a host that survives what a dialog procedure throws; the system's own frames must not see
+// it.
 INT_PTR DialogWatch::guarded_call(const OpenDialog& open, HWND dialog, UINT message, WPARAM w_param,
                                   LPARAM l_param) {
     try {

@@ -1,5 +1,5 @@
-// Watches the module's dialogs: it stands between the system and their dialog procedures, sees each message and its
-// result, and catches what is thrown through them. Needs windows.h.
+// Watches the module's dialogs: it stands between the system and their dialog procedures, sees each message
+// and its result, and catches what is thrown through them. Needs windows.h.
 #pragma once
 
 #include "standin/stage/transcript.h"

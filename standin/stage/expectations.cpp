@@ -47,8 +47,12 @@ void check_dialog_state(const Check& check, const Json::Value& wanted, const cha
     check.compare(state, check.transcript["dialog_state"][which]);
 }
 
-void check_main(const Check& check, const Json::Value& wanted) { check_dialog_state(check, wanted, "main"); }
-void check_edit(const Check& check, const Json::Value& wanted) { check_dialog_state(check, wanted, "edit"); }
+void check_main(const Check& check, const Json::Value& wanted) {
+    check_dialog_state(check, wanted, "main");
+}
+void check_edit(const Check& check, const Json::Value& wanted) {
+    check_dialog_state(check, wanted, "edit");
+}
 
 void check_lines(const Check& check, const Json::Value& wanted, const char* which) {
     Json::Value filled(Json::arrayValue);
@@ -58,7 +62,9 @@ void check_lines(const Check& check, const Json::Value& wanted, const char* whic
     check.compare(filled, check.transcript[which]);
 }
 
-void check_menus(const Check& check, const Json::Value& wanted) { check_lines(check, wanted, "menus"); }
+void check_menus(const Check& check, const Json::Value& wanted) {
+    check_lines(check, wanted, "menus");
+}
 void check_menus_after(const Check& check, const Json::Value& wanted) {
     check_lines(check, wanted, "menus_after_stop");
 }
@@ -149,7 +155,8 @@ bool evaluate_expectations(const Json::Value& expect, const Json::Value& transcr
     return all_held;
 }
 
-bool evaluate_standing_rules(const Json::Value& expect, const Json::Value& transcript, Json::Value& outcomes) {
+bool evaluate_standing_rules(const Json::Value& expect, const Json::Value& transcript,
+                             Json::Value& outcomes) {
     std::vector<Mismatch> mismatches;
     if (!expect.isMember("exceptions") && !transcript["exceptions"].empty()) {
         mismatches.push_back({"exceptions", "none leaves the module", compact(transcript["exceptions"])});

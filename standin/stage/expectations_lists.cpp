@@ -6,7 +6,8 @@ namespace stage {
 
 namespace {
 
-void check_box(const Check& check, const Json::Value& wanted, const Json::Value& box, const std::string& place) {
+void check_box(const Check& check, const Json::Value& wanted, const Json::Value& box,
+               const std::string& place) {
     Json::Value rest = wanted;
     if (wanted["text"].isInt()) {
         rest.removeMember("text");
@@ -18,7 +19,8 @@ void check_box(const Check& check, const Json::Value& wanted, const Json::Value&
     }
     // A caption is given by its text's number; 0 is the empty caption.
     if (wanted["caption"].isInt()) {
-        rest["caption"] = wanted["caption"].asInt() == 0 ? "" : check.matcher.text(wanted["caption"].asUInt());
+        rest["caption"] =
+            wanted["caption"].asInt() == 0 ? "" : check.matcher.text(wanted["caption"].asUInt());
     }
     check.matcher.match(rest, box, place, check.mismatches);
 }
@@ -49,7 +51,8 @@ bool contains(const Matcher& matcher, const Json::Value& entries, const Json::Va
     return false;
 }
 
-void check_none_with(const Check& check, const Json::Value& lines, const Json::Value& words, const std::string& place) {
+void check_none_with(const Check& check, const Json::Value& lines, const Json::Value& words,
+                     const std::string& place) {
     for (const Json::Value& word : words) {
         for (const Json::Value& line : lines) {
             if (line.asString().find(word.asString()) != std::string::npos) {
@@ -59,8 +62,8 @@ void check_none_with(const Check& check, const Json::Value& lines, const Json::V
     }
 }
 
-// "IMenuManager::RegisterMenu", or with a part that has an opening bracket the arguments too; * and ? stand for
-// anything.
+// "IMenuManager::RegisterMenu", or with a part that has an opening bracket the arguments too; * and ? stand
+// for anything.
 bool call_matches(const std::string& pattern, const Json::Value& call) {
     const std::string name = call["name"].asString();
     return pattern.find('(') == std::string::npos
@@ -76,7 +79,9 @@ Json::ArrayIndex find_call(const Json::Value& calls, const std::string& pattern,
     return from;
 }
 
-Json::Value names_of(const Json::Value& files) { return texts_of(files, "name"); }
+Json::Value names_of(const Json::Value& files) {
+    return texts_of(files, "name");
+}
 
 void check_file_content(const Check& check, const Json::Value& wanted, const Json::Value& file,
                         const std::string& place) {
@@ -151,7 +156,8 @@ void check_files(const Check& check, const Json::Value& wanted) {
         }
         const bool counted = wanted[i].isMember("count");
         if (counted ? found != wanted[i]["count"].asUInt() : found == 0) {
-            check.differ(place, wanted[i]["name"].asString(), std::to_string(found) + " of " + compact(names_of(files)));
+            check.differ(place, wanted[i]["name"].asString(),
+                         std::to_string(found) + " of " + compact(names_of(files)));
         }
     }
 }

@@ -137,7 +137,8 @@ bool write_file(const std::wstring& path, const std::string& content) {
     const tarvo::FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     DWORD written = 0;
-    return file && ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) &&
+    return file &&
+           ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) &&
            written == content.size();
 }
 
@@ -159,7 +160,9 @@ std::wstring name_of(const std::wstring& path) {
     return slash == std::wstring::npos ? path : path.substr(slash + 1);
 }
 
-std::wstring joined(const std::wstring& folder, const std::wstring& name) { return folder + L"\\" + name; }
+std::wstring joined(const std::wstring& folder, const std::wstring& name) {
+    return folder + L"\\" + name;
+}
 
 std::wstring program_folder() {
     wchar_t path[4096] = {};

@@ -14,9 +14,9 @@ bool is_special(const Json::Value& value) {
 
 bool equal_scalars(const Json::Value& expected, const Json::Value& got) {
     if (expected.isNumeric() && got.isNumeric() && !expected.isBool() && !got.isBool()) {
-        return expected.isIntegral() && got.isIntegral() ? expected.asLargestInt() == got.asLargestInt()
-                                                         : !(expected.asDouble() < got.asDouble()) &&
-                                                               !(expected.asDouble() > got.asDouble());
+        return expected.isIntegral() && got.isIntegral()
+                   ? expected.asLargestInt() == got.asLargestInt()
+                   : !(expected.asDouble() < got.asDouble()) && !(expected.asDouble() > got.asDouble());
     }
     return expected == got;
 }
@@ -52,7 +52,9 @@ std::string compact(const Json::Value& value) {
     return Json::writeString(builder, value);
 }
 
-std::string Matcher::text(unsigned number) const { return texts_.get(std::to_string(number), "").asString(); }
+std::string Matcher::text(unsigned number) const {
+    return texts_.get(std::to_string(number), "").asString();
+}
 
 std::string Matcher::fill_in(const std::string& text_with_numbers) const {
     std::string filled;
@@ -67,7 +69,8 @@ std::string Matcher::fill_in(const std::string& text_with_numbers) const {
             break;
         }
         filled += text_with_numbers.substr(from, open - from);
-        filled += number ? texts_.get(text_with_numbers.substr(open + 1, close - open - 1), "").asString() : "{";
+        filled +=
+            number ? texts_.get(text_with_numbers.substr(open + 1, close - open - 1), "").asString() : "{";
         from = number ? close + 1 : open + 1;
     }
     return filled;

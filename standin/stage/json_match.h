@@ -1,6 +1,7 @@
-// Compares what a scenario expects with what happened. Objects match when every expected member matches, lists when
-// they have the same length and match one by one. In place of a value may stand {"$text": 84} (that text of the
-// module), {"$pattern": "*.7z"} (* and ?), {"$contains": "x"}, {"$at_least": 1}, {"$any": true}, {"$absent": true}.
+// Compares what a scenario expects with what happened. Objects match when every expected member matches,
+// lists when they have the same length and match one by one. In place of a value may stand {"$text": 84}
+// (that text of the module), {"$pattern": "*.7z"} (* and ?), {"$contains": "x"}, {"$at_least": 1}, {"$any":
+// true}, {"$absent": true}.
 #pragma once
 
 #include <json/value.h>

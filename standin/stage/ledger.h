@@ -14,8 +14,8 @@ class Ledger {
 public:
     void created(const char* kind, const void* thing, const std::string& detail = std::string());
 
-    // False when nothing of this kind is open under that value: it was made before the watch began, or is released
-    // twice.
+    // False when nothing of this kind is open under that value: it was made before the watch began, or is
+    // released twice.
     bool released(const char* kind, const void* thing);
 
     // Entries {"kind", "value", "detail"} of what is open now.

@@ -1,5 +1,5 @@
-// The plugin's log files, read back: `2024-03-07 09:05:02:045 [INFO] message`, one event a line. A line without
-// time stamp continues the message before it.
+// The plugin's log files, read back: `2024-03-07 09:05:02:045 [INFO] message`, one event a line. A line
+// without time stamp continues the message before it.
 #pragma once
 
 #include <json/value.h>

@@ -24,11 +24,13 @@ std::string hexadecimal(unsigned long value) {
     return text;
 }
 
-std::string wide_or_empty(const wchar_t* text) { return text == nullptr ? std::string() : to_utf8(text); }
+std::string wide_or_empty(const wchar_t* text) {
+    return text == nullptr ? std::string() : to_utf8(text);
+}
 
 std::string version_text(DWORD high, DWORD low) {
-    return std::to_string(HIWORD(high)) + "." + std::to_string(LOWORD(high)) + "." + std::to_string(HIWORD(low)) +
-           "." + std::to_string(LOWORD(low));
+    return std::to_string(HIWORD(high)) + "." + std::to_string(LOWORD(high)) + "." +
+           std::to_string(HIWORD(low)) + "." + std::to_string(LOWORD(low));
 }
 
 // From the module's version resource; empty when it has none.
@@ -39,7 +41,8 @@ std::string file_version(const std::wstring& path) {
     void* found = nullptr;
     UINT length = 0;
     if (size == 0 || ::GetFileVersionInfoW(path.c_str(), 0, size, block.data()) == FALSE ||
-        ::VerQueryValueW(block.data(), L"\\", &found, &length) == FALSE || length < sizeof(VS_FIXEDFILEINFO)) {
+        ::VerQueryValueW(block.data(), L"\\", &found, &length) == FALSE ||
+        length < sizeof(VS_FIXEDFILEINFO)) {
         return std::string();
     }
     const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
@@ -115,7 +118,7 @@ std::vector<unsigned> ModuleFile::numbers_of(const std::wstring& text) const {
     constexpr std::size_t look_up_limit = 255; // the plugin's look-up buffer holds no more
     std::vector<unsigned> numbers;
     for (const auto& entry : texts_) {
-        if (!text.empty() && entry.second.substr(0, look_up_limit) == text.substr(0, look_up_limit)) {
+        if (!text.empty() && entry.second.compare(0, look_up_limit, text, 0, look_up_limit) == 0) {
             numbers.push_back(entry.first);
         }
     }

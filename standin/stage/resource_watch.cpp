@@ -49,7 +49,9 @@ Function as(AnyFunction function) {
 
 #define ORIGINAL(function, slot) as<decltype(&::function)>(g_original.slot)
 
-std::string text_or_empty(const wchar_t* text) { return text == nullptr ? std::string() : to_utf8(text); }
+std::string text_or_empty(const wchar_t* text) {
+    return text == nullptr ? std::string() : to_utf8(text);
+}
 
 void note_exit_code(HANDLE process) {
     const auto found = g_processes.find(process);
@@ -70,7 +72,8 @@ BOOL WINAPI watched_close_handle(HANDLE handle) {
     return ORIGINAL(CloseHandle, close_handle)(handle);
 }
 
-BOOL WINAPI watched_create_process(LPCWSTR application, LPWSTR command, LPSECURITY_ATTRIBUTES process_security,
+BOOL WINAPI watched_create_process(LPCWSTR application, LPWSTR command,
+                                   LPSECURITY_ATTRIBUTES process_security,
                                    LPSECURITY_ATTRIBUTES thread_security, BOOL inherit, DWORD flags,
                                    LPVOID environment, LPCWSTR folder, LPSTARTUPINFOW startup,
                                    LPPROCESS_INFORMATION information) {
@@ -79,9 +82,9 @@ BOOL WINAPI watched_create_process(LPCWSTR application, LPWSTR command, LPSECURI
     entry["command"] = text_or_empty(command);
     entry["flags"] = static_cast<Json::Int64>(flags);
     entry["inherits"] = inherit != FALSE;
-    const BOOL started = ORIGINAL(CreateProcessW, create_process)(application, command, process_security,
-                                                                  thread_security, inherit, flags, environment,
-                                                                  folder, startup, information);
+    const BOOL started =
+        ORIGINAL(CreateProcessW, create_process)(application, command, process_security, thread_security,
+                                                 inherit, flags, environment, folder, startup, information);
     const DWORD error = ::GetLastError();
     entry["started"] = started != FALSE;
     entry["error"] = started != FALSE ? Json::Value() : Json::Value(static_cast<Json::Int64>(error));
@@ -181,9 +184,9 @@ HINTERNET WINAPI watched_http_connect(HINTERNET session, LPCWSTR server, INTERNE
 
 HINTERNET WINAPI watched_http_request(HINTERNET connection, LPCWSTR verb, LPCWSTR object, LPCWSTR version,
                                       LPCWSTR referrer, LPCWSTR* types, DWORD flags) {
-    return note_http(ORIGINAL(WinHttpOpenRequest, http_request)(connection, verb, object, version, referrer, types,
-                                                               flags),
-                     "request");
+    return note_http(
+        ORIGINAL(WinHttpOpenRequest, http_request)(connection, verb, object, version, referrer, types, flags),
+        "request");
 }
 
 BOOL WINAPI watched_http_close(HINTERNET handle) {

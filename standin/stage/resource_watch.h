@@ -1,5 +1,5 @@
-// Watches what the module takes from the system and gives back, the processes it starts and what it opens in the
-// shell (which is recorded and not opened). Needs windows.h.
+// Watches what the module takes from the system and gives back, the processes it starts and what it opens in
+// the shell (which is recorded and not opened). Needs windows.h.
 #pragma once
 
 #include "standin/stage/ledger.h"

@@ -34,6 +34,7 @@ std::string without_byte_order_mark(const std::string& text) {
 
 bool parse(const std::string& text, Json::Value& value, std::string& problem) {
     Json::CharReaderBuilder builder;
+    builder["allowComments"] = false;
     builder["rejectDupKeys"] = true;
     builder["failIfExtra"] = true;
     builder["allowTrailingCommas"] = false;
@@ -56,8 +57,12 @@ bool read_scenario(const std::string& text, Json::Value& scenario, std::string& 
     return parse(without_byte_order_mark(text), scenario, problem) && check_scenario(scenario, problem);
 }
 
-std::string scenario_language(const Json::Value& scenario) { return scenario.get("language", "en").asString(); }
+std::string scenario_language(const Json::Value& scenario) {
+    return scenario.get("language", "en").asString();
+}
 
-std::string only_key(const Json::Value& object) { return object.getMemberNames().front(); }
+std::string only_key(const Json::Value& object) {
+    return object.getMemberNames().front();
+}
 
 } // namespace stage

@@ -1,5 +1,5 @@
-// Reads a scenario: JSON in UTF-8, comments allowed, no key twice, nothing unknown. After a successful read every
-// value has the type that docs/scenario.md gives it.
+// Reads a scenario: JSON in UTF-8, no comments, no key twice, nothing unknown. After a successful read
+// every value has the type that docs/scenario.md gives it.
 #pragma once
 
 #include <json/value.h>

@@ -24,7 +24,9 @@ std::vector<std::string> alternatives(const std::string& types) {
     return parts;
 }
 
-std::string inside(const std::string& type) { return type.substr(1, type.size() - 2); }
+std::string inside(const std::string& type) {
+    return type.substr(1, type.size() - 2);
+}
 
 struct SimpleType {
     const char* name;
@@ -165,7 +167,8 @@ std::string missing_key(const Json::Value& value, const std::string& object) {
     const KeyRule* rules = key_rules(count);
     for (std::size_t i = 0; i < count; ++i) {
         const std::string key = rules[i].key;
-        if (object == rules[i].object && key.back() == '!' && !value.isMember(key.substr(0, key.size() - 1))) {
+        if (object == rules[i].object && key.back() == '!' &&
+            !value.isMember(key.substr(0, key.size() - 1))) {
             return key.substr(0, key.size() - 1);
         }
     }

@@ -1,5 +1,5 @@
-// Checks a scenario against the table of scenario_rules. Everything unknown and every wrong type is refused with its
-// place; what passes can be read without further checks.
+// Checks a scenario against the table of scenario_rules. Everything unknown and every wrong type is refused
+// with its place; what passes can be read without further checks.
 #pragma once
 
 #include <json/value.h>

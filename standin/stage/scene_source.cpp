@@ -4,12 +4,10 @@
 #include "standin/scene/scene_file_win32.h"
 #include "standin/scene/scene_writer_win32.h"
 #include "standin/stage/files.h"
+#include "standin/stage/json_read.h"
 #include "standin/stage/wide_text.h"
 
-#include <json/reader.h>
 #include <json/writer.h>
-
-#include <memory>
 
 namespace stage {
 
@@ -56,8 +54,8 @@ void take_render_settings(const Json::Value& wanted, standin::RenderSettings& re
     }
     if (wanted.isMember("vray")) {
         const Json::Value& vray = wanted["vray"];
-        render.vray = {true, vray.get("camera_override_fov", false).asBool(), vray.get("camera_fov", 45.0).asDouble(),
-                       vray.get("is_spherical", false).asBool()};
+        render.vray = {true, vray.get("camera_override_fov", false).asBool(),
+                       vray.get("camera_fov", 45.0).asDouble(), vray.get("is_spherical", false).asBool()};
     }
 }
 
@@ -90,7 +88,8 @@ bool grow_file(const std::wstring& path, long long kilobytes) {
     return write_file(path, content);
 }
 
-bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageScene& scene, std::string& problem) {
+bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageScene& scene,
+                   std::string& problem) {
     standin::SceneModel model = literal_model(wanted);
     scene.needs_save = wanted.get("needs_save", false).asBool();
     if (!wanted.get("unsaved", false).asBool()) {
@@ -106,7 +105,8 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
         }
     }
     model.path = scene.path;
-    scene.composed = standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
+    scene.composed =
+        standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
     return true;
 }
 
@@ -156,14 +156,11 @@ std::wstring wide_json(Json::Value document, const StageScene& scene) {
 }
 
 std::wstring edited(const Json::Value& wanted, const StageScene& scene) {
-    const std::string& composed = scene.composed;
     if (!wanted.isMember("merge") && !wanted.isMember("remove")) {
-        return to_wide(composed);
+        return to_wide(scene.composed);
     }
-    Json::Value document(Json::objectValue);
-    std::string ignored;
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    reader->parse(composed.data(), composed.data() + composed.size(), &document, &ignored);
+    Json::Value document =
+        scene.composed.empty() ? Json::Value(Json::objectValue) : parsed_or_null(scene.composed);
     for (const Json::Value& key : wanted["remove"]) {
         document.removeMember(key.asString());
     }
@@ -180,7 +177,8 @@ bool open_scene(const std::wstring& file, StageScene& scene, std::string& proble
     }
     model.path = absolute_path(file);
     scene.path = model.path;
-    scene.composed = standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
+    scene.composed =
+        standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
     return true;
 }
 
@@ -212,7 +210,8 @@ bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const st
         return false;
     }
     model.path = scene.path;
-    scene.composed = standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
+    scene.composed =
+        standin::analysis_text(model, [](const std::wstring& path) { return file_exists(path); });
     return true;
 }
 

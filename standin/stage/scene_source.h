@@ -1,5 +1,5 @@
-// The scene that is open in the stage: a real file, a copy of one, or one made from the scenario; and the answer that
-// the analysis script gives for it. Needs windows.h.
+// The scene that is open in the stage: a real file, a copy of one, or one made from the scenario; and the
+// answer that the analysis script gives for it. Needs windows.h.
 #pragma once
 
 #include "standin/stage/script_runner.h"
@@ -19,8 +19,9 @@ struct StageScene {
 // For a person: the file itself. False: `problem` is a sentence.
 bool open_scene(const std::wstring& file, StageScene& scene, std::string& problem);
 
-// For a scenario: `wanted` is its "scene" (null: none). A file is copied into `folder`, a literal scene written there,
-// so that nothing outside the run changes. `base` is where relative names begin, `given` the --scene option.
+// For a scenario: `wanted` is its "scene" (null: none). A file is copied into `folder`, a literal scene
+// written there, so that nothing outside the run changes. `base` is where relative names begin, `given` the
+// --scene option.
 bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const std::wstring& given,
                    const std::wstring& folder, StageScene& scene, std::string& problem);
 

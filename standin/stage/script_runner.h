@@ -1,5 +1,5 @@
-// Plays the host's script engine for the commands that the module sends: loading a script file, and loading the
-// analysis script and calling its entry point. Needs windows.h through control.h.
+// Plays the host's script engine for the commands that the module sends: loading a script file, and loading
+// the analysis script and calling its entry point. Needs windows.h through control.h.
 #pragma once
 
 #include "standin/sdk/control.h"

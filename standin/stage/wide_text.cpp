@@ -20,7 +20,9 @@ std::wstring decode(const std::string& bytes, UINT code_page, DWORD flags) {
 
 } // namespace
 
-std::wstring to_wide(const std::string& utf8) { return decode(utf8, CP_UTF8, 0); }
+std::wstring to_wide(const std::string& utf8) {
+    return decode(utf8, CP_UTF8, 0);
+}
 
 std::string to_utf8(const std::wstring& wide) {
     const int length = static_cast<int>(wide.size());

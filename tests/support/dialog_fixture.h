@@ -1,8 +1,10 @@
-// For tests of the dialogs: the module's own templates shown as real windows, the texts and boxes behind them, the
-// store and the plugin's ini file in a known state, and short names for what is asked of controls. Windows only.
+// For tests of the dialogs: the module's own templates shown as real windows, the texts and boxes behind
+// them, the store and the plugin's ini file in a known state, and short names for what is asked of controls.
+// Windows only.
 #pragma once
 
 #include "common/module_instance.h"
+#include "common/platform.h"
 #include "common/string_table.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
@@ -22,6 +24,7 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarvo_test {
@@ -47,9 +50,9 @@ private:
     ULONG_PTR cookie_ = 0;
 };
 
-inline INT_PTR CALLBACK InertDialogProc(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
-
-// Controls ------------------------------------------------------------------------------------------------------
+inline INT_PTR CALLBACK InertDialogProc(HWND, UINT, WPARAM, LPARAM) {
+    return FALSE;
+}
 
 inline std::wstring field(HWND dialog, int id) {
     wchar_t text[1024] = {};
@@ -57,9 +60,13 @@ inline std::wstring field(HWND dialog, int id) {
     return text;
 }
 
-inline void type(HWND dialog, int id, const std::wstring& text) { ::SetDlgItemTextW(dialog, id, text.c_str()); }
+inline void type(HWND dialog, int id, const std::wstring& text) {
+    ::SetDlgItemTextW(dialog, id, text.c_str());
+}
 
-inline int row_count(HWND list) { return static_cast<int>(::SendMessageW(list, LVM_GETITEMCOUNT, 0, 0)); }
+inline int row_count(HWND list) {
+    return static_cast<int>(::SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+}
 
 inline std::wstring cell(HWND list, int row, int column) {
     wchar_t text[1024] = {};
@@ -75,7 +82,9 @@ inline unsigned row_state(HWND list, int row, unsigned mask) {
     return static_cast<unsigned>(::SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), mask));
 }
 
-inline bool is_ticked(HWND list, int row) { return row_state(list, row, LVIS_STATEIMAGEMASK) == 0x2000; }
+inline bool is_ticked(HWND list, int row) {
+    return row_state(list, row, LVIS_STATEIMAGEMASK) == 0x2000;
+}
 
 inline void set_row_state(HWND list, int row, unsigned state, unsigned mask) {
     LVITEMW item = {};
@@ -96,8 +105,6 @@ inline std::string ticks(HWND list) {
     }
     return all;
 }
-
-// Analysis texts ------------------------------------------------------------------------------------------------
 
 struct Analysis {
     std::wstring name = L"C:/scenes/shot.max";
@@ -122,7 +129,56 @@ struct Analysis {
     }
 };
 
-// The fixture ---------------------------------------------------------------------------------------------------
+// While it lives, the first dialog of this thread that shows the given control is handed to `act` from inside
+// its own message loop, and closed afterwards if it still stands.
+class ModalDriver {
+public:
+    ModalDriver(int control, std::function<void(HWND)> act) : control_(control), act_(std::move(act)) {
+        current() = this;
+        timer_ = ::SetTimer(nullptr, 0, USER_TIMER_MINIMUM, on_timer);
+    }
+    ~ModalDriver() {
+        ::KillTimer(nullptr, timer_);
+        current() = nullptr;
+    }
+    ModalDriver(const ModalDriver&) = delete;
+    ModalDriver& operator=(const ModalDriver&) = delete;
+
+    bool has_acted() const { return has_acted_; }
+
+private:
+    static ModalDriver*& current() {
+        static ModalDriver* driver = nullptr;
+        return driver;
+    }
+
+    static BOOL CALLBACK match(HWND window, LPARAM found) {
+        if (!::IsWindowVisible(window) || ::GetDlgItem(window, current()->control_) == nullptr) {
+            return TRUE;
+        }
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+    }
+
+    static void CALLBACK on_timer(HWND, UINT, UINT_PTR timer, DWORD) {
+        HWND dialog = nullptr;
+        ::EnumThreadWindows(::GetCurrentThreadId(), match, reinterpret_cast<LPARAM>(&dialog));
+        if (dialog == nullptr) {
+            return;
+        }
+        ::KillTimer(nullptr, timer);
+        current()->has_acted_ = true;
+        current()->act_(dialog);
+        if (::IsWindowVisible(dialog)) {
+            ::SendMessageW(dialog, WM_CLOSE, 0, 0);
+        }
+    }
+
+    int control_;
+    std::function<void(HWND)> act_;
+    UINT_PTR timer_ = 0;
+    bool has_acted_ = false;
+};
 
 class DialogTest : public ::testing::Test {
 protected:
@@ -171,7 +227,7 @@ protected:
     static std::string ini_file() { return plugin_folder() + "/script/qfx_plugin.ini"; }
 
     static void write_ini(const std::string& content) {
-        tarvo_test::make_script_folder();
+        tarvo::create_folder(tarvo::Utf8ToWide(plugin_folder() + "/script"));
         write_file(ini_file(), "[general]\r\n" + content);
         ::WritePrivateProfileStringW(nullptr, nullptr, nullptr, tarvo::Utf8ToWide(ini_file()).c_str());
     }
@@ -196,7 +252,7 @@ protected:
         return lines;
     }
 
-    // Every box must have been this: text, caption, style, owner, and the language of the texts' own switch.
+    // The box was this one: text, caption, style, owner, and the language of the texts' own switch.
     void expect_box(std::size_t index, HWND owner, unsigned text_id, unsigned caption_id, unsigned style) {
         ASSERT_LT(index, boxes.shown.size());
         const TestBox& box = boxes.shown[index];

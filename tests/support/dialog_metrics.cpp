@@ -81,6 +81,13 @@ int LiveDialog::line_height() const {
     return measure(L"Xy", 0, DT_SINGLELINE).cy;
 }
 
+int LiveDialog::dots_per_inch() const {
+    const HDC device = ::GetDC(window_);
+    const int dots = ::GetDeviceCaps(device, LOGPIXELSX);
+    ::ReleaseDC(window_, device);
+    return dots;
+}
+
 SIZE LiveDialog::measure(const std::wstring& text, int width, UINT flags) const {
     const std::wstring plain = PlainText(text);
     RECT area = {0, 0, width, 0};

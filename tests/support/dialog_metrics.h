@@ -1,5 +1,5 @@
-// A dialog template brought to life in one language, without being shown, and how much room its texts need there.
-// Sizes are pixels. Common controls of version 6 apply, and the host's spinner class is stood in for.
+// A dialog template brought to life in one language, without being shown, and how much room its texts need
+// there. Sizes are pixels. Common controls of version 6 apply, and the host's spinner class is stood in for.
 #pragma once
 
 #include "common/win32_handles.h"
@@ -45,6 +45,7 @@ public:
     // Broken into lines of at most `width`.
     int text_height(const std::wstring& text, int width) const;
     int line_height() const;
+    int dots_per_inch() const;
 
 private:
     SIZE measure(const std::wstring& text, int width, UINT flags) const;

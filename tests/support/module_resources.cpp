@@ -72,8 +72,8 @@ private:
 };
 
 std::wstring ClassOfOrdinal(WORD ordinal) {
-    static const wchar_t* const kClasses[] = {L"Button",  L"Edit",      L"Static",
-                                              L"ListBox", L"ScrollBar", L"ComboBox"};
+    static const wchar_t* const kClasses[] = {L"button",  L"edit",      L"static",
+                                              L"listbox", L"scrollbar", L"combobox"};
     constexpr WORD kFirst = 0x80;
     const std::size_t index = static_cast<std::size_t>(ordinal) - kFirst;
     return index < sizeof kClasses / sizeof kClasses[0] ? kClasses[index] : L"?";
@@ -95,6 +95,7 @@ TemplateItem ReadItem(TemplateReader& reader) {
     if (ordinal != 0) {
         item.kind = ClassOfOrdinal(ordinal);
     }
+    std::transform(item.kind.begin(), item.kind.end(), item.kind.begin(), &std::towlower);
     item.text = reader.text_or_ordinal(ordinal);
     reader.skip(reader.next<WORD>());
     return item;
@@ -159,6 +160,19 @@ std::map<unsigned, std::wstring> StringTable(LANGID language) {
         }
     }
     return texts;
+}
+
+DWORD ButtonType(const TemplateItem& item) {
+    return item.kind == L"button" ? item.style & BS_TYPEMASK : static_cast<DWORD>(BS_TYPEMASK);
+}
+
+std::string Describe(const TemplateItem& item) {
+    std::string result = "control " + std::to_string(static_cast<int>(item.id)) + " at " +
+                         std::to_string(item.x) + "," + std::to_string(item.y) + " '";
+    for (const wchar_t unit : item.text) {
+        result.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
+    }
+    return result + "'";
 }
 
 const TemplateItem* DialogTemplate::find(DWORD id) const {

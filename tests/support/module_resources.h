@@ -1,5 +1,5 @@
-// The running module's own resources as they lie in the file, language by language and whatever the language of the
-// process. What is not there comes back empty.
+// The running module's own resources as they lie in the file, language by language and whatever the language
+// of the process. What is not there comes back empty.
 #pragma once
 
 #include <windows.h>
@@ -28,7 +28,7 @@ std::map<unsigned, std::wstring> StringTable(LANGID language);
 // One control of a dialog template; places and sizes in dialog units.
 struct TemplateItem {
     DWORD id = 0;
-    std::wstring kind; // the window class
+    std::wstring kind; // the window class in lower case: resource compilers differ in it
     std::wstring text;
     DWORD style = 0;
     DWORD ex_style = 0;
@@ -41,6 +41,12 @@ struct TemplateItem {
     int bottom() const { return y + height; }
     bool has(DWORD bits) const { return (style & bits) == bits; }
 };
+
+// BS_PUSHBUTTON and so on; BS_TYPEMASK for what is no button.
+DWORD ButtonType(const TemplateItem& item);
+
+// For messages of failing tests: number, place and text, in ASCII.
+std::string Describe(const TemplateItem& item);
 
 struct DialogTemplate {
     DWORD style = 0;

@@ -109,6 +109,10 @@ TEST_P(SubmitDocumentGolden, DocumentAndBodyAreAsExpected) {
 INSTANTIATE_TEST_SUITE_P(Groups, SubmitDocumentGolden, ::testing::ValuesIn(case_names()),
                          [](const ::testing::TestParamInfo<std::string>& group) { return group.param; });
 
+TEST(SubmitDocumentGroups, AreFound) {
+    EXPECT_GE(case_names().size(), 48u);
+}
+
 TEST(SubmitDocumentFrames, NegativeStartFrameIsRefused) {
     EXPECT_EQ(build(R"({"start_frame": "-1"})"), DocumentProblem::start_frame_negative);
     EXPECT_EQ(build(R"({"start_frame": -1})"), DocumentProblem::start_frame_negative);

@@ -112,7 +112,8 @@ const std::pair<unsigned, const wchar_t*> kFormats[] = {
     {IDS_FORMAT_TIF, L"TIF"},
 };
 
-// Names that no language translates. The menu's title is among them because the menu is found again by its title.
+// Names that no language translates. The menu's title is among them because the menu is found again by its
+// title.
 const unsigned kProductNames[] = {IDS_CLASS_CATEGORY, IDS_CLASS_NAME, IDS_MENU_TITLE, IDS_CAPTION};
 
 std::set<unsigned> NumbersOf(const Texts& texts) {
@@ -256,8 +257,8 @@ TEST(StringTableTest, AnswersAProcessInOneLanguage) {
     }
 }
 
-// A neutral entry would be found before the Chinese one, and without 0x0409 the other languages have nothing to fall
-// back to.
+// A neutral entry would be found before the Chinese one, and without 0x0409 the other languages have nothing
+// to fall back to.
 TEST(ResourcesTest, HaveEnglishForEveryOtherLanguage) {
     const std::vector<LANGID> both = {kEnglish, kChinese};
     for (const unsigned id : kTexts) {

@@ -9,7 +9,8 @@
 #define SPINNERWINDOWCLASS _M("SpinnerControl")
 #define CUSTEDITWINDOWCLASS _M("CustEdit")
 
-// To the dialog: LOWORD(wParam) is the control's id, HIWORD(wParam) TRUE while a button is held, lParam the interface.
+// To the dialog: LOWORD(wParam) is the control's id, HIWORD(wParam) TRUE while a button is held, lParam the
+// interface.
 #define CC_SPINNER_CHANGE (WM_USER + 600)
 #define CC_SPINNER_BUTTONDOWN (WM_USER + 601)
 #define CC_SPINNER_BUTTONUP (WM_USER + 602)

@@ -1,5 +1,5 @@
-// Import and export of the stand-in's DLL. The host spreads these names over several libraries; here all of them
-// come from one.
+// Import and export of the stand-in's DLL. The host spreads these names over several libraries; here all of
+// them come from one.
 #pragma once
 
 #ifdef HOST_STANDIN_BUILD

@@ -147,13 +147,14 @@ void clear_actions() {
     }
 }
 
-bool execute_action(DWORD table_id, int command_id) { return run_action(table_id, command_id); }
+bool execute_action(DWORD table_id, int command_id) {
+    return run_action(table_id, command_id);
+}
 
 int active_callback_count(DWORD table_id) {
     const std::vector<Activation>& all = actions().activations;
-    return static_cast<int>(std::count_if(all.begin(), all.end(), [table_id](const Activation& entry) {
-        return entry.table_id == table_id;
-    }));
+    return static_cast<int>(std::count_if(
+        all.begin(), all.end(), [table_id](const Activation& entry) { return entry.table_id == table_id; }));
 }
 
 std::wstring action_context_name(DWORD context_id) {

@@ -28,13 +28,27 @@ TableAction::TableAction(ActionTable& table, const ActionDescription& descriptio
       short_name_(resource_text(module, description.mShortNameResourceID)),
       category_(resource_text(module, description.mCategoryResourceID)) {}
 
-int TableAction::GetId() { return command_id_; }
-void TableAction::GetDescriptionText(MSTR& text) { table_.GetDescriptionText(command_id_, text); }
-void TableAction::GetMenuText(MSTR& text) { table_.GetMenuText(command_id_, text); }
-void TableAction::GetShortText(MSTR& text) { text = short_name_.c_str(); }
-void TableAction::GetCategoryText(MSTR& text) { text = category_.c_str(); }
-BOOL TableAction::ExecuteAction() { return run_action(table_.GetId(), command_id_) ? TRUE : FALSE; }
-BOOL TableAction::IsEnabled() { return table_.IsEnabled(command_id_); }
+int TableAction::GetId() {
+    return command_id_;
+}
+void TableAction::GetDescriptionText(MSTR& text) {
+    table_.GetDescriptionText(command_id_, text);
+}
+void TableAction::GetMenuText(MSTR& text) {
+    table_.GetMenuText(command_id_, text);
+}
+void TableAction::GetShortText(MSTR& text) {
+    text = short_name_.c_str();
+}
+void TableAction::GetCategoryText(MSTR& text) {
+    text = category_.c_str();
+}
+BOOL TableAction::ExecuteAction() {
+    return run_action(table_.GetId(), command_id_) ? TRUE : FALSE;
+}
+BOOL TableAction::IsEnabled() {
+    return table_.IsEnabled(command_id_);
+}
 void TableAction::DeleteThis() {} // belongs to its table
 
 } // namespace host_standin
@@ -55,8 +69,8 @@ struct ActionTable::Contents {
     }
 };
 
-ActionTable::ActionTable(ActionTableId id, ActionContextId context, TSTR& name, HACCEL accelerators, int count,
-                         ActionDescription* descriptions, HINSTANCE module)
+ActionTable::ActionTable(ActionTableId id, ActionContextId context, TSTR& name, HACCEL accelerators,
+                         int count, ActionDescription* descriptions, HINSTANCE module)
     : contents_(new Contents) {
     record("ActionTable::ActionTable", id, context, name, accelerators, count);
     const HostOwnScope own;
@@ -91,23 +105,39 @@ BOOL ActionTable::GetDescriptionText(int command_id, MSTR& text) {
     return TRUE;
 }
 
-BOOL ActionTable::IsEnabled(int) { return TRUE; }
+BOOL ActionTable::IsEnabled(int) {
+    return TRUE;
+}
 
-void ActionTable::DeleteThis() { delete this; }
+void ActionTable::DeleteThis() {
+    delete this;
+}
 
-ActionTableId ActionTable::GetId() { return contents_->id; }
+ActionTableId ActionTable::GetId() {
+    return contents_->id;
+}
 
-ActionContextId ActionTable::GetContextId() { return contents_->context; }
+ActionContextId ActionTable::GetContextId() {
+    return contents_->context;
+}
 
-MSTR& ActionTable::GetName() { return contents_->name; }
+MSTR& ActionTable::GetName() {
+    return contents_->name;
+}
 
-int ActionTable::Count() { return static_cast<int>(contents_->items.size()); }
+int ActionTable::Count() {
+    return static_cast<int>(contents_->items.size());
+}
 
-ActionItem* ActionTable::GetAction(int command_id) { return contents_->find(command_id); }
+ActionItem* ActionTable::GetAction(int command_id) {
+    return contents_->find(command_id);
+}
 
 ActionItem::ActionItem() {}
 ActionItem::~ActionItem() {}
 
 ActionCallback::ActionCallback() : table_(nullptr) {}
 ActionCallback::~ActionCallback() {}
-BOOL ActionCallback::ExecuteAction(int) { return FALSE; }
+BOOL ActionCallback::ExecuteAction(int) {
+    return FALSE;
+}

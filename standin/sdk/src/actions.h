@@ -43,8 +43,8 @@ void forget_action_table(ActionTable* table);
 bool action_menu_text(ActionTableId table_id, int command_id, std::wstring& text);
 bool is_action_live(ActionTableId table_id, int command_id);
 
-// The latest callback is asked first; the next one only when it did not handle the action. False when there is no
-// such action or no callback.
+// The latest callback is asked first; the next one only when it did not handle the action. False when there
+// is no such action or no callback.
 bool run_action(ActionTableId table_id, int command_id);
 
 } // namespace host_standin

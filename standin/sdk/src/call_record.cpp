@@ -20,11 +20,17 @@ std::wstring show(const wchar_t* text) {
     return text == nullptr ? L"null" : L"\"" + std::wstring(text) + L"\"";
 }
 
-std::wstring show(const WStr& text) { return show(text.data()); }
+std::wstring show(const WStr& text) {
+    return show(text.data());
+}
 
-std::wstring show(bool value) { return value ? L"true" : L"false"; }
+std::wstring show(bool value) {
+    return value ? L"true" : L"false";
+}
 
-std::wstring show(int value) { return std::to_wstring(value); }
+std::wstring show(int value) {
+    return std::to_wstring(value);
+}
 
 std::wstring show(DWORD value) {
     wchar_t text[16] = {};
@@ -32,7 +38,9 @@ std::wstring show(DWORD value) {
     return text;
 }
 
-std::wstring show(float value) { return formatted(L"%g", static_cast<double>(value)); }
+std::wstring show(float value) {
+    return formatted(L"%g", static_cast<double>(value));
+}
 
 std::wstring show(IMenu* menu) {
     return menu == nullptr ? L"null" : L"menu " + show(static_cast<Menu*>(menu)->title().c_str());
@@ -43,14 +51,17 @@ std::wstring show(IMenuItem* item) {
         return L"null";
     }
     const MenuItem& known = *static_cast<MenuItem*>(item);
-    return known.mode() == IMenuItem::AM_SEPARATOR ? L"separator" : L"item " + show(known.shown_text().c_str());
+    return known.mode() == IMenuItem::AM_SEPARATOR ? L"separator"
+                                                   : L"item " + show(known.shown_text().c_str());
 }
 
 std::wstring show(ActionTable* table) {
     return table == nullptr ? L"null" : L"table " + show(table->GetName());
 }
 
-std::wstring show(const void* pointer) { return pointer == nullptr ? L"null" : L"object"; }
+std::wstring show(const void* pointer) {
+    return pointer == nullptr ? L"null" : L"object";
+}
 
 void report(const char* name, const std::wstring& arguments) {
     run_foreign([&] { state().recorder->on_call(name, arguments); });

@@ -27,22 +27,42 @@ void reset() {
     state().escaped_exceptions = 0;
 }
 
-void set_call_recorder(CallRecorder* recorder) { state().recorder = recorder; }
-void set_script_runner(ScriptRunner* runner) { state().runner = runner; }
-void set_text_tag(TextTag tag) { state().text_tag = tag; }
-void set_faults(const Faults& faults) { state().faults = faults; }
-void set_main_window(HWND window) { state().main_window = window; }
+void set_call_recorder(CallRecorder* recorder) {
+    state().recorder = recorder;
+}
+void set_script_runner(ScriptRunner* runner) {
+    state().runner = runner;
+}
+void set_text_tag(TextTag tag) {
+    state().text_tag = tag;
+}
+void set_faults(const Faults& faults) {
+    state().faults = faults;
+}
+void set_main_window(HWND window) {
+    state().main_window = window;
+}
 
 void set_scene(const std::wstring& path, bool needs_save) {
     state().scene.path = path;
     state().scene.needs_save = needs_save;
 }
 
-std::wstring scene_path() { return state().scene.path; }
-bool scene_needs_save() { return state().scene.needs_save; }
+std::wstring scene_path() {
+    return state().scene.path;
+}
+bool scene_needs_save() {
+    return state().scene.needs_save;
+}
 
-long live_heap_objects() { return counted_heap_objects(); }
-int live_spinner_interfaces() { return held_spinner_interfaces(); }
-long escaped_exceptions() { return state().escaped_exceptions; }
+long live_heap_objects() {
+    return counted_heap_objects();
+}
+int live_spinner_interfaces() {
+    return held_spinner_interfaces();
+}
+long escaped_exceptions() {
+    return state().escaped_exceptions;
+}
 
 } // namespace host_standin

@@ -37,7 +37,8 @@ public:
 
     int SaveToFile(const MCHAR* file_name, BOOL clear_need_save_flag, BOOL use_new_file) override {
         record("Interface::SaveToFile", file_name, clear_need_save_flag, use_new_file);
-        return file_name != nullptr && save_scene_as(file_name, clear_need_save_flag != FALSE, use_new_file != FALSE);
+        return file_name != nullptr &&
+               save_scene_as(file_name, clear_need_save_flag != FALSE, use_new_file != FALSE);
     }
 
     IActionManager* GetActionManager() override {

@@ -1,8 +1,12 @@
 #include "ifnpub.h"
 
-FPValue::FPValue() { Init(); }
+FPValue::FPValue() {
+    Init();
+}
 
-FPValue::~FPValue() { Free(); }
+FPValue::~FPValue() {
+    Free();
+}
 
 void FPValue::Init() {
     type = TYPE_VOID;

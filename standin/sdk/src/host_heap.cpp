@@ -54,16 +54,34 @@ void release(void* block) noexcept {
 
 namespace host_standin {
 
-HostOwnScope::HostOwnScope() { ++g_host_scopes; }
-HostOwnScope::~HostOwnScope() { --g_host_scopes; }
+HostOwnScope::HostOwnScope() {
+    ++g_host_scopes;
+}
+HostOwnScope::~HostOwnScope() {
+    --g_host_scopes;
+}
 
-long counted_heap_objects() { return g_counted; }
+long counted_heap_objects() {
+    return g_counted;
+}
 
 } // namespace host_standin
 
-void* MaxHeapOperators::operator new(std::size_t size) { return allocate_or_throw(size); }
-void* MaxHeapOperators::operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void* MaxHeapOperators::operator new[](std::size_t size) { return allocate_or_throw(size); }
-void MaxHeapOperators::operator delete(void* block) noexcept { release(block); }
-void MaxHeapOperators::operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
-void MaxHeapOperators::operator delete[](void* block) noexcept { release(block); }
+void* MaxHeapOperators::operator new(std::size_t size) {
+    return allocate_or_throw(size);
+}
+void* MaxHeapOperators::operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void* MaxHeapOperators::operator new[](std::size_t size) {
+    return allocate_or_throw(size);
+}
+void MaxHeapOperators::operator delete(void* block) noexcept {
+    release(block);
+}
+void MaxHeapOperators::operator delete(void* block, const std::nothrow_t&) noexcept {
+    release(block);
+}
+void MaxHeapOperators::operator delete[](void* block) noexcept {
+    release(block);
+}

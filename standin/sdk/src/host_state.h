@@ -27,7 +27,8 @@ struct State {
 // Never destroyed: objects of the plug-in may outlive everything here.
 State& state();
 
-// Runs code that is not ours (a plug-in's handler, a test's listener); what it throws is counted and ends here.
+// Runs code that is not ours (a plug-in's handler, a test's listener); what it throws is counted and ends
+// here.
 template <class Function>
 void run_foreign(Function function) {
     try {

@@ -100,7 +100,9 @@ void clear_menu_bar() {
     replace_bar(nullptr);
 }
 
-HMENU menu_bar() { return bar().handle; }
+HMENU menu_bar() {
+    return bar().handle;
+}
 
 void set_menu_bar_listener(void (*listener)(void* context), void* context) {
     bar().listener = listener;

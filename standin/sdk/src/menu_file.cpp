@@ -1,4 +1,5 @@
-// The menu file: what the host keeps of its menus from run to run. Text, one record a line, fields divided by tabs:
+// The menu file: what the host keeps of its menus from run to run. Text, one record a line, fields divided by
+// tabs:
 //   host menus 1
 //   menu <title>                                   the first one is the main menu bar
 //   action <table id> <command id> <custom: 0 or 1> <title>
@@ -108,8 +109,8 @@ std::wstring item_line(const MenuItem& item) {
     case IMenuItem::AM_SEPARATOR:
         return L"separator\n";
     case IMenuItem::AM_ITEM:
-        return L"action\t" + std::to_wstring(item.table_id()) + L"\t" + std::to_wstring(item.command_id()) + title +
-               L"\n";
+        return L"action\t" + std::to_wstring(item.table_id()) + L"\t" + std::to_wstring(item.command_id()) +
+               title + L"\n";
     case IMenuItem::AM_SUBMENU:
         return L"submenu\t" + std::to_wstring(menu_number(item.sub_menu())) + title + L"\n";
     default:
@@ -299,6 +300,8 @@ bool load_menus(const std::wstring& menu_file) {
     return true;
 }
 
-void rebuild_menu_bar(const std::wstring& menu_file) { load_menus(menu_file); }
+void rebuild_menu_bar(const std::wstring& menu_file) {
+    load_menus(menu_file);
+}
 
 } // namespace host_standin

@@ -23,7 +23,8 @@ public:
     MenuContextId id = 0;
     MSTR name;
     IMenu* menu = nullptr;
-    // False: only known from the menu file. The host answers for it once a plug-in has registered it in this run.
+    // False: only known from the menu file. The host answers for it once a plug-in has registered it in this
+    // run.
     bool registered = false;
 };
 

@@ -104,7 +104,9 @@ void MenuItem::set_sub_menu(IMenu* menu) {
     sub_menu_ = menu;
 }
 
-void MenuItem::set_separator() { mode_ = AM_SEPARATOR; }
+void MenuItem::set_separator() {
+    mode_ = AM_SEPARATOR;
+}
 
 void Menu::SetTitle(const MSTR& title) {
     record("IMenu::SetTitle", title);
@@ -151,10 +153,10 @@ void Menu::RemoveItem(IMenuItem* item) {
 }
 
 void Menu::drop_items_showing(const IMenu* menu) {
-    items_.erase(std::remove_if(
-                     items_.begin(), items_.end(),
-                     [menu](const std::unique_ptr<MenuItem>& own) { return own->sub_menu() == menu; }),
-                 items_.end());
+    items_.erase(
+        std::remove_if(items_.begin(), items_.end(),
+                       [menu](const std::unique_ptr<MenuItem>& own) { return own->sub_menu() == menu; }),
+        items_.end());
 }
 
 } // namespace host_standin

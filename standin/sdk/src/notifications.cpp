@@ -38,9 +38,13 @@ void notify_handlers(int code, void* call_param) {
     }
 }
 
-void clear_notifications() { registrations().clear(); }
+void clear_notifications() {
+    registrations().clear();
+}
 
-void broadcast_notification(int code) { notify_handlers(code, nullptr); }
+void broadcast_notification(int code) {
+    notify_handlers(code, nullptr);
+}
 
 int notification_handler_count(int code) {
     return static_cast<int>(std::count_if(registrations().begin(), registrations().end(),

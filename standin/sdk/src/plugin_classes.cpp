@@ -10,13 +10,21 @@ BaseInterfaceServer::~BaseInterfaceServer() {}
 
 ClassDesc::ClassDesc() {}
 ClassDesc::~ClassDesc() {}
-const MCHAR* ClassDesc::InternalName() { return nullptr; }
-HINSTANCE ClassDesc::HInstance() { return nullptr; }
+const MCHAR* ClassDesc::InternalName() {
+    return nullptr;
+}
+HINSTANCE ClassDesc::HInstance() {
+    return nullptr;
+}
 
 ClassDesc2::ClassDesc2() {}
 ClassDesc2::~ClassDesc2() {}
-int ClassDesc2::NumParamBlockDescs() { return 0; }
+int ClassDesc2::NumParamBlockDescs() {
+    return 0;
+}
 
 GUP::GUP() {}
 GUP::~GUP() {}
-DWORD_PTR GUP::Control(DWORD) { return 0; }
+DWORD_PTR GUP::Control(DWORD) {
+    return 0;
+}

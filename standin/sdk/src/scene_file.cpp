@@ -17,6 +17,12 @@ bool is_file(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
+// Asked for, because a privileged user of an emulator may write over such a file all the same.
+bool is_read_only(const std::wstring& path) {
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
 bool write_new_file(const std::wstring& path) {
     const HANDLE file =
         ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -31,8 +37,8 @@ bool write_new_file(const std::wstring& path) {
 
 // Saving over a file gives it a new time and leaves its content, as nothing has changed in the scene.
 bool touch_file(const std::wstring& path) {
-    const HANDLE file = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
-                                      nullptr);
+    const HANDLE file =
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -45,6 +51,9 @@ bool touch_file(const std::wstring& path) {
 
 bool write_scene(const std::wstring& path) {
     const std::wstring& source = state().scene.path;
+    if (is_read_only(path)) {
+        return false;
+    }
     if (::CompareStringOrdinal(path.c_str(), -1, source.c_str(), -1, TRUE) == CSTR_EQUAL) {
         return is_file(path) ? touch_file(path) : write_new_file(path);
     }
@@ -68,7 +77,8 @@ bool save_with_notifications(std::wstring path, bool fails) {
 
 bool save_scene() {
     // A scene without a name would make the host ask for one; here nobody answers.
-    if (state().scene.path.empty() || !save_with_notifications(state().scene.path, state().faults.save_fails)) {
+    if (state().scene.path.empty() ||
+        !save_with_notifications(state().scene.path, state().faults.save_fails)) {
         return false;
     }
     state().scene.needs_save = false;

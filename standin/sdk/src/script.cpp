@@ -3,27 +3,31 @@
 
 #include "maxscript/maxscript.h"
 
+#include <memory>
+#include <utility>
+
 namespace host_standin {
 
 namespace {
 
-// The text of the script value that was returned last. A script's value does not outlive the next script, so the
-// memory is filled with nonsense and given back then: a plug-in that kept the pointer shows it.
-wchar_t* g_last_text = nullptr;
+// The text of the script value that was returned last. A script's value does not outlive the next script: the
+// text is filled with nonsense then, so that a plug-in that kept the pointer shows it. The memory goes one
+// script later.
+std::unique_ptr<wchar_t[]> g_last_text;
+std::unique_ptr<wchar_t[]> g_collected_text;
 
 void drop_last_text() {
-    for (wchar_t* at = g_last_text; at != nullptr && *at != L'\0'; ++at) {
+    for (wchar_t* at = g_last_text.get(); at != nullptr && *at != L'\0'; ++at) {
         *at = L'?';
     }
-    delete[] g_last_text;
-    g_last_text = nullptr;
+    g_collected_text = std::move(g_last_text);
 }
 
 const wchar_t* keep_text(const std::wstring& text) {
-    g_last_text = new wchar_t[text.size() + 1];
-    text.copy(g_last_text, text.size());
+    g_last_text.reset(new wchar_t[text.size() + 1]);
+    text.copy(g_last_text.get(), text.size());
     g_last_text[text.size()] = L'\0';
-    return g_last_text;
+    return g_last_text.get();
 }
 
 void return_text(const std::wstring& text, FPValue& value) {
@@ -58,13 +62,16 @@ BOOL run_script(const std::wstring& command, FPValue* value) {
 
 } // namespace
 
-void clear_script() { drop_last_text(); }
+void clear_script() {
+    drop_last_text();
+}
 
 } // namespace host_standin
 
 BOOL ExecuteMAXScriptScript(const MCHAR* script, BOOL quiet_errors, FPValue* result, BOOL log_quiet_errors) {
     using namespace host_standin;
-    record("ExecuteMAXScriptScript", script, quiet_errors, static_cast<const void*>(result), log_quiet_errors);
+    record("ExecuteMAXScriptScript", script, quiet_errors, static_cast<const void*>(result),
+           log_quiet_errors);
     drop_last_text();
     if (result != nullptr) {
         result->Free();

@@ -154,7 +154,8 @@ void Spinner::link(HWND edit, EditSpinnerType type) {
     type_ = type;
 }
 
-// What was typed counts. Text that this control wrote itself stands for the exact value, not for its decimals.
+// What was typed counts. Text that this control wrote itself stands for the exact value, not for its
+// decimals.
 float Spinner::read_value() {
     const std::wstring text = edit_text();
     if (text != written_) {
@@ -178,7 +179,8 @@ void Spinner::change_value(float value, bool notify) {
     }
 }
 
-// Writing makes the field notify the dialog, which may set the value again: text that is there already is left.
+// Writing makes the field notify the dialog, which may set the value again: text that is there already is
+// left.
 void Spinner::write_text() {
     if (edit_ == nullptr) {
         return;
@@ -197,7 +199,9 @@ std::wstring Spinner::edit_text() const {
     return text;
 }
 
-float Spinner::limited(float value) const { return std::min(std::max(value, minimum_), maximum_); }
+float Spinner::limited(float value) const {
+    return std::min(std::max(value, minimum_), maximum_);
+}
 
 void Spinner::tell_dialog(UINT message) {
     const HWND dialog = window_ == nullptr ? nullptr : ::GetParent(window_);
@@ -208,7 +212,9 @@ void Spinner::tell_dialog(UINT message) {
     }
 }
 
-int held_spinner_interfaces() { return g_holders; }
+int held_spinner_interfaces() {
+    return g_holders;
+}
 
 } // namespace host_standin
 

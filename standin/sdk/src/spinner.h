@@ -7,7 +7,8 @@
 
 namespace host_standin {
 
-// Lives as long as its window or anyone who holds its interface. Without a window it keeps its value and nothing else.
+// Lives as long as its window or anyone who holds its interface. Without a window it keeps its value and
+// nothing else.
 class Spinner : public ISpinnerControl {
 public:
     explicit Spinner(HWND window) : window_(window) {}

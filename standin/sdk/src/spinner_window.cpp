@@ -5,7 +5,9 @@ namespace host_standin {
 
 namespace {
 
-Spinner* spinner_data(HWND window) { return reinterpret_cast<Spinner*>(::GetWindowLongPtrW(window, 0)); }
+Spinner* spinner_data(HWND window) {
+    return reinterpret_cast<Spinner*>(::GetWindowLongPtrW(window, 0));
+}
 
 RECT half(HWND window, bool upper) {
     RECT area = {};
@@ -76,7 +78,8 @@ LRESULT CALLBACK spinner_procedure(HWND window, UINT message, WPARAM w_param, LP
 
 Spinner* spinner_of_window(HWND window) {
     wchar_t name[64] = {};
-    if (window == nullptr || ::GetClassNameW(window, name, 64) == 0 || std::wstring(name) != SPINNERWINDOWCLASS) {
+    if (window == nullptr || ::GetClassNameW(window, name, 64) == 0 ||
+        std::wstring(name) != SPINNERWINDOWCLASS) {
         return nullptr;
     }
     return spinner_data(window);

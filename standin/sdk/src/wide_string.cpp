@@ -4,11 +4,17 @@
 
 WStr::WStr() : text_(nullptr) {}
 
-WStr::WStr(const wchar_t* text) : text_(nullptr) { assign(text); }
+WStr::WStr(const wchar_t* text) : text_(nullptr) {
+    assign(text);
+}
 
-WStr::WStr(const WStr& other) : MaxHeapOperators(), text_(nullptr) { assign(other.text_); }
+WStr::WStr(const WStr& other) : MaxHeapOperators(), text_(nullptr) {
+    assign(other.text_);
+}
 
-WStr::~WStr() { delete[] text_; }
+WStr::~WStr() {
+    delete[] text_;
+}
 
 WStr& WStr::operator=(const WStr& other) {
     if (this != &other) {
@@ -22,13 +28,21 @@ WStr& WStr::operator=(const wchar_t* text) {
     return *this;
 }
 
-const wchar_t* WStr::data() const { return text_ == nullptr ? L"" : text_; }
+const wchar_t* WStr::data() const {
+    return text_ == nullptr ? L"" : text_;
+}
 
-int WStr::Length() const { return static_cast<int>(std::wcslen(data())); }
+int WStr::Length() const {
+    return static_cast<int>(std::wcslen(data()));
+}
 
-bool WStr::operator==(const WStr& other) const { return *this == other.data(); }
+bool WStr::operator==(const WStr& other) const {
+    return *this == other.data();
+}
 
-bool WStr::operator==(const wchar_t* text) const { return text != nullptr && std::wcscmp(data(), text) == 0; }
+bool WStr::operator==(const wchar_t* text) const {
+    return text != nullptr && std::wcscmp(data(), text) == 0;
+}
 
 void WStr::assign(const wchar_t* text) {
     wchar_t* copy = nullptr;

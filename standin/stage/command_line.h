@@ -1,0 +1,34 @@
+// The command line of the stage.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace stage {
+
+constexpr int kExitHeld = 0;    // every expectation holds; for a person: the window was closed
+constexpr int kExitFailed = 1;  // some expectation does not hold
+constexpr int kExitRefused = 2; // bad input: no scene, a broken scenario, no module, the wrong language
+constexpr int kExitTrouble = 3; // the run itself broke: a time limit, a crash
+
+struct Options {
+    std::wstring scene;          // a person's scene, or --scene
+    std::wstring scenario;       // --scenario; empty: for a person
+    std::wstring out;            // --out
+    std::wstring module;         // --module
+    std::wstring client;         // --client
+    std::wstring seven_zip;      // --seven-zip; empty: none is copied
+    std::wstring scripts;        // --scripts
+    std::wstring print_language; // --print-language
+    bool print_keys = false;     // --print-keys
+    bool help = false;
+};
+
+// `arguments` without the program's name. False: `problem` says what is wrong. Files that are not named lie
+// beside the program, in `program_folder`.
+bool parse_options(const std::vector<std::wstring>& arguments, const std::wstring& program_folder,
+                   Options& options, std::string& problem);
+
+std::string usage();
+
+} // namespace stage

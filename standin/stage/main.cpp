@@ -1,0 +1,140 @@
+// The stage: plays the host for the plugin module, for a person or by a scenario.
+#include "standin/stage/command_line.h"
+#include "standin/stage/files.h"
+#include "standin/stage/scenario.h"
+#include "standin/stage/scenario_rules.h"
+#include "standin/stage/stage_for_person.h"
+#include "standin/stage/stage_run.h"
+#include "standin/stage/wide_text.h"
+
+#include <windows.h>
+
+#include <csignal>
+#include <cstdio>
+
+#include <shellapi.h>
+
+namespace {
+
+using namespace stage;
+
+StageRun* g_run = nullptr;
+
+int refuse(const std::string& problem) {
+    std::fputs(("error: " + problem + "\n").c_str(), stderr);
+    return kExitRefused;
+}
+
+LONG WINAPI on_crash(EXCEPTION_POINTERS* crash) {
+    char what[64] = {};
+    std::snprintf(what, sizeof what, "crash: exception 0x%08lX", crash->ExceptionRecord->ExceptionCode);
+    g_run->give_up(what);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+void on_abort(int) {
+    g_run->give_up("crash: abort was called (an exception nobody caught?)");
+}
+
+bool load_scenario(const std::wstring& file, Json::Value& scenario, std::string& problem) {
+    std::string text;
+    if (!read_file(file, text)) {
+        problem = to_utf8(file) + ": cannot be read";
+        return false;
+    }
+    if (!read_scenario(text, scenario, problem)) {
+        problem = to_utf8(name_of(file)) + ": " + problem;
+        return false;
+    }
+    return true;
+}
+
+std::string system_language() {
+    return PRIMARYLANGID(::GetUserDefaultUILanguage()) == LANG_CHINESE ? "zh" : "en";
+}
+
+// The plugin's data folder is the machine's: two runs at once would disturb each other, so the later one
+// waits.
+class OneAtATime {
+public:
+    OneAtATime() : mutex_(::CreateMutexW(nullptr, FALSE, L"TarvoStageRuns")) {
+        ::WaitForSingleObject(mutex_.get(), INFINITE);
+    }
+    ~OneAtATime() { ::ReleaseMutex(mutex_.get()); }
+    OneAtATime(const OneAtATime&) = delete;
+    OneAtATime& operator=(const OneAtATime&) = delete;
+
+private:
+    tarvo::KernelHandle mutex_;
+};
+
+int run_scenario(const Options& options) {
+    Json::Value scenario;
+    std::string problem;
+    if (!load_scenario(options.scenario, scenario, problem)) {
+        return refuse(problem);
+    }
+    if (scenario_language(scenario) != system_language()) {
+        return refuse("the scenario wants the language '" + scenario_language(scenario) +
+                      "' and the system's is '" + system_language() +
+                      "' (under Wine LC_ALL decides; see --print-language)");
+    }
+    const OneAtATime turn;
+    StageRun run(options, scenario);
+    g_run = &run;
+    ::SetUnhandledExceptionFilter(&on_crash);
+    std::signal(SIGABRT, &on_abort);
+    return run.run();
+}
+
+int print_language(const Options& options) {
+    Json::Value scenario;
+    std::string problem;
+    if (!load_scenario(options.print_language, scenario, problem)) {
+        return refuse(problem);
+    }
+    std::puts(scenario_language(scenario).c_str());
+    return kExitHeld;
+}
+
+int print_keys() {
+    std::size_t count = 0;
+    const KeyRule* rules = key_rules(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::printf("%s %s %s\n", rules[i].object, rules[i].key, rules[i].type);
+    }
+    return kExitHeld;
+}
+
+std::vector<std::wstring> arguments() {
+    int count = 0;
+    LPWSTR* list = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    std::vector<std::wstring> result;
+    for (int i = 1; list != nullptr && i < count; ++i) {
+        result.emplace_back(list[i]);
+    }
+    ::LocalFree(list);
+    return result;
+}
+
+} // namespace
+
+int main() {
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    Options options;
+    std::string problem;
+    if (!parse_options(arguments(), program_folder(), options, problem)) {
+        return refuse(problem + "; --help lists what there is");
+    }
+    if (options.help) {
+        std::fputs(usage().c_str(), stdout);
+        return kExitHeld;
+    }
+    if (options.print_keys) {
+        return print_keys();
+    }
+    if (!options.print_language.empty()) {
+        return print_language(options);
+    }
+    return options.scenario.empty() ? run_for_person(options) : run_scenario(options);
+}

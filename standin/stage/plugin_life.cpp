@@ -1,0 +1,72 @@
+#include "standin/stage/plugin_life.h"
+
+#include "standin/sdk/control.h"
+#include "standin/stage/wide_text.h"
+
+#include "guplib.h"
+
+namespace stage {
+
+namespace {
+
+constexpr int kSystemStartup = 80;
+
+} // namespace
+
+void PluginLife::record(const char* event, long long result) {
+    Json::Value entry(Json::objectValue);
+    entry["event"] = event;
+    entry["result"] = static_cast<Json::Int64>(result);
+    transcript_.append("plugin", entry);
+}
+
+bool PluginLife::start(bool rebuild_menu_bar, std::string& problem) {
+    ClassDesc* descriptor = module_.class_descriptor();
+    if (descriptor == nullptr || descriptor->SuperClassID() != GUP_CLASS_ID) {
+        problem = "the module has no utility-plugin class";
+        return false;
+    }
+    plugin_ = static_cast<GUP*>(descriptor->Create());
+    record("Create", plugin_ != nullptr ? 1 : 0);
+    if (plugin_ == nullptr) {
+        problem = "the class descriptor created no plugin object";
+        return false;
+    }
+    const DWORD kept = plugin_->Start();
+    record("Start", static_cast<long long>(kept));
+    if (rebuild_menu_bar) {
+        host_standin::rebuild_menu_bar(host_standin::save_menus());
+    }
+    if (kept == GUPRESULT_KEEP) {
+        host_standin::broadcast_notification(kSystemStartup);
+    }
+    return true;
+}
+
+void PluginLife::stop() {
+    if (plugin_ == nullptr) {
+        return;
+    }
+    plugin_->Stop();
+    record("Stop", host_standin::notification_handler_count(kSystemStartup));
+    plugin_->DeleteThis();
+    record("DeleteThis", host_standin::live_heap_objects());
+    plugin_ = nullptr;
+}
+
+Json::Value menu_lines() {
+    Json::Value lines(Json::arrayValue);
+    const std::string text = to_utf8(host_standin::describe_menus());
+    std::size_t from = 0;
+    while (from < text.size()) {
+        const std::size_t end = text.find('\n', from);
+        const std::string line = text.substr(from, end == std::string::npos ? end : end - from);
+        if (!line.empty()) {
+            lines.append(line);
+        }
+        from = end == std::string::npos ? text.size() : end + 1;
+    }
+    return lines;
+}
+
+} // namespace stage

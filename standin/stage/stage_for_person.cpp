@@ -1,0 +1,92 @@
+#include "standin/stage/stage_for_person.h"
+
+#include "standin/sdk/control.h"
+#include "standin/stage/client_process.h"
+#include "standin/stage/data_folder.h"
+#include "standin/stage/files.h"
+#include "standin/stage/frame_window.h"
+#include "standin/stage/module_file.h"
+#include "standin/stage/plugin_life.h"
+#include "standin/stage/scene_source.h"
+#include "standin/stage/wide_text.h"
+
+#include <cstdio>
+
+namespace stage {
+
+namespace {
+
+void say(const std::string& line) {
+    std::fputs((line + "\n").c_str(), stdout);
+    std::fflush(stdout);
+}
+
+int refuse(const std::string& problem) {
+    std::fputs(("error: " + problem + "\n").c_str(), stderr);
+    return kExitRefused;
+}
+
+// Without a client program the plugin finds nobody listening, which is worth a look too.
+int start_client(const Options& options, const std::wstring& folder, ClientProcess& client) {
+    std::string problem;
+    if (!file_exists(options.client)) {
+        say("no client program: submitting will find nobody listening");
+        return 0;
+    }
+    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, problem)) {
+        say("the client: " + problem);
+        return 0;
+    }
+    say("the client listens on port " + std::to_string(client.port()));
+    return client.port();
+}
+
+std::wstring temporary_folder() {
+    wchar_t folder[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + L"tarvo-stage";
+}
+
+} // namespace
+
+int run_for_person(const Options& options) {
+    std::string problem;
+    StageScene scene;
+    if (!open_scene(options.scene, scene, problem)) {
+        return refuse(problem);
+    }
+    ClientProcess client;
+    SilentPort nobody;
+    make_folder(temporary_folder());
+    const int port = start_client(options, temporary_folder(), client);
+    DataFolder data;
+    if (!data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
+                      port != 0 ? port : nobody.number(), problem)) {
+        return refuse(problem);
+    }
+    Transcript transcript;
+    StageScripts scripts(transcript);
+    scripts.set_answer(analysis_answer(Json::Value(), scene));
+    FrameWindow frame;
+    if (!frame.create(L"Stage - " + scene.path)) {
+        return refuse("no window can be opened (is there a screen?)");
+    }
+    host_standin::reset();
+    host_standin::set_script_runner(&scripts);
+    host_standin::set_main_window(frame.window());
+    host_standin::set_scene(scene.path, false);
+    ModuleFile module;
+    if (!module.load(absolute_path(options.module), problem)) {
+        return refuse(problem);
+    }
+    PluginLife plugin(module, transcript);
+    if (!plugin.start(false, problem)) {
+        return refuse(problem);
+    }
+    say("the menu is in the window's menu bar; logs and archives lie in " + to_utf8(data.path()));
+    frame.run();
+    plugin.stop();
+    return kExitHeld;
+}
+
+} // namespace stage

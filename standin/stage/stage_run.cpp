@@ -1,0 +1,327 @@
+#include "standin/stage/stage_run.h"
+
+#include "standin/stage/expectations.h"
+#include "standin/stage/files.h"
+#include "standin/stage/resource_watch.h"
+#include "standin/stage/scenario.h"
+#include "standin/stage/steps.h"
+#include "standin/stage/wide_text.h"
+
+#include <cstdio>
+#include <thread>
+
+namespace stage {
+
+namespace {
+
+constexpr const wchar_t* kTitle = L"Stage";
+constexpr unsigned kSecondsAroundPlugin = 60;
+
+host_standin::TextTag text_tag(const std::string& name) {
+    return name == "filename" ? host_standin::TextTag::filename
+           : name == "tstr"   ? host_standin::TextTag::tstr
+                              : host_standin::TextTag::string;
+}
+
+host_standin::Faults faults_of(const Json::Value& host) {
+    host_standin::Faults faults;
+    faults.no_core_interface = host.get("no_core_interface", false).asBool();
+    faults.no_menu_manager = host.get("no_menu_manager", false).asBool();
+    faults.no_action_manager = host.get("no_action_manager", false).asBool();
+    faults.no_main_menu_bar = host.get("no_main_menu_bar", false).asBool();
+    faults.save_fails = host.get("save_fails", false).asBool();
+    faults.save_as_fails = host.get("save_as_fails", false).asBool();
+    return faults;
+}
+
+// Counts down while the module does what a fault in it could make last for ever.
+class TimeLimit {
+public:
+    TimeLimit(StageRun& run, const std::string& what)
+        : done_(::CreateEventW(nullptr, TRUE, FALSE, nullptr)), thread_([this, &run, what] {
+              if (::WaitForSingleObject(done_.get(), kSecondsAroundPlugin * 1000) == WAIT_TIMEOUT) {
+                  run.give_up("time limit: " + what);
+              }
+          }) {
+        run.place(what);
+    }
+    ~TimeLimit() {
+        ::SetEvent(done_.get());
+        thread_.join();
+    }
+    TimeLimit(const TimeLimit&) = delete;
+    TimeLimit& operator=(const TimeLimit&) = delete;
+
+private:
+    tarvo::KernelHandle done_;
+    std::thread thread_;
+};
+
+void say(const std::string& line) {
+    std::fputs((line + "\n").c_str(), stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+void CallList::on_call(const char* name, const std::wstring& arguments) {
+    Json::Value entry(Json::objectValue);
+    entry["name"] = name;
+    entry["arguments"] = to_utf8(arguments);
+    transcript_.append("host_calls", entry);
+}
+
+StageRun::StageRun(const Options& given, const Json::Value& wanted)
+    : options(given), scenario(wanted), scripts(transcript), calls(transcript), plugin(module, transcript),
+      out_(absolute_path(given.out)), started_(::GetTickCount64()) {}
+
+std::wstring StageRun::out_file(const std::wstring& name) const {
+    return joined(out_, name);
+}
+
+void StageRun::place(const std::string& place) {
+    const std::lock_guard<std::mutex> lock(place_mutex_);
+    place_ = place;
+}
+
+void StageRun::fail(const std::string& place, const std::string& expected, const std::string& got) {
+    Json::Value outcome(Json::objectValue);
+    outcome["place"] = place;
+    outcome["held"] = false;
+    outcome["expected"] = expected;
+    outcome["got"] = got;
+    transcript.append("outcomes", outcome);
+}
+
+bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis, std::string& problem) {
+    StageScene scene;
+    if (!wanted.isNull() && !prepare_scene(wanted, folder_of(absolute_path(options.scenario)), options.scene,
+                                           scene_folder(), scene, problem)) {
+        return false;
+    }
+    if (!wanted.isNull() || analysis.isObject()) {
+        scripts.set_answer(analysis_answer(analysis, scene));
+    }
+    if (!wanted.isNull()) {
+        host_standin::set_scene(scene.path, scene.needs_save);
+        transcript.set("scene", "path", to_utf8(scene.path));
+    }
+    return true;
+}
+
+bool StageRun::start_client(const Json::Value& wanted, std::string& problem) {
+    return client.start(absolute_path(options.client), wanted, out_, problem);
+}
+
+// Everything outside the module: folders, the client, the plugin's data folder.
+bool StageRun::prepare_outside(std::string& problem) {
+    for (const wchar_t* old : {L"transcript.json", L"client-requests.jsonl", L"scene"}) {
+        if (!remove_tree(out_file(old))) {
+            problem = to_utf8(out_file(old)) + ": cannot be removed";
+            return false;
+        }
+    }
+    if (!make_folder(scene_folder())) {
+        problem = to_utf8(scene_folder()) + ": cannot be made";
+        return false;
+    }
+    if (scenario.isMember("client") && !start_client(scenario["client"], problem)) {
+        return false;
+    }
+    const DataSources sources = {options.seven_zip.empty() ? options.seven_zip
+                                                           : absolute_path(options.seven_zip),
+                                 options.scripts.empty() ? options.scripts : absolute_path(options.scripts)};
+    return data.prepare(scenario["data_folder"], sources, port(), problem);
+}
+
+// The state of a host that has just started, with this scenario's scene and faults.
+void StageRun::connect_host() {
+    const Json::Value& host = scenario["host"];
+    host_standin::reset();
+    host_standin::set_text_tag(text_tag(host.get("text_tag", "string").asString()));
+    host_standin::set_faults(faults_of(host));
+    host_standin::set_script_runner(&scripts);
+    host_standin::set_call_recorder(&calls);
+    host_standin::set_main_window(frame.window());
+}
+
+// Leaves a menu file behind as a host that ended without stopping the plugin does.
+bool StageRun::play_earlier_run(std::string& problem) {
+    Transcript unwanted;
+    ModuleFile earlier;
+    connect_host();
+    host_standin::set_call_recorder(nullptr);
+    if (!earlier.load(absolute_path(options.module), problem)) {
+        return false;
+    }
+    PluginLife life(earlier, unwanted);
+    if (!life.start(false, problem)) {
+        return false;
+    }
+    kept_menus_ = host_standin::save_menus();
+    life.stop();
+    return true;
+}
+
+bool StageRun::open_module(std::string& problem) {
+    if (!module.load(absolute_path(options.module), problem)) {
+        return false;
+    }
+    transcript.set("texts", module.texts());
+    transcript.set("module", module.description());
+    dialogs.reset(new DialogWatch(transcript, frame.window()));
+    boxes.reset(new BoxWatch(transcript, module, *dialogs));
+    boxes->prepare(scenario["answers"], scenario["box_screenshots"]);
+    boxes->install(module.handle());
+    dialogs->install(module.handle());
+    install_resource_watch(module.handle(), transcript, ledger);
+    return true;
+}
+
+bool StageRun::prepare(std::string& problem) {
+    transcript.set("scenario", to_utf8(options.scenario));
+    transcript.set("description", scenario.get("description", ""));
+    transcript.set("language", scenario_language(scenario));
+    Json::Value closed(Json::objectValue);
+    closed["open"] = false;
+    transcript.set("dialog_state", "main", closed);
+    transcript.set("dialog_state", "edit", closed);
+    if (!prepare_outside(problem)) {
+        return false;
+    }
+    if (!frame.create(kTitle)) {
+        problem = "no window can be opened (is there a screen?)";
+        return false;
+    }
+    ui.reset(new UiThread(frame.window(), [this] {
+        std::string where;
+        {
+            const std::lock_guard<std::mutex> lock(place_mutex_);
+            where = place_;
+        }
+        give_up("time limit: " + where);
+    }));
+    const std::string menu_file = scenario["host"].get("menu_file", "").asString();
+    if (menu_file == "from_earlier_run" && !play_earlier_run(problem)) {
+        return false;
+    }
+    connect_host();
+    kept_menus_ = menu_file.empty() || menu_file == "from_earlier_run" ? kept_menus_ : to_wide(menu_file);
+    if (!kept_menus_.empty() && !host_standin::load_menus(kept_menus_)) {
+        problem = "host.menu_file: the host does not know this text as a menu file";
+        return false;
+    }
+    transcript.set("scene", "path", "");
+    return open_scene(scenario["scene"],
+                      scenario["analysis"].isNull() ? Json::Value(Json::objectValue) : scenario["analysis"],
+                      problem) &&
+           open_module(problem);
+}
+
+bool StageRun::start_plugin() {
+    const TimeLimit limit(*this, "starting the plugin");
+    std::string problem;
+    if (!plugin.start(scenario["host"].get("menu_bar_rebuilt", false).asBool(), problem)) {
+        fail("plugin", "started", problem);
+        return false;
+    }
+    return true;
+}
+
+void StageRun::play() {
+    data.mark(scene_folder());
+    if (!start_plugin()) {
+        return;
+    }
+    transcript.set("menus", menu_lines());
+    std::thread driver([this] {
+        Steps(*this).run_all();
+        frame.quit();
+    });
+    frame.run();
+    driver.join();
+    transcript.set("menus", menu_lines());
+}
+
+void StageRun::end() {
+    const TimeLimit limit(*this, "ending the plugin");
+    plugin.stop();
+    transcript.set("menus_after_stop", menu_lines());
+    module.unload();
+    client.stop();
+    transcript.set("leaks", ledger.open());
+}
+
+void StageRun::gather() {
+    transcript.set("requests", client.requests());
+    transcript.set("files", data.appeared());
+    transcript.set("logs", data.logs());
+    transcript.set("milliseconds", static_cast<Json::Int64>(::GetTickCount64() - started_));
+}
+
+void StageRun::judge(const Json::Value& expect, const std::string& place) {
+    gather();
+    Json::Value outcomes(Json::arrayValue);
+    evaluate_expectations(expect, transcript.copy(), place, outcomes);
+    for (const Json::Value& outcome : outcomes) {
+        transcript.append("outcomes", outcome);
+    }
+}
+
+int StageRun::report() {
+    judge(scenario.isMember("expect") ? scenario["expect"] : Json::Value(Json::objectValue), "expect");
+    Json::Value standing(Json::arrayValue);
+    evaluate_standing_rules(scenario["expect"], transcript.copy(), standing);
+    for (const Json::Value& outcome : standing) {
+        transcript.append("outcomes", outcome);
+    }
+    const Json::Value outcomes = transcript.copy()["outcomes"];
+    unsigned failed = 0;
+    for (const Json::Value& outcome : outcomes) {
+        if (!outcome["held"].asBool()) {
+            ++failed;
+            say("FAILED " + outcome["place"].asString() + ": expected " + outcome["expected"].asString() +
+                ", got " + outcome["got"].asString());
+        }
+    }
+    const int code = failed == 0 ? kExitHeld : kExitFailed;
+    transcript.set("exit_code", code);
+    if (!transcript.write(out_file(L"transcript.json"))) {
+        std::fputs("error: the transcript cannot be written\n", stderr);
+        return kExitTrouble;
+    }
+    say((failed == 0 ? "passed: " : "failed: ") + to_utf8(name_of(options.scenario)) + ", " +
+        std::to_string(outcomes.size() - failed) + " expectations hold, " + std::to_string(failed) +
+        " do not");
+    return code;
+}
+
+int StageRun::run() {
+    std::string problem;
+    if (!prepare(problem)) {
+        std::fputs(("error: " + problem + "\n").c_str(), stderr);
+        return kExitRefused;
+    }
+    play();
+    end();
+    gather();
+    return report();
+}
+
+void StageRun::give_up(const std::string& trouble) {
+    // Two threads may find trouble at once; the first one reports it.
+    if (given_up_.exchange(true)) {
+        ::Sleep(INFINITE);
+    }
+    std::fputs(("trouble: " + trouble + "\n").c_str(), stderr);
+    std::fflush(stderr);
+    transcript.set("trouble", trouble);
+    transcript.set("exit_code", kExitTrouble);
+    transcript.set("leaks", ledger.open());
+    client.stop();
+    gather();
+    transcript.write(out_file(L"transcript.json"));
+    ::TerminateProcess(::GetCurrentProcess(), kExitTrouble);
+}
+
+} // namespace stage

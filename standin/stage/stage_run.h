@@ -1,0 +1,98 @@
+// Everything one headless run works with. Needs windows.h.
+#pragma once
+
+#include "standin/sdk/control.h"
+#include "standin/stage/box_watch.h"
+#include "standin/stage/client_process.h"
+#include "standin/stage/command_line.h"
+#include "standin/stage/data_folder.h"
+#include "standin/stage/dialog_watch.h"
+#include "standin/stage/frame_window.h"
+#include "standin/stage/ledger.h"
+#include "standin/stage/module_file.h"
+#include "standin/stage/plugin_life.h"
+#include "standin/stage/scene_source.h"
+#include "standin/stage/script_runner.h"
+#include "standin/stage/transcript.h"
+#include "standin/stage/ui_thread.h"
+
+#include <json/value.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace stage {
+
+// Writes the module's calls into the host into the transcript.
+class CallList : public host_standin::CallRecorder {
+public:
+    explicit CallList(Transcript& transcript) : transcript_(transcript) {}
+    void on_call(const char* name, const std::wstring& arguments) override;
+
+private:
+    Transcript& transcript_;
+};
+
+class StageRun {
+public:
+    // Both must outlive the run.
+    StageRun(const Options& options, const Json::Value& scenario);
+    StageRun(const StageRun&) = delete;
+    StageRun& operator=(const StageRun&) = delete;
+
+    // The whole run; the answer is the program's exit code.
+    int run();
+
+    // Writes what there is and ends the program with kExitTrouble. From any thread; does not return.
+    void give_up(const std::string& trouble);
+
+    // For the steps.
+    bool open_scene(const Json::Value& wanted, const Json::Value& analysis, std::string& problem);
+    bool start_client(const Json::Value& wanted, std::string& problem);
+    int port() const { return client.port() != 0 ? client.port() : silent_port.number(); }
+    void place(const std::string& place);
+    void fail(const std::string& place, const std::string& expected, const std::string& got);
+    void judge(const Json::Value& expect, const std::string& place);
+
+    std::wstring out_file(const std::wstring& name) const;
+    std::wstring scene_folder() const { return out_file(L"scene"); }
+
+    const Options& options;
+    const Json::Value& scenario;
+    Transcript transcript;
+    Ledger ledger;
+    FrameWindow frame;
+    ModuleFile module;
+    StageScripts scripts;
+    CallList calls;
+    DataFolder data;
+    ClientProcess client;
+    SilentPort silent_port;
+    PluginLife plugin;
+    std::unique_ptr<DialogWatch> dialogs; // these three are there when the frame window is
+    std::unique_ptr<BoxWatch> boxes;
+    std::unique_ptr<UiThread> ui;
+
+private:
+    bool prepare(std::string& problem);
+    bool prepare_outside(std::string& problem);
+    bool play_earlier_run(std::string& problem);
+    void connect_host();
+    bool open_module(std::string& problem);
+    bool start_plugin();
+    void play();
+    void end();
+    void gather();
+    int report();
+
+    std::wstring out_;
+    std::wstring kept_menus_;
+    unsigned long long started_;
+    std::mutex place_mutex_;
+    std::string place_;
+    std::atomic<bool> given_up_{false};
+};
+
+} // namespace stage

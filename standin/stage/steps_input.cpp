@@ -1,0 +1,187 @@
+// Steps with mouse and keyboard.
+#include "standin/stage/dialog_state.h"
+#include "standin/stage/json_match.h"
+#include "standin/stage/steps.h"
+#include "standin/stage/wide_text.h"
+
+#include <commctrl.h>
+
+namespace stage {
+
+namespace {
+
+struct KeyName {
+    const char* name;
+    WPARAM key;
+};
+
+const KeyName kKeys[] = {
+    {"tab", VK_TAB},       {"enter", VK_RETURN},   {"escape", VK_ESCAPE}, {"space", VK_SPACE},
+    {"up", VK_UP},         {"down", VK_DOWN},      {"left", VK_LEFT},     {"right", VK_RIGHT},
+    {"home", VK_HOME},     {"end", VK_END},        {"page_up", VK_PRIOR}, {"page_down", VK_NEXT},
+    {"delete", VK_DELETE}, {"backspace", VK_BACK},
+};
+
+POINT middle_of(HWND window) {
+    RECT area = {};
+    ::GetClientRect(window, &area);
+    return {area.right / 2, area.bottom / 2};
+}
+
+// Some point of the control's first link; the middle when it has none.
+POINT link_point(HWND control) {
+    RECT area = {};
+    ::GetClientRect(control, &area);
+    for (LONG y = 1; y < area.bottom; y += 3) {
+        for (LONG x = 1; x < area.right; x += 3) {
+            LHITTESTINFO hit = {};
+            hit.pt = {x, y};
+            if (::SendMessageW(control, LM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)) != FALSE) {
+                return hit.pt;
+            }
+        }
+    }
+    return middle_of(control);
+}
+
+bool is_link(HWND control) {
+    return class_name(control) == WC_LINK;
+}
+
+void focus_on(HWND control) {
+    ::SendMessageW(::GetParent(control), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
+}
+
+} // namespace
+
+void Steps::click_at(HWND window, POINT point) {
+    const LPARAM place = MAKELPARAM(point.x, point.y);
+    ::PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    ::PostMessageW(window, WM_LBUTTONUP, 0, place);
+    settle();
+}
+
+// To the window with the focus, as the system would send it.
+void Steps::press_key(WPARAM key) {
+    HWND focus = nullptr;
+    call([&focus] { focus = ::GetFocus(); });
+    const HWND target = focus != nullptr ? focus : run_.frame.window();
+    ::PostMessageW(target, WM_KEYDOWN, key, 1);
+    ::PostMessageW(target, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+    settle();
+}
+
+void Steps::type(const Json::Value& arguments) {
+    const HWND edit = usable_control(arguments);
+    const std::wstring text = to_wide(arguments["text"].asString());
+    const std::string how = arguments.get("how", "keys").asString();
+    if (how == "set") {
+        // Posted, not called: the change may open a box, and it is this thread that answers it.
+        run_.ui->post([edit, text] { ::SetWindowTextW(edit, text.c_str()); });
+        settle();
+        return;
+    }
+    run_.ui->post([edit, how] {
+        focus_on(edit);
+        ::SendMessageW(edit, EM_SETSEL, how == "append" ? 0x7FFFFFFF : 0, how == "append" ? 0x7FFFFFFF : -1);
+    });
+    settle();
+    if (text.empty() && how == "keys") {
+        ::PostMessageW(edit, WM_CHAR, VK_BACK, 1);
+        settle();
+    }
+    for (wchar_t character : text) {
+        ::PostMessageW(edit, WM_CHAR, character, 1);
+        settle();
+    }
+}
+
+void Steps::spin(const Json::Value& arguments) {
+    const HWND spinner = usable_control(arguments);
+    const bool up = arguments["direction"].asString() == "up";
+    const unsigned times = arguments.get("times", 1).asUInt();
+    if (arguments.get("by", "click").asString() == "key") {
+        const auto buddy = reinterpret_cast<HWND>(::SendMessageW(spinner, UDM_GETBUDDY, 0, 0));
+        if (buddy == nullptr) {
+            throw StepFailure{"a spinner with a field", "it has none"};
+        }
+        call([buddy] { focus_on(buddy); });
+    }
+    RECT area = {};
+    ::GetClientRect(spinner, &area);
+    const POINT half = {area.right / 2, up ? area.bottom / 4 : area.bottom - 1 - area.bottom / 4};
+    for (unsigned i = 0; i < times; ++i) {
+        if (arguments.get("by", "click").asString() == "key") {
+            press_key(up ? VK_UP : VK_DOWN);
+        } else {
+            click_at(spinner, half);
+        }
+    }
+}
+
+// The way a combo box tells of a user's choice: the selection first, then the notification.
+void Steps::choose(const Json::Value& arguments) {
+    const HWND combo = usable_control(arguments);
+    const int id = arguments["control"].asInt();
+    const Json::Value& item = arguments["item"];
+    const Json::Value texts = run_.module.texts();
+    Json::Value items;
+    call([&] { items = read_dialog_state(::GetParent(combo))["controls"][std::to_string(id)]["items"]; });
+    int index = item.isInt() ? item.asInt() : -1;
+    for (Json::ArrayIndex i = 0; i < items.size() && !item.isInt() && index < 0; ++i) {
+        index = Matcher(texts).matches(item, items[i]) ? static_cast<int>(i) : -1;
+    }
+    if (index < 0 || index >= static_cast<int>(items.size())) {
+        throw StepFailure{"an entry " + compact(item), compact(items)};
+    }
+    run_.ui->post([combo, index, id] {
+        ::SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        ::SendMessageW(::GetParent(combo), WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE),
+                       reinterpret_cast<LPARAM>(combo));
+    });
+    settle();
+}
+
+void Steps::click(const Json::Value& arguments) {
+    const HWND target = usable_control(arguments);
+    POINT point = middle_of(target);
+    if (is_link(target)) {
+        call([&] { point = link_point(target); });
+    }
+    click_at(target, point);
+}
+
+void Steps::key(const Json::Value& arguments) {
+    if (arguments.isMember("access")) {
+        const std::wstring letter = to_wide(arguments["access"].asString());
+        HWND focus = nullptr;
+        call([&focus] { focus = ::GetFocus(); });
+        if (focus == nullptr || letter.size() != 1) {
+            throw StepFailure{"one letter and a control with the focus", compact(arguments)};
+        }
+        constexpr LPARAM alt_is_down = 0x20000001;
+        ::PostMessageW(focus, WM_SYSCHAR, letter[0], alt_is_down);
+        settle();
+        return;
+    }
+    for (const KeyName& known : kKeys) {
+        if (arguments["press"].asString() == known.name) {
+            press_key(known.key);
+        }
+    }
+}
+
+void Steps::post(const Json::Value& arguments) {
+    ::PostMessageW(dialog(arguments), arguments["message"].asUInt(),
+                   static_cast<WPARAM>(arguments.get("wparam", 0).asInt64()),
+                   static_cast<LPARAM>(arguments.get("lparam", 0).asInt64()));
+    settle();
+}
+
+// What the cross in the corner does.
+void Steps::close(const Json::Value& arguments) {
+    ::PostMessageW(dialog(arguments), WM_SYSCOMMAND, SC_CLOSE, 0);
+    settle();
+}
+
+} // namespace stage

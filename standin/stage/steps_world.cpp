@@ -1,0 +1,204 @@
+// Steps with what is around the module: the host's menus, the scene, the client, files; and looks at how
+// things are.
+#include "standin/stage/dialog_state.h"
+#include "standin/stage/expectations.h"
+#include "standin/stage/files.h"
+#include "standin/stage/screenshot.h"
+#include "standin/stage/steps.h"
+#include "standin/stage/wide_text.h"
+
+#include <algorithm>
+
+namespace stage {
+
+namespace {
+
+constexpr DWORD kActionTable = 0x45AA4389;
+
+// The texts of the menu's entries by the commands behind them.
+struct MenuCommand {
+    int command;
+    unsigned text;
+};
+const MenuCommand kMenuCommands[] = {{1497, 6}, {1498, 12}};
+
+std::wstring item_title(HMENU menu, int position) {
+    wchar_t title[512] = {};
+    ::GetMenuStringW(menu, static_cast<UINT>(position), title, 512, MF_BYPOSITION);
+    std::wstring text = title;
+    text.erase(std::remove(text.begin(), text.end(), L'&'), text.end());
+    return text.substr(0, text.find(L'\t'));
+}
+
+struct FoundItem {
+    UINT id = 0;
+    UINT state = 0;
+    bool found = false;
+};
+
+FoundItem find_item(HMENU menu, const std::wstring& title) {
+    FoundItem item;
+    for (int i = 0; menu != nullptr && i < ::GetMenuItemCount(menu) && !item.found; ++i) {
+        const HMENU below = ::GetSubMenu(menu, i);
+        if (below != nullptr) {
+            item = find_item(below, title);
+        } else if (!title.empty() && item_title(menu, i) == title) {
+            item.id = ::GetMenuItemID(menu, i);
+            item.state = ::GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION);
+            item.found = true;
+        }
+    }
+    return item;
+}
+
+} // namespace
+
+void Steps::menu(const Json::Value& arguments) {
+    unsigned number = arguments.get("text", 0).asUInt();
+    for (const MenuCommand& known : kMenuCommands) {
+        if (arguments.get("command", 0).asInt() == known.command) {
+            number = known.text;
+        }
+    }
+    std::wstring title = run_.module.text(number);
+    title.erase(std::remove(title.begin(), title.end(), L'&'), title.end());
+    FoundItem item;
+    call([&] { item = find_item(::GetMenu(run_.frame.window()), title); });
+    if (!item.found) {
+        throw StepFailure{"a menu entry with text " + std::to_string(number) + " (" + to_utf8(title) + ")",
+                          "there is none"};
+    }
+    if ((item.state & (MF_GRAYED | MF_DISABLED)) != 0 || ::IsWindowEnabled(run_.frame.window()) == FALSE) {
+        throw StepFailure{"a menu entry that can be chosen", "the entry or the window is disabled"};
+    }
+    ::PostMessageW(run_.frame.window(), WM_COMMAND, item.id, 0);
+    settle();
+}
+
+void Steps::shortcut(const Json::Value& arguments) {
+    const int command = arguments["command"].asInt();
+    run_.ui->post([command] { host_standin::execute_action(kActionTable, command); });
+    settle();
+}
+
+void Steps::picture(HWND window, const std::string& name) {
+    SIZE size = {};
+    bool taken = false;
+    const std::wstring file = run_.out_file(to_wide(name));
+    call([&] { taken = take_screenshot(window, file, size); });
+    if (!taken) {
+        throw StepFailure{"a picture " + name, "it could not be made"};
+    }
+    Json::Value entry(Json::objectValue);
+    entry["name"] = name;
+    entry["place"] = place_;
+    entry["width"] = static_cast<Json::Int>(size.cx);
+    entry["height"] = static_cast<Json::Int>(size.cy);
+    run_.transcript.append("screenshots", entry);
+}
+
+void Steps::screenshot(const Json::Value& arguments) {
+    const std::string of = arguments.get("of", "").asString();
+    HWND window = of == "frame" ? run_.frame.window() : nullptr;
+    if (of == "main" || of == "edit") {
+        window = run_.dialogs->window(of == "main" ? kMainTemplate : kEditTemplate);
+    } else if (of.empty()) {
+        window = run_.dialogs->top() != nullptr ? run_.dialogs->top() : run_.frame.window();
+    }
+    if (window == nullptr && of != "screen") {
+        throw StepFailure{"the window '" + of + "'", "it is not open"};
+    }
+    picture(window, arguments["name"].asString());
+}
+
+void Steps::change_scene(const Json::Value& arguments) {
+    std::string problem;
+    bool opened = false;
+    const Json::Value& analysis =
+        arguments.isMember("analysis") ? arguments["analysis"] : run_.scenario["analysis"];
+    call([&] { opened = run_.open_scene(arguments["scene"], analysis, problem); });
+    if (!opened) {
+        throw StepFailure{"another scene", problem};
+    }
+}
+
+void Steps::client(const Json::Value& arguments) {
+    std::string problem;
+    if (!run_.start_client(arguments, problem) ||
+        !run_.data.write_ini(run_.scenario["data_folder"], run_.port())) {
+        throw StepFailure{"another client", problem};
+    }
+}
+
+void Steps::no_client(const Json::Value&) {
+    run_.client.stop();
+    run_.data.write_ini(run_.scenario["data_folder"], run_.port());
+}
+
+std::wstring Steps::named_file(const Json::Value& arguments) const {
+    const bool in_scene = arguments.get("in", "data").asString() == "scene";
+    return joined(in_scene ? run_.scene_folder() : run_.data.path(), to_wide(arguments["name"].asString()));
+}
+
+void Steps::write(const Json::Value& arguments) {
+    const std::wstring file = named_file(arguments);
+    if (!make_folder(folder_of(file)) || !write_file(file, arguments["text"].asString())) {
+        throw StepFailure{"the file written", to_utf8(file) + " could not be"};
+    }
+}
+
+void Steps::remove(const Json::Value& arguments) {
+    const std::wstring file = named_file(arguments);
+    if ((!file_exists(file) && !folder_exists(file)) || !remove_tree(file)) {
+        throw StepFailure{"the file deleted", to_utf8(file) + " could not be"};
+    }
+}
+
+// Held open, shared with nobody.
+void Steps::lock(const Json::Value& arguments) {
+    const std::wstring file = named_file(arguments);
+    tarvo::FileHandle handle(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                           OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!handle) {
+        throw StepFailure{"the file locked", to_utf8(file) + " could not be"};
+    }
+    locks_[file] = std::move(handle);
+}
+
+void Steps::unlock(const Json::Value& arguments) {
+    if (locks_.erase(named_file(arguments)) == 0) {
+        throw StepFailure{"a locked file", "it is not locked"};
+    }
+}
+
+void Steps::restart(const Json::Value&) {
+    if (run_.dialogs->top() != nullptr) {
+        throw StepFailure{"no open dialog", "one is open"};
+    }
+    std::string problem;
+    bool started = false;
+    call([&] {
+        run_.plugin.stop();
+        started = run_.plugin.start(false, problem);
+    });
+    if (!started) {
+        throw StepFailure{"the plugin started again", problem};
+    }
+    settle();
+}
+
+void Steps::expect(const Json::Value& arguments) {
+    call([this] {
+        for (int template_id : {kMainTemplate, kEditTemplate}) {
+            const HWND window = run_.dialogs->window(template_id);
+            if (window != nullptr) {
+                run_.transcript.set("dialog_state", dialog_name(template_id), read_dialog_state(window));
+            }
+        }
+        run_.transcript.set("menus", menu_lines());
+        run_.transcript.set("leaks", run_.ledger.open());
+    });
+    run_.judge(arguments, place_);
+}
+
+} // namespace stage

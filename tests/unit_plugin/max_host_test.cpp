@@ -1,0 +1,176 @@
+#include "host/host.h"
+
+#include "tests/unit_plugin/host_fixture.h"
+#include "tests/unit_plugin/spinner_dialog.h"
+
+#include <stdexcept>
+
+namespace {
+
+using tarvo::CurrentHost;
+using tarvo::RatioSpinner;
+using tarvo::ScriptResult;
+
+class MaxHostTest : public HostTest {};
+
+class ThrowingScript : public host_standin::ScriptRunner {
+public:
+    bool run(const std::wstring&, std::wstring&, bool&) override {
+        throw std::runtime_error("from a script");
+    }
+};
+
+TEST_F(MaxHostTest, WithoutACoreInterfaceEverythingIsEmpty) {
+    set_fault(&host_standin::Faults::no_core_interface);
+    host_standin::set_scene(L"C:\\a.max", true);
+    ScriptResult result;
+    result.has_text = true;
+    EXPECT_FALSE(CurrentHost().is_available());
+    EXPECT_EQ(nullptr, CurrentHost().main_window());
+    EXPECT_EQ(L"", CurrentHost().current_file_name());
+    EXPECT_EQ(L"", CurrentHost().current_file_path());
+    EXPECT_FALSE(CurrentHost().save_as(L"C:\\b.max"));
+    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    EXPECT_FALSE(result.has_text);
+    CurrentHost().save();
+    EXPECT_TRUE(host_standin::scene_needs_save());
+    EXPECT_TRUE(script_.commands.empty());
+}
+
+TEST_F(MaxHostTest, AsksTheHostForWindowAndScene) {
+    const HWND window = ::GetDesktopWindow();
+    host_standin::set_main_window(window);
+    host_standin::set_scene(L"C:\\scenes\\house.max", false);
+    EXPECT_TRUE(CurrentHost().is_available());
+    EXPECT_EQ(window, CurrentHost().main_window());
+    EXPECT_EQ(L"house.max", CurrentHost().current_file_name());
+    EXPECT_EQ(L"C:\\scenes\\house.max", CurrentHost().current_file_path());
+}
+
+TEST_F(MaxHostTest, SavingUnderAnotherNameTakesBothOptions) {
+    host_standin::set_scene(L"C:\\a.max", true);
+    set_fault(&host_standin::Faults::save_as_fails);
+    EXPECT_FALSE(CurrentHost().save_as(L"C:\\b.max"));
+    EXPECT_TRUE(calls_.has(L"Interface::SaveToFile(\"C:\\b.max\", 1, 1)"));
+}
+
+TEST_F(MaxHostTest, SavesOnDisk) {
+    wchar_t folder[MAX_PATH] = {};
+    ::GetTempPathW(MAX_PATH, folder);
+    const std::wstring first = std::wstring(folder) + L"tarvo_host_a.max";
+    const std::wstring second = std::wstring(folder) + L"tarvo_host_b.max";
+    host_standin::set_scene(first, true);
+    CurrentHost().save();
+    EXPECT_FALSE(host_standin::scene_needs_save());
+    EXPECT_TRUE(CurrentHost().save_as(second));
+    EXPECT_EQ(second, CurrentHost().current_file_path());
+    EXPECT_TRUE(::DeleteFileW(first.c_str()));
+    EXPECT_TRUE(::DeleteFileW(second.c_str()));
+}
+
+TEST_F(MaxHostTest, CopiesAScriptsTextUnderEveryTag) {
+    using host_standin::TextTag;
+    for (const TextTag tag : {TextTag::string, TextTag::filename, TextTag::tstr}) {
+        host_standin::set_text_tag(tag);
+        script_.text = L"{\"scene\":\"\x6E32\"}";
+        ScriptResult result;
+        ASSERT_TRUE(CurrentHost().run_script(L"first", result));
+        ScriptResult other;
+        script_.text = L"something else";
+        ASSERT_TRUE(CurrentHost().run_script(L"second", other)); // the host drops the first text now
+        EXPECT_TRUE(result.has_text);
+        EXPECT_EQ(L"{\"scene\":\"\x6E32\"}", result.text);
+    }
+    EXPECT_EQ(0, new_heap_objects());
+}
+
+TEST_F(MaxHostTest, ScriptsRunWithErrorsShownAndLogged) {
+    ScriptResult result;
+    CurrentHost().run_script(L"fileIn \"a\"\nb", result);
+    EXPECT_EQ(std::vector<std::wstring>{L"fileIn \"a\"\nb"}, script_.commands);
+    EXPECT_TRUE(calls_.has(L"ExecuteMAXScriptScript(\"fileIn \"a\"\nb\", 0, object, 1)"));
+}
+
+TEST_F(MaxHostTest, AScriptWithoutTextHasNone) {
+    ScriptResult result;
+    result.text = L"old";
+    script_.returns_text = false;
+    EXPECT_TRUE(CurrentHost().run_script(L"a", result));
+    EXPECT_FALSE(result.has_text);
+    EXPECT_EQ(L"", result.text);
+}
+
+TEST_F(MaxHostTest, AnEmptyTextIsAText) {
+    ScriptResult result;
+    EXPECT_TRUE(CurrentHost().run_script(L"a", result));
+    EXPECT_TRUE(result.has_text);
+    EXPECT_EQ(L"", result.text);
+}
+
+TEST_F(MaxHostTest, AFailedScriptIsFalse) {
+    ScriptResult result;
+    script_.succeeds = false;
+    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    EXPECT_FALSE(result.has_text);
+}
+
+class MaxSpinnerTest : public HostTest {
+protected:
+    void TearDown() override {
+        EXPECT_EQ(0, host_standin::live_spinner_interfaces());
+        HostTest::TearDown();
+    }
+
+    SpinnerDialog dialog_;
+};
+
+TEST_F(MaxSpinnerTest, SetsUpLinkedAndLimited) {
+    const std::unique_ptr<RatioSpinner> spinner =
+        CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
+    ASSERT_NE(nullptr, spinner);
+    EXPECT_EQ(L"1.5", dialog_.text());
+    spinner->set_value(9999.0f);
+    EXPECT_EQ(L"2048.0", dialog_.text());
+    dialog_.click(false);
+    EXPECT_EQ(L"2047.999", dialog_.text());
+}
+
+TEST_F(MaxSpinnerTest, FindsTheControlAgainInItsState) {
+    CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f)->disable();
+    EXPECT_EQ(0, host_standin::live_spinner_interfaces());
+    const std::unique_ptr<RatioSpinner> spinner = CurrentHost().ratio_spinner(dialog_.spinner());
+    ASSERT_NE(nullptr, spinner);
+    EXPECT_EQ(1, host_standin::live_spinner_interfaces());
+    spinner->link_to_edit(dialog_.field());
+    EXPECT_FALSE(spinner->is_enabled());
+    EXPECT_FLOAT_EQ(1.5f, spinner->value());
+    spinner->enable();
+    EXPECT_TRUE(spinner->is_enabled());
+    EXPECT_TRUE(calls_.has(L"ISpinnerControl::LinkToEdit(object, 1)"));
+}
+
+TEST_F(MaxSpinnerTest, SettingAValueTellsTheDialog) {
+    const std::unique_ptr<RatioSpinner> spinner =
+        CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
+    EXPECT_TRUE(dialog_.heard.empty());
+    spinner->set_value(3.0f);
+    EXPECT_EQ(1u, dialog_.heard.size());
+    EXPECT_TRUE(calls_.has(L"ISpinnerControl::SetValue(3, 1)"));
+}
+
+TEST_F(MaxSpinnerTest, NoControlGivesNoSpinner) {
+    EXPECT_EQ(nullptr, CurrentHost().ratio_spinner(nullptr));
+    EXPECT_EQ(nullptr, CurrentHost().ratio_spinner(dialog_.field()));
+    EXPECT_EQ(nullptr, CurrentHost().set_up_ratio_spinner(dialog_.window, 9, 1, 0.0f, 1.0f, 0.5f, 0.1f));
+}
+
+TEST_F(MaxHostTest, NothingThatAScriptThrowsComesThrough) {
+    ThrowingScript throwing;
+    host_standin::set_script_runner(&throwing);
+    ScriptResult result;
+    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    EXPECT_EQ(1, host_standin::escaped_exceptions());
+    host_standin::reset();
+}
+
+} // namespace

@@ -1,0 +1,122 @@
+#include "tests/unit_win32/camera_edit_fixture.h"
+
+namespace {
+
+using namespace tarvo_test;
+
+TEST_F(CameraEdit, LockedTheWidthMovesTheHeight) {
+    open();
+    type(dialog, IDC_EDIT_WIDTH, L"3000");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"2000");
+    EXPECT_EQ(field(dialog, IDC_EDIT_RATIO), L"1.500");
+    EXPECT_FALSE(ui.sizeSyncBusy);
+}
+
+TEST_F(CameraEdit, LockedTheHeightMovesTheWidth) {
+    open();
+    type(dialog, IDC_EDIT_HEIGHT, L"333");
+    EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"499"); // 499.5, truncated
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"333");
+    EXPECT_FALSE(ui.sizeSyncBusy);
+}
+
+TEST_F(CameraEdit, UnlockedTheSizesMoveTheRatio) {
+    open();
+    type(dialog, IDC_EDIT_WIDTH, L"3000");
+    click_lock();
+    EXPECT_TRUE(spinner().enabled);
+    type(dialog, IDC_EDIT_HEIGHT, L"1000");
+    EXPECT_EQ(spinner().value, 3.0f);
+    EXPECT_EQ(field(dialog, IDC_EDIT_RATIO), L"3.000");
+    type(dialog, IDC_EDIT_WIDTH, L"500");
+    EXPECT_EQ(spinner().value, 0.5f);
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"1000");
+}
+
+TEST_F(CameraEdit, UnlockedAHeightThatDoesNotDivideStaysAsTyped) {
+    open();
+    click_lock();
+    for (const wchar_t* height : {L"7", L"11", L"1079", L"32768"}) {
+        type(dialog, IDC_EDIT_HEIGHT, height);
+        EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), height);
+        EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"1500");
+    }
+}
+
+TEST_F(CameraEdit, UnlockedTheRatioMovesTheHeight) {
+    open();
+    click_lock();
+    spinner().value = 2.0f;
+    type(dialog, IDC_EDIT_RATIO, L"2.000");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"750");
+    EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"1500");
+}
+
+TEST_F(CameraEdit, LockedTheRatioMovesNothing) {
+    open();
+    spinner().value = 2.0f;
+    type(dialog, IDC_EDIT_RATIO, L"2.000");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"1000");
+}
+
+TEST_F(CameraEdit, TheLockIsWhatTheSpinnerSays) {
+    open();
+    click_lock();
+    EXPECT_TRUE(spinner().enabled);
+    EXPECT_FALSE(lock_is_checked());
+    click_lock();
+    EXPECT_FALSE(spinner().enabled);
+    EXPECT_TRUE(lock_is_checked());
+    ::CheckDlgButton(dialog, IDC_EDIT_RATIO_LOCK, BST_UNCHECKED); // the mark alone changes nothing
+    type(dialog, IDC_EDIT_WIDTH, L"300");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"200");
+}
+
+TEST_F(CameraEdit, SizesBeyondTheLargestBecomeTheLargest) {
+    open();
+    click_lock();
+    for (const int id : {IDC_EDIT_WIDTH, IDC_EDIT_HEIGHT}) {
+        for (const wchar_t* text : {L"-5", L"32769", L"2147483648", L"99999999999", L"-1"}) {
+            type(dialog, id, text);
+            EXPECT_EQ(field(dialog, id), L"32768");
+        }
+        for (const wchar_t* text : {L"32768", L"0", L"wide", L"12px"}) {
+            type(dialog, id, text);
+            EXPECT_EQ(field(dialog, id), text);
+        }
+    }
+}
+
+TEST_F(CameraEdit, LockedAWidthCutToTheLargestMovesTheHeightToo) {
+    open();
+    type(dialog, IDC_EDIT_WIDTH, L"-5");
+    EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"32768");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"21845");
+}
+
+TEST_F(CameraEdit, LockedAHeightThatWouldNeedALargerWidthCutsTheWidth) {
+    open();
+    type(dialog, IDC_EDIT_HEIGHT, L"32768");
+    EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"32768");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"32768");
+}
+
+TEST_F(CameraEdit, WhileTheDialogItselfWritesASizeTheOtherOneStays) {
+    open();
+    ui.sizeSyncBusy = true;
+    type(dialog, IDC_EDIT_WIDTH, L"60");
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"1000");
+    type(dialog, IDC_EDIT_HEIGHT, L"60");
+    EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"60");
+}
+
+TEST_F(CameraEdit, AnyNotificationOfASizeFieldCounts) {
+    open();
+    ui.sizeSyncBusy = true;
+    type(dialog, IDC_EDIT_WIDTH, L"600");
+    ui.sizeSyncBusy = false;
+    EXPECT_EQ(command(IDC_EDIT_WIDTH, EN_KILLFOCUS), 1);
+    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"400");
+}
+
+} // namespace

@@ -86,7 +86,7 @@ bool UiState::SetSceneName(HWND edit, std::string name) {
 
 std::string UiState::GetSceneName(HWND edit) {
     const std::wstring text = ControlText(edit);
-    const std::string name = text.empty() ? std::string() : WideToUtf8(text) + kExtension;
+    std::string name = text.empty() ? std::string() : WideToUtf8(text) + kExtension;
     log.Write("Get scene name text down, it is : " + name + ".", "INFO");
     return name;
 }

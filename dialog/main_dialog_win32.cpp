@@ -123,8 +123,8 @@ INT_PTR edit_selected_cameras(const Call& call) {
     state.clear_selected_cameras();
     int index = -1;
     for (int searches = 0; searches < count; ++searches) {
-        // After the last selected row the search begins again: a name may come twice, which an edit does not
-        // mind.
+        // After the last selected row the search begins again: a name may come more than once, and the edit
+        // dialog does not mind.
         index = next_row(list, index, LVNI_SELECTED);
         if (index != -1 && index < count) {
             pick_camera(list, index);

@@ -1,8 +1,9 @@
+#include "submit/client_link.h"
+
 #include "common/json_text.h"
 #include "common/platform.h"
 #include "common/string_table.h"
 #include "resources/resource_ids.h"
-#include "submit/client_link.h"
 #include "submit/http_log.h"
 #include "submit/reply_codes.h"
 

@@ -12,7 +12,7 @@ add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
     tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 -static)
-add_dependencies(win32_tests client)
+add_dependencies(win32_tests client make_scene)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
 list(TRANSFORM TARVO_SDK_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE TARVO_SDK_FILES)

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Prints what a run of the main job came to, from the transcripts that the stage wrote.
 
-Ends with 0 when the desktop client accepted the job and found nothing wrong with it, else with 1 and with what to do.
+Ends with 0 when the desktop client accepted the job and found nothing wrong with it, else with 1 and with
+what to do about it.
 """
 
 import argparse
@@ -118,7 +119,8 @@ def reply_code(request: Json) -> Any:
 def show_module(transcript: Json) -> None:
     module = dict_of(transcript, "module")
     name = dict_of(module, "class").get("name", "no class")
-    show("module", *([f"{name}, version {module.get('version')}", str(module.get("file", ""))] if module else []))
+    lines = [f"{name}, version {module.get('version')}", str(module.get("file", ""))]
+    show("module", *(lines if module else []))
     show("menu", *map(str, list_of(transcript, "menus")))
 
 
@@ -148,9 +150,10 @@ def show_job(request: Json) -> None:
     show("archive", f"{job.get('archive') or 'none'}, {bytes_of(job.get('archiveSize'))}",
          f"7-Zip's test: {check_result(request, 'archive-test')}",
          f"holds {entry}, {bytes_of(job.get('archiveEntrySize'))}" if entry else "could not be listed")
-    cameras = list_of(job, "cameras")
+    count = len(list_of(job, "cameras"))
+    version = job.get("maxVersion") or "no version"
     show("document", str(job.get("document") or "none"),
-         f"asks for {len(cameras)} camera{'' if len(cameras) == 1 else 's'} ({job.get('maxVersion') or 'no version'})")
+         f"asks for {count} camera{'' if count == 1 else 's'} ({version})")
 
 
 def show_exchange(request: Json) -> None:
@@ -179,9 +182,11 @@ def show_pictures(english: list[pathlib.Path], chinese: list[pathlib.Path]) -> N
 def stage_problems(transcript: Json) -> list[Problem]:
     """Steps and expectations that failed, and exceptions that the module let out."""
     problems = [(f"{outcome.get('place')}: expected {one_line(outcome.get('expected'))}, "
-                 f"got {one_line(outcome.get('got'))}", "The step could not be done as the scenario says; run ./test.")
+                 f"got {one_line(outcome.get('got'))}",
+                 "The step could not be done as the scenario says; run ./test.")
                 for outcome in objects_of(transcript, "outcomes") if not outcome.get("held")]
-    problems += [(f"the module let an exception out: {one_line(entry.get('what'))}", "This is a fault of the plugin.")
+    problems += [(f"the module let an exception out: {one_line(entry.get('what'))}",
+                  "This is a fault of the plugin; run ./test.")
                  for entry in objects_of(transcript, "exceptions")]
     return problems
 
@@ -196,7 +201,8 @@ def opening_problem(transcript: Json, language: str) -> list[Problem]:
 def packing_problems(transcript: Json) -> list[Problem]:
     return [(f"7-Zip {'ended with ' + str(run.get('exit_code')) if run.get('started') else 'did not start'}",
              SEE_SEVEN_ZIP)
-            for run in objects_of(transcript, "processes") if not run.get("started") or run.get("exit_code") != 0]
+            for run in objects_of(transcript, "processes")
+            if not run.get("started") or run.get("exit_code") != 0]
 
 
 def last_told(transcript: Json) -> str:
@@ -218,9 +224,12 @@ def sending_problems(transcript: Json) -> list[Problem]:
                  CHECK_ADVICE.get(str(check.get("check")), SEE_CHECK)) for check in failed_checks(request)]
     if not objects_of(request, "checks"):
         problems.append(("the client checked nothing", SEE_CHECK))
-    if reply_code(request) != ACCEPTED:
-        problems.append((f"the client did not accept the job (it answered {reply_code(request)})",
-                         last_told(transcript) or "The user was told nothing: the plugin does not know this answer."))
+    code = reply_code(request)
+    if code != ACCEPTED:
+        answered = "it gave no code" if code is None else f"it answered {code}"
+        problems.append((f"the client did not accept the job ({answered})",
+                         last_told(transcript)
+                         or "The user was told nothing: the plugin does not know this answer."))
     return problems
 
 
@@ -232,7 +241,8 @@ def english_problems(transcript: Json) -> list[Problem]:
 
 def missing_pictures(paths: list[pathlib.Path], language: str) -> list[Problem]:
     if not paths:
-        return [(f"there is no picture of the {language} dialog", "See what the stage said above, and run again.")]
+        return [(f"there is no picture of the {language} dialog",
+                 "See what the stage said above, and run again.")]
     return [(f"the picture {path} is missing", "Make sure that the disk is not full, and run again.")
             for path in paths if not path.is_file()]
 

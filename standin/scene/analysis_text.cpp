@@ -18,12 +18,18 @@ struct Reference {
     bool missing = false;
 };
 
-Json::Value text(const std::wstring& wide) { return Json::Value(utf8_from_wide(wide)); }
-Json::Value text(std::int32_t number) { return Json::Value(std::to_string(number)); }
-Json::Value flag_text(bool flag) { return Json::Value(flag ? "true" : "false"); }
+Json::Value text(const std::wstring& wide) {
+    return Json::Value(utf8_from_wide(wide));
+}
+Json::Value text(std::int32_t number) {
+    return Json::Value(std::to_string(number));
+}
+Json::Value flag_text(bool flag) {
+    return Json::Value(flag ? "true" : "false");
+}
 
-// The shortest form, and "0" for zero. Digits and sign come from the number; the locale's decimal sign may not be a
-// full stop.
+// The shortest form, and "0" for zero. Digits and sign come from the number; the locale's decimal sign may
+// not be a full stop.
 Json::Value text(double number) {
     char buffer[32];
     std::snprintf(buffer, sizeof buffer, "%.6g", number);
@@ -36,10 +42,13 @@ Json::Value text(double number) {
     return Json::Value(digits);
 }
 
-bool is_destination(const ReferencedFile& file) { return file.kind == L"RenderOutput" || file.kind == L"BatchRender"; }
+bool is_destination(const ReferencedFile& file) {
+    return file.kind == L"RenderOutput" || file.kind == L"BatchRender";
+}
 
 Reference resolve(const ReferencedFile& file, const std::wstring& scene_path, const FileExists& exists) {
-    const std::wstring candidates[] = {file.named, file.found, folder_of(scene_path) + file_name_of(file.named)};
+    const std::wstring candidates[] = {file.named, file.found,
+                                       folder_of(scene_path) + file_name_of(file.named)};
     Reference reference;
     for (const std::wstring& candidate : candidates) {
         if (!file_name_of(candidate).empty() && exists(candidate)) {

@@ -41,7 +41,9 @@ public:
 
     // Sizes count the six bytes of the header; the top bit marks a container.
     ByteWriter& chunk(std::uint16_t id, const ByteBuffer& content) { return header(id, content, 0); }
-    ByteWriter& container(std::uint16_t id, const ByteBuffer& content) { return header(id, content, 0x80000000u); }
+    ByteWriter& container(std::uint16_t id, const ByteBuffer& content) {
+        return header(id, content, 0x80000000u);
+    }
 
 private:
     ByteWriter& header(std::uint16_t id, const ByteBuffer& content, std::uint32_t mark) {

@@ -32,7 +32,9 @@ private:
 
 } // namespace
 
-bool is_gzip(const ByteBuffer& bytes) { return bytes.size() >= 2 && bytes[0] == 0x1F && bytes[1] == 0x8B; }
+bool is_gzip(const ByteBuffer& bytes) {
+    return bytes.size() >= 2 && bytes[0] == 0x1F && bytes[1] == 0x8B;
+}
 
 bool gunzip(const ByteBuffer& packed, std::size_t limit, ByteBuffer& unpacked, std::string& problem) {
     unpacked.clear();
@@ -58,7 +60,8 @@ bool gunzip(const ByteBuffer& packed, std::size_t limit, ByteBuffer& unpacked, s
         unpacked.insert(unpacked.end(), step.begin(), step.begin() + static_cast<std::ptrdiff_t>(produced));
     }
     if (state != Z_STREAM_END) {
-        problem = state == Z_BUF_ERROR ? "its compressed bytes are cut off" : "its compressed bytes are damaged";
+        problem =
+            state == Z_BUF_ERROR ? "its compressed bytes are cut off" : "its compressed bytes are damaged";
         return false;
     }
     return true;

@@ -1,6 +1,6 @@
 // make_scene OUT.max [--camera NAME]... [--width N] [--height N] [--reference PATH]... [--start N] [--end N]
-// Writes a small scene file for the stage and the tests. Exit code 0: written; 1: it cannot be written; 2: the
-// command line is wrong.
+// Writes a small scene file for the stage and the tests. Exit code 0: written; 1: it cannot be written; 2:
+// the command line is wrong.
 #include "standin/scene/scene_composer.h"
 #include "standin/scene/scene_text.h"
 #include "standin/scene/scene_writer_win32.h"
@@ -15,10 +15,11 @@ namespace {
 
 using standin::SceneModel;
 
-const char kUsage[] = "make_scene OUT.max [--camera NAME]... [--width N] [--height N] [--reference PATH]...\n"
-                      "           [--start N] [--end N]\n"
-                      "Without --camera the scene has three cameras, without --reference two referenced files, one\n"
-                      "of which exists nowhere.\n";
+const char kUsage[] =
+    "make_scene OUT.max [--camera NAME]... [--width N] [--height N] [--reference PATH]...\n"
+    "           [--start N] [--end N]\n"
+    "Without --camera the scene has three cameras, without --reference two referenced files, one\n"
+    "of which exists nowhere.\n";
 
 struct Order {
     std::wstring out;
@@ -70,7 +71,7 @@ bool take_option(const std::wstring& name, const std::wstring& value, Order& ord
             return true;
         }
         if (name == option.name) {
-            problem = L"'" + value + L"' is no number for " + name + L".";
+            problem.append(L"'").append(value).append(L"' is no number for ").append(name).append(L".");
             return false;
         }
     }

@@ -96,16 +96,16 @@ bool Section::read_headings(std::vector<Heading>& headings) {
     std::uint32_t type = 0;
     std::uint32_t count = 0;
     ByteCursor value(bytes_);
-    if (!find_value(kHeadingsProperty, type, value) || type != (kTypeVector | kTypeVariant) || !value.read(count) ||
-        count % 2 != 0) {
+    if (!find_value(kHeadingsProperty, type, value) || type != (kTypeVector | kTypeVariant) ||
+        !value.read(count) || count % 2 != 0) {
         return fail("it has no readable headings");
     }
     for (std::uint32_t index = 0; index < count; index += 2) {
         Heading heading;
         std::uint32_t text_type = 0;
         std::uint32_t number_type = 0;
-        if (!value.read(text_type) || !read_text(value, text_type, heading.text) || !value.read(number_type) ||
-            number_type != kTypeInt32 || !value.read(heading.line_count)) {
+        if (!value.read(text_type) || !read_text(value, text_type, heading.text) ||
+            !value.read(number_type) || number_type != kTypeInt32 || !value.read(heading.line_count)) {
             return fail("its headings are cut off or damaged");
         }
         headings.push_back(heading);
@@ -184,7 +184,8 @@ bool read_summary(Bytes stream, Summary& summary, std::string& problem) {
     for (std::uint32_t index = 0; index < count; ++index) {
         Bytes format;
         std::uint32_t offset = 0;
-        if (!cursor.take(sizeof kDocumentSummaryFormat, format) || !cursor.read(offset) || offset > stream.size) {
+        if (!cursor.take(sizeof kDocumentSummaryFormat, format) || !cursor.read(offset) ||
+            offset > stream.size) {
             break;
         }
         if (std::memcmp(format.data, kDocumentSummaryFormat, sizeof kDocumentSummaryFormat) == 0) {

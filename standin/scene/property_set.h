@@ -1,5 +1,5 @@
-// The summary of a scene file: the property set "DocumentSummaryInformation", whose document parts are lines of text
-// under headings ("Scene Totals", "Render Data"). Read from its bytes, with every length checked.
+// The summary of a scene file: the property set "DocumentSummaryInformation", whose document parts are lines
+// of text under headings ("Scene Totals", "Render Data"). Read from its bytes, with every length checked.
 #pragma once
 
 #include "standin/scene/scene_bytes.h"

@@ -1,5 +1,5 @@
-// A borrowed piece of memory and a cursor that reads it in little-endian order. No read goes past the end: it answers
-// false instead and leaves the cursor where it was.
+// A borrowed piece of memory and a cursor that reads it in little-endian order. No read goes past the end: it
+// answers false instead and leaves the cursor where it was.
 #pragma once
 
 #include <cstddef>

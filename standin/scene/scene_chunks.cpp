@@ -30,8 +30,8 @@ bool read_class(Bytes content, SceneClass& result, std::string& problem) {
         } else if (chunk.id == kClassIds) {
             ByteCursor ids(chunk.content);
             std::uint32_t library = 0;
-            has_ids =
-                ids.read(library) && ids.read(result.id_a) && ids.read(result.id_b) && ids.read(result.super_class);
+            has_ids = ids.read(library) && ids.read(result.id_a) && ids.read(result.id_b) &&
+                      ids.read(result.super_class);
             result.library = static_cast<std::int32_t>(library);
         }
     }
@@ -146,8 +146,8 @@ bool CameraSearch::add_when_camera(std::size_t index, std::vector<std::wstring>&
     return true;
 }
 
-// Each object is looked into once, whoever refers to it: otherwise a few objects that refer to one another many times
-// over would keep the search busy for ever.
+// Each object is looked into once, whoever refers to it: otherwise a few objects that refer to one another
+// many times over would keep the search busy for ever.
 bool CameraSearch::leads_to_camera(std::size_t index, int depth, bool& found) {
     if (is_camera(index)) {
         found = true;
@@ -165,7 +165,8 @@ bool CameraSearch::leads_to_camera(std::size_t index, int depth, bool& found) {
     }
     answers_[index] = Answer::being_looked_into;
     std::vector<std::uint32_t> references;
-    if (!parse_object(index, references, nullptr, nullptr) || !any_leads_to_camera(references, depth + 1, found)) {
+    if (!parse_object(index, references, nullptr, nullptr) ||
+        !any_leads_to_camera(references, depth + 1, found)) {
         return false;
     }
     answers_[index] = found ? Answer::yes : Answer::no;
@@ -201,7 +202,8 @@ bool CameraSearch::parse_object(std::size_t index, std::vector<std::uint32_t>& r
     return walk.problem().empty() ? true : fail(index, walk.problem());
 }
 
-bool CameraSearch::parse_references(const Chunk& chunk, std::size_t index, std::vector<std::uint32_t>& references) {
+bool CameraSearch::parse_references(const Chunk& chunk, std::size_t index,
+                                    std::vector<std::uint32_t>& references) {
     ByteCursor cursor(chunk.content);
     std::uint32_t word = 0;
     const bool in_pairs = chunk.id == kReferencePairs;
@@ -233,7 +235,8 @@ bool read_counted_text(ByteCursor& cursor, std::wstring& text) {
     Bytes characters;
     std::uint16_t closing = 0;
     if (!cursor.read(count) || count > cursor.left() / 2 ||
-        !cursor.take(static_cast<std::size_t>(count) * 2, characters) || !cursor.read(closing) || closing != 0) {
+        !cursor.take(static_cast<std::size_t>(count) * 2, characters) || !cursor.read(closing) ||
+        closing != 0) {
         return false;
     }
     text = wide_from_utf16(characters);
@@ -294,7 +297,7 @@ bool read_class_directory(Bytes stream, std::vector<SceneClass>& classes, std::s
         }
         SceneClass next;
         if (!read_class(chunk.content, next, problem)) {
-            problem = "class " + std::to_string(classes.size()) + ": " + problem;
+            problem.insert(0, "class " + std::to_string(classes.size()) + ": ");
             return false;
         }
         classes.push_back(next);

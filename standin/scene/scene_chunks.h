@@ -1,5 +1,6 @@
-// Reads the streams of a scene file that are made of chunks, and the list of referenced files. Nothing here trusts a
-// length: damaged bytes give false and an English reason ("chunk at byte 12 reaches past the end"), never more.
+// Reads the streams of a scene file that are made of chunks, and the list of referenced files. Nothing here
+// trusts a length: damaged bytes give false and an English reason ("chunk at byte 12 reaches past the end"),
+// never more.
 #pragma once
 
 #include "standin/scene/scene_bytes.h"
@@ -21,8 +22,8 @@ constexpr std::uint16_t kReferenceList = 0x2034;
 constexpr std::uint16_t kReferencePairs = 0x2035;
 constexpr std::uint16_t kNodeName = 0x0962;
 
-// An object with modifiers stands in the scene under these ids in the place of a class index; the object itself is
-// one of its references.
+// An object with modifiers stands in the scene under these ids in the place of a class index; the object
+// itself is one of its references.
 constexpr std::uint16_t kObjectWithModifiers = 0x2032;
 constexpr std::uint16_t kObjectWithWorldModifiers = 0x2033;
 

@@ -16,7 +16,8 @@ constexpr std::uint16_t kLibraryDescription = 0x2039;
 constexpr std::uint16_t kLibraryFile = 0x2037;
 constexpr std::uint32_t kSystemWindows = 0x0002000A; // in the header of a property set
 
-// What make_scene's scenes are made of. The row is the class index, and so the chunk id in the stream "Scene".
+// What make_scene's scenes are made of. The row is the class index, and so the chunk id in the stream
+// "Scene".
 enum ClassIndex : std::uint16_t {
     kTransform,
     kMesh,
@@ -77,8 +78,7 @@ public:
         const std::uint32_t transform = add(kTransform, ByteBuffer());
         ByteWriter content;
         if (as_pairs) {
-            const ByteBuffer pairs =
-                ByteWriter().u32(16).u32(0).u32(transform).u32(1).u32(object).bytes();
+            const ByteBuffer pairs = ByteWriter().u32(16).u32(0).u32(transform).u32(1).u32(object).bytes();
             content.chunk(kReferencePairs, pairs);
         } else {
             content.chunk(kReferenceList, ByteWriter().u32(transform).u32(object).u32(0xFFFFFFFF).bytes());
@@ -153,7 +153,9 @@ void add_property_text(ByteWriter& writer, const std::wstring& text) {
     writer.raw(ByteBuffer(utf8.begin(), utf8.end()));
 }
 
-std::wstring two_digits(std::size_t number) { return (number < 10 ? L"0" : L"") + std::to_wstring(number); }
+std::wstring two_digits(std::size_t number) {
+    return (number < 10 ? L"0" : L"") + std::to_wstring(number);
+}
 
 std::vector<std::wstring> render_lines(const SceneModel& model) {
     std::vector<std::wstring> lines;
@@ -213,7 +215,9 @@ ByteBuffer compose_property_set(const std::uint8_t (&format)[16], const std::vec
     return writer.bytes();
 }
 
-ByteBuffer code_page_value() { return ByteWriter().u32(kTypeInt16).u16(kCodePageUtf8).u16(0).bytes(); }
+ByteBuffer code_page_value() {
+    return ByteWriter().u32(kTypeInt16).u16(kCodePageUtf8).u16(0).bytes();
+}
 
 ByteBuffer compose_summary(const SceneModel& model) {
     const std::vector<SummarySection> sections = summary_sections(model);

@@ -143,9 +143,12 @@ bool OpenScene::read_stream(IStream& stream, std::size_t limit, ByteBuffer& byte
     return true;
 }
 
-std::string shown_name(const wchar_t* name) { return utf8_from_wide(name[0] < L' ' ? name + 1 : name); }
+std::string shown_name(const wchar_t* name) {
+    return utf8_from_wide(name[0] < L' ' ? name + 1 : name);
+}
 
-bool OpenScene::read_required(const wchar_t* name, std::size_t limit, ByteBuffer& bytes, std::string& problem) {
+bool OpenScene::read_required(const wchar_t* name, std::size_t limit, ByteBuffer& bytes,
+                              std::string& problem) {
     StreamPointer stream;
     if (FAILED(open(name, stream))) {
         problem = "is not a 3ds Max scene: it has no stream named " + shown_name(name);

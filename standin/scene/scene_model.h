@@ -1,5 +1,6 @@
-// What the stage knows of a scene: the part a .max file holds, and the render settings it does not hold, which keep
-// the defaults stated here unless a scenario says otherwise. A plain record; wide texts are UTF-16.
+// What the stage knows of a scene: the part a .max file holds, and the render settings it does not hold,
+// which keep the defaults stated here unless a scenario says otherwise. A plain record; wide texts are
+// UTF-16.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,8 @@ constexpr std::int32_t kYearOfMajorZero = 1998; // 21 is 2019
 constexpr std::int32_t kFirstMajorWithYear = 10;
 
 bool damaged(const wchar_t* stream, const std::string& what, std::string& problem) {
-    problem = "is damaged: stream " + utf8_from_wide(stream[0] == L'\x05' ? stream + 1 : stream) + ": " + what;
+    problem =
+        "is damaged: stream " + utf8_from_wide(stream[0] == L'\x05' ? stream + 1 : stream) + ": " + what;
     return false;
 }
 
@@ -78,8 +79,8 @@ std::vector<std::wstring> render_cameras(const Summary& summary) {
     }
     for (const std::wstring& line : section->lines) {
         const std::wstring::size_type sign = line.find(L'=');
-        if (sign != std::wstring::npos && line.compare(0, kPrefix.size(), kPrefix) == 0 && sign > kPrefix.size() &&
-            is_digits(line.substr(kPrefix.size(), sign - kPrefix.size()))) {
+        if (sign != std::wstring::npos && line.compare(0, kPrefix.size(), kPrefix) == 0 &&
+            sign > kPrefix.size() && is_digits(line.substr(kPrefix.size(), sign - kPrefix.size()))) {
             names.push_back(line.substr(sign + 1));
         }
     }

@@ -30,8 +30,8 @@ struct SceneStreams {
     OptionalStream summary;
 };
 
-// Everything of `model` but its path. A missing optional stream is noted and leaves the defaults. False: a stream is
-// damaged, and `problem` is the end of a sentence that begins with the file ("is damaged: ...").
+// Everything of `model` but its path. A missing optional stream is noted and leaves the defaults. False: a
+// stream is damaged, and `problem` is the end of a sentence that begins with the file ("is damaged: ...").
 bool read_scene(const SceneStreams& streams, SceneModel& model, std::string& problem);
 
 } // namespace standin

@@ -9,8 +9,12 @@ namespace {
 
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-bool is_high_surrogate(std::uint32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool is_low_surrogate(std::uint32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool is_high_surrogate(std::uint32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool is_low_surrogate(std::uint32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 void append_wide(std::wstring& text, std::uint32_t point) {
     if (point < 0x10000) {
@@ -101,7 +105,9 @@ std::string utf8_from_wide(const std::wstring& text) {
     return utf8;
 }
 
-std::wstring wide_from_ascii(const std::string& text) { return std::wstring(text.begin(), text.end()); }
+std::wstring wide_from_ascii(const std::string& text) {
+    return std::wstring(text.begin(), text.end());
+}
 
 bool read_decimal(const std::wstring& text, std::int32_t& value) {
     const bool negative = !text.empty() && text[0] == L'-';
@@ -117,14 +123,17 @@ bool read_decimal(const std::wstring& text, std::int32_t& value) {
         number = number * 10 + (text[index] - L'0');
     }
     number = negative ? -number : number;
-    if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<std::int32_t>::max()) {
+    if (number < std::numeric_limits<std::int32_t>::min() ||
+        number > std::numeric_limits<std::int32_t>::max()) {
         return false;
     }
     value = static_cast<std::int32_t>(number);
     return true;
 }
 
-std::wstring file_name_of(const std::wstring& path) { return path.substr(folder_of(path).size()); }
+std::wstring file_name_of(const std::wstring& path) {
+    return path.substr(folder_of(path).size());
+}
 
 std::wstring folder_of(const std::wstring& path) {
     const std::wstring::size_type separator = path.find_last_of(L"\\/");
@@ -134,7 +143,8 @@ std::wstring folder_of(const std::wstring& path) {
 std::wstring folded_path(const std::wstring& path) {
     std::wstring folded;
     for (const wchar_t unit : path) {
-        folded.push_back(unit == L'/' ? L'\\' : static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit))));
+        folded.push_back(unit == L'/' ? L'\\'
+                                      : static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit))));
     }
     return folded;
 }

@@ -1,5 +1,5 @@
-// Texts of a scene file and of the analysis: UTF-16 (little endian) and UTF-8. Wide texts hold UTF-16 units on every
-// platform. What cannot be converted becomes U+FFFD.
+// Texts of a scene file and of the analysis: UTF-16 (little endian) and UTF-8. Wide texts hold UTF-16 units
+// on every platform. What cannot be converted becomes U+FFFD.
 #pragma once
 
 #include "standin/scene/scene_bytes.h"

@@ -77,7 +77,8 @@ std::wstring hexadecimal(HRESULT result) {
 
 bool write_scene_file(const SceneModel& model, const std::wstring& path, std::wstring& problem) {
     const HRESULT result = write_storage(compose_scene(model), path);
-    problem = SUCCEEDED(result) ? std::wstring() : path + L" cannot be written: error " + hexadecimal(result) + L".";
+    problem = SUCCEEDED(result) ? std::wstring()
+                                : path + L" cannot be written: error " + hexadecimal(result) + L".";
     return SUCCEEDED(result);
 }
 

@@ -7,8 +7,8 @@
 
 namespace standin {
 
-// Replaces a file that is there. The same model gives the same bytes. False: `problem` is an English sentence that
-// begins with the path.
+// Replaces a file that is there. The same model gives the same bytes. False: `problem` is an English sentence
+// that begins with the path.
 bool write_scene_file(const SceneModel& model, const std::wstring& path, std::wstring& problem);
 
 } // namespace standin

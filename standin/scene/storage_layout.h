@@ -1,5 +1,5 @@
-// A look at the outermost layer of a structured-storage file before the system is asked to open it: the system says
-// no more than "invalid", and a cut-off file it may even open.
+// A look at the layers of a structured-storage file before the system is asked to open it: the system says no
+// more than "invalid", a cut-off file it may even open, and in a damaged one it can lose its way for ever.
 #pragma once
 
 #include <cstddef>

@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include <cwchar>
+
 namespace stage {
 
 namespace {
@@ -70,7 +72,8 @@ Json::Value read_items(HWND control, const ItemMessages& messages) {
         const LRESULT length = ::SendMessageW(control, messages.length, static_cast<WPARAM>(i), 0);
         std::wstring text(length > 0 ? static_cast<std::size_t>(length) + 1 : 1, L'\0');
         ::SendMessageW(control, messages.text, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&text[0]));
-        items.append(to_utf8(text.c_str()));
+        text.resize(std::wcslen(text.c_str()));
+        items.append(to_utf8(text));
     }
     return items;
 }
@@ -141,7 +144,8 @@ std::wstring window_text(HWND window) {
     const auto length = static_cast<std::size_t>(::SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
     std::wstring text(length + 1, L'\0');
     ::SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(&text[0]));
-    return text.c_str();
+    text.resize(std::wcslen(text.c_str())); // a control may tell more than it then gives
+    return text;
 }
 
 std::wstring cell_text(HWND table, int row, int column) {

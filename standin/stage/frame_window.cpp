@@ -51,7 +51,7 @@ void FrameWindow::show_menu_bar(void* context) {
 LRESULT CALLBACK FrameWindow::procedure(HWND window, UINT message, WPARAM w_param, LPARAM l_param) {
     switch (message) {
     case UiThread::kRunMessage:
-        UiThread::run_posted(l_param);
+        UiThread::run_posted();
         return 0;
     case WM_COMMAND:
         if (HIWORD(w_param) == 0 && l_param == 0 && host_standin::execute_menu_command(LOWORD(w_param))) {

@@ -175,6 +175,15 @@ std::string missing_key(const Json::Value& value, const std::string& object) {
     return std::string();
 }
 
+// How many answers of the script an "analysis" gives; an edited one counts as one.
+int analysis_sources(const Json::Value& analysis) {
+    int given = analysis.isMember("merge") || analysis.isMember("remove") ? 1 : 0;
+    for (const char* source : {"text", "document", "fails", "no_text"}) {
+        given += analysis.isMember(source) ? 1 : 0;
+    }
+    return given;
+}
+
 bool Check::object(const Json::Value& value_object, const std::string& name, const std::string& place) {
     if (holds_exactly_one(name.c_str()) && value_object.empty()) {
         return refuse(place, "one key is missing");
@@ -191,28 +200,11 @@ bool Check::object(const Json::Value& value_object, const std::string& name, con
     if (holds_exactly_one(name.c_str()) && value_object.size() != 1) {
         return refuse(place, "only one key may stand here");
     }
+    if (name == "analysis" && analysis_sources(value_object) > 1) {
+        return refuse(place, "text, document, fails, no_text and merge/remove exclude each other");
+    }
     const std::string missing = missing_key(value_object, name);
     return missing.empty() || refuse(place, "the key \"" + missing + "\" is missing");
-}
-
-// Which member names a scene, a folder and an answer may not combine.
-bool combinations_hold(const Json::Value& scenario, std::string& problem) {
-    const char* const sources[] = {"text", "document", "fails", "no_text"};
-    const Json::Value& analysis = scenario["analysis"];
-    int given = 0;
-    for (const char* source : sources) {
-        given += analysis.isMember(source) ? 1 : 0;
-    }
-    const bool edited = analysis.isMember("merge") || analysis.isMember("remove");
-    if (given > 1 || (given == 1 && edited)) {
-        problem = "analysis: text, document, fails, no_text and merge/remove exclude each other";
-        return false;
-    }
-    if (!scenario.isMember("scene") && given == 0) {
-        problem = "the scenario: neither \"scene\" nor an analysis of its own is given";
-        return false;
-    }
-    return true;
 }
 
 } // namespace
@@ -230,7 +222,17 @@ bool check_scenario(const Json::Value& scenario, std::string& problem) {
         problem = "the scenario: must be an object";
         return false;
     }
-    return Check(problem).object(scenario, "scenario", std::string()) && combinations_hold(scenario, problem);
+    if (!Check(problem).object(scenario, "scenario", std::string())) {
+        return false;
+    }
+    const Json::Value& analysis = scenario["analysis"];
+    const bool needs_scene =
+        analysis_sources(analysis) == 0 || analysis.isMember("merge") || analysis.isMember("remove");
+    if (needs_scene && !scenario.isMember("scene")) {
+        problem = "the scenario: neither \"scene\" nor an analysis of its own is given";
+        return false;
+    }
+    return true;
 }
 
 } // namespace stage

@@ -1,13 +1,6 @@
 #include "standin/stage/screenshot.h"
 
-#include <algorithm>
-
 #include <objidl.h>
-
-namespace Gdiplus {
-using std::max;
-using std::min;
-} // namespace Gdiplus
 
 #include <gdiplus.h>
 

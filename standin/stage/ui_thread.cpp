@@ -2,7 +2,8 @@
 
 #include "common/win32_handles.h"
 
-#include <memory>
+#include <deque>
+#include <mutex>
 #include <utility>
 
 namespace stage {
@@ -13,6 +14,17 @@ struct Task {
     std::function<void()> function;
     HANDLE done; // null: nobody waits
 };
+
+// One message in the thread's queue stands for one task here, in the same order.
+struct TaskQueue {
+    std::mutex mutex;
+    std::deque<Task> tasks;
+};
+
+TaskQueue& queue() {
+    static TaskQueue tasks;
+    return tasks;
+}
 
 } // namespace
 
@@ -25,28 +37,35 @@ DWORD Deadline::left_ms() const {
     return now >= tick_ ? 0 : static_cast<DWORD>(tick_ - now);
 }
 
-void UiThread::run_posted(LPARAM posted) {
-    const std::unique_ptr<Task> task(reinterpret_cast<Task*>(posted));
-    task->function();
-    if (task->done != nullptr) {
-        ::SetEvent(task->done);
+void UiThread::run_posted() {
+    Task task = {nullptr, nullptr};
+    {
+        const std::lock_guard<std::mutex> lock(queue().mutex);
+        task = std::move(queue().tasks.front());
+        queue().tasks.pop_front();
+    }
+    task.function();
+    if (task.done != nullptr) {
+        ::SetEvent(task.done);
+    }
+}
+
+void UiThread::enqueue(std::function<void()> function, HANDLE done) const {
+    const std::lock_guard<std::mutex> lock(queue().mutex);
+    queue().tasks.push_back({std::move(function), done});
+    if (::PostMessageW(frame_, kRunMessage, 0, 0) == FALSE) {
+        queue().tasks.pop_back();
+        give_up_();
     }
 }
 
 void UiThread::post(std::function<void()> function) const {
-    std::unique_ptr<Task> task(new Task{std::move(function), nullptr});
-    if (::PostMessageW(frame_, kRunMessage, 0, reinterpret_cast<LPARAM>(task.get())) != FALSE) {
-        task.release();
-    }
+    enqueue(std::move(function), nullptr);
 }
 
 void UiThread::call(const std::function<void()>& function, const Deadline& deadline) const {
     const tarvo::KernelHandle done(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    std::unique_ptr<Task> task(new Task{function, done.get()});
-    if (::PostMessageW(frame_, kRunMessage, 0, reinterpret_cast<LPARAM>(task.get())) == FALSE) {
-        give_up_();
-    }
-    task.release();
+    enqueue(function, done.get());
     if (::WaitForSingleObject(done.get(), deadline.left_ms()) != WAIT_OBJECT_0) {
         give_up_();
     }

@@ -30,7 +30,7 @@ public:
     UiThread(HWND frame, std::function<void()> give_up) : frame_(frame), give_up_(std::move(give_up)) {}
 
     static constexpr UINT kRunMessage = WM_APP + 1;
-    static void run_posted(LPARAM task);
+    static void run_posted();
 
     // Returns at once; the function runs when the thread takes its messages.
     void post(std::function<void()> function) const;
@@ -45,6 +45,8 @@ public:
     void give_up() const { give_up_(); }
 
 private:
+    void enqueue(std::function<void()> function, HANDLE done) const;
+
     HWND frame_;
     std::function<void()> give_up_;
 };

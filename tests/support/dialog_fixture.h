@@ -242,6 +242,7 @@ protected:
         write_ini("ip=127.0.0.1\r\nport=1\r\nlowerversion=1.3.5\r\n");
         test_host().file_name = L"shot.max";
         test_host().file_path = L"C:\\scenes\\shot.max";
+        test_host().script_result = true;
         test_host().script_text = analysis.text();
     }
 

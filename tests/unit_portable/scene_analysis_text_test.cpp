@@ -13,7 +13,8 @@ using standin::SceneModel;
 Json::Value analysis_of(const SceneModel& model, const std::set<std::wstring>& files = {}) {
     Json::Value root;
     EXPECT_TRUE(tarvo::ParseJson(
-        standin::analysis_text(model, [&files](const std::wstring& path) { return files.count(path) != 0; }), root));
+        standin::analysis_text(model, [&files](const std::wstring& path) { return files.count(path) != 0; }),
+        root));
     return root;
 }
 
@@ -110,8 +111,8 @@ TEST(SceneAnalysisText, AFileIsLookedForInThreePlaces) {
                         {L"Bitmap", L"D:\\old\\beside.png", L""},
                         {L"Bitmap", L"D:\\old\\gone.png", L"E:\\new\\gone.png"},
                         {L"RenderOutput", L"D:\\out\\frame.png", L""}};
-    const Json::Value root = analysis_of(
-        model, {L"D:\\old\\named.png", L"E:\\found\\named.png", L"E:\\new\\moved.png", L"C:\\scenes\\beside.png"});
+    const Json::Value root = analysis_of(model, {L"D:\\old\\named.png", L"E:\\found\\named.png",
+                                                 L"E:\\new\\moved.png", L"C:\\scenes\\beside.png"});
     EXPECT_EQ(paths(root["reference_file"]),
               (std::vector<std::string>{"D:\\old\\named.png", "E:\\new\\moved.png", "C:\\scenes\\beside.png",
                                         "D:\\old\\gone.png"}));

@@ -1,5 +1,5 @@
-// The chunk streams of a scene file: what well-formed bytes mean, and that damaged ones are refused in every way in
-// which they can be damaged.
+// The chunk streams of a scene file: what well-formed bytes mean, and that damaged ones are refused in every
+// way in which they can be damaged.
 #include "standin/scene/byte_writer.h"
 #include "standin/scene/scene_chunks.h"
 
@@ -8,8 +8,8 @@
 namespace {
 
 using standin::ByteBuffer;
-using standin::ByteWriter;
 using standin::Bytes;
+using standin::ByteWriter;
 using standin::Chunk;
 using standin::ChunkWalk;
 using standin::SceneClass;
@@ -24,16 +24,20 @@ SceneClass scene_class(std::uint32_t id_a, std::uint32_t super_class) {
 }
 
 // 0: node, 1: camera, 2: mesh, 3: the grid, which has the node's class id.
-const std::vector<SceneClass> kClasses = {scene_class(1, 0x1), scene_class(0x1001, 0x20), scene_class(0x10, 0x10),
-                                          scene_class(1, 0xFFFFFE00)};
+const std::vector<SceneClass> kClasses = {scene_class(1, 0x1), scene_class(0x1001, 0x20),
+                                          scene_class(0x10, 0x10), scene_class(1, 0xFFFFFE00)};
 
 ByteBuffer node(const std::wstring& name, const ByteBuffer& references, std::uint16_t id = 0x2034) {
     return ByteWriter().chunk(id, references).chunk(0x0962, ByteWriter().utf16(name).bytes()).bytes();
 }
 
-ByteBuffer list_of(std::uint32_t object) { return ByteWriter().u32(object).bytes(); }
+ByteBuffer list_of(std::uint32_t object) {
+    return ByteWriter().u32(object).bytes();
+}
 
-ByteBuffer with_modifiers(std::uint32_t object) { return ByteWriter().chunk(0x2034, list_of(object)).bytes(); }
+ByteBuffer with_modifiers(std::uint32_t object) {
+    return ByteWriter().chunk(0x2034, list_of(object)).bytes();
+}
 
 ByteBuffer scene_of(const ByteWriter& objects) {
     return ByteWriter().container(kAnyContainer, objects.bytes()).bytes();
@@ -84,7 +88,7 @@ TEST(SceneChunks, HeaderSizesCountTheHeader) {
 }
 
 TEST(SceneChunks, SizeZeroMeansALongSize) {
-    const ByteBuffer bytes = {0x23, 0x20, 0, 0, 0, 0, 20, 0, 0,   0,   0, 0,
+    const ByteBuffer bytes = {0x23, 0x20, 0, 0, 0, 0, 20, 0, 0,   0,   0,  0,
                               0,    0x80, 1, 0, 6, 0, 0,  0, 'l', 'a', 's'};
     ChunkWalk walk{Bytes(bytes)};
     Chunk chunk;
@@ -104,7 +108,8 @@ TEST(SceneChunks, ImpossibleSizesAreRefused) {
                   "chunk at byte 0 has a size smaller than its own header");
     }
     // A container of size zero: the top bit alone is no long size.
-    EXPECT_EQ(walk_problem({1, 0, 0, 0, 0, 0x80}, 0), "chunk at byte 0 has a size smaller than its own header");
+    EXPECT_EQ(walk_problem({1, 0, 0, 0, 0, 0x80}, 0),
+              "chunk at byte 0 has a size smaller than its own header");
     EXPECT_EQ(walk_problem({1, 0, 0, 0, 0, 0}, 0), "chunk at byte 0 is cut off in its header");
     // Long sizes: zero, smaller than the 14 bytes of the header, as large as they go.
     EXPECT_EQ(walk_problem(ByteWriter().u16(1).u32(0).number(std::uint64_t(0)).bytes(), 0),
@@ -121,7 +126,8 @@ TEST(SceneChunks, ClassDirectory) {
     content.chunk(0x2042, ByteWriter().utf16(L"Target").bytes());
     std::vector<SceneClass> classes;
     std::string problem;
-    const ByteBuffer two = ByteWriter().container(0x2040, content.bytes()).container(0x2040, content.bytes()).bytes();
+    const ByteBuffer two =
+        ByteWriter().container(0x2040, content.bytes()).container(0x2040, content.bytes()).bytes();
     ASSERT_TRUE(standin::read_class_directory(two, classes, problem)) << problem;
     ASSERT_EQ(classes.size(), 2u);
     EXPECT_EQ(classes[1].name, L"Target");
@@ -131,7 +137,8 @@ TEST(SceneChunks, ClassDirectory) {
     EXPECT_EQ(classes[1].super_class, 0x20u);
     for (std::size_t length = 0; length < two.size(); ++length) {
         const bool whole = length == two.size() / 2;
-        EXPECT_EQ(standin::read_class_directory(Bytes(two.data(), length), classes, problem), whole) << length;
+        EXPECT_EQ(standin::read_class_directory(Bytes(two.data(), length), classes, problem), whole)
+            << length;
         EXPECT_EQ(problem.empty(), whole);
     }
 }
@@ -142,8 +149,8 @@ TEST(SceneChunks, ClassWithoutIdsIsRefused) {
     content.chunk(0x2060, ByteWriter().u32(1).u32(2).u32(3).bytes());
     std::vector<SceneClass> classes;
     std::string problem;
-    EXPECT_FALSE(standin::read_class_directory(ByteWriter().container(0x2040, content.bytes()).bytes(), classes,
-                                               problem));
+    EXPECT_FALSE(standin::read_class_directory(ByteWriter().container(0x2040, content.bytes()).bytes(),
+                                               classes, problem));
     EXPECT_EQ(problem, "class 0: it has no name or no ids");
 }
 
@@ -169,7 +176,8 @@ TEST(SceneChunks, CameraUnderModifiers) {
     objects.container(0, node(L"Modified", list_of(2)));
     objects.container(0, node(L"Modified too", list_of(2)));
     std::string problem;
-    EXPECT_EQ(cameras_of(scene_of(objects), problem), (std::vector<std::wstring>{L"Modified", L"Modified too"}));
+    EXPECT_EQ(cameras_of(scene_of(objects), problem),
+              (std::vector<std::wstring>{L"Modified", L"Modified too"}));
     EXPECT_EQ(problem, "");
 }
 
@@ -248,7 +256,8 @@ TEST(SceneChunks, DamagedReferencesAreRefused) {
         {{1, 0, 7, 0, 0, 0}, "object 1: chunk at byte 0 reaches past the end"},
     };
     for (const auto& each : kCases) {
-        EXPECT_EQ(problem_of(scene_of(ByteWriter().container(1, {}).container(0, each.object))), each.problem);
+        EXPECT_EQ(problem_of(scene_of(ByteWriter().container(1, {}).container(0, each.object))),
+                  each.problem);
     }
 }
 
@@ -280,7 +289,8 @@ TEST(SceneChunks, ReferencedFiles) {
     EXPECT_EQ(files[1].found, L"D:\\b.max");
     for (std::size_t length = 0; length < both.size(); ++length) {
         const bool whole = length == 0 || length == first.size();
-        EXPECT_EQ(standin::read_referenced_files(Bytes(both.data(), length), files, problem), whole) << length;
+        EXPECT_EQ(standin::read_referenced_files(Bytes(both.data(), length), files, problem), whole)
+            << length;
     }
 }
 

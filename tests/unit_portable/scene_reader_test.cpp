@@ -1,5 +1,5 @@
-// Whole scenes from their streams: composed and read back, cut off at every byte, changed at random; and the layer
-// around the streams.
+// Whole scenes from their streams: composed and read back, cut off at every byte, changed at random; and the
+// layer around the streams.
 #include "standin/scene/byte_writer.h"
 #include "standin/scene/property_set.h"
 #include "standin/scene/scene_composer.h"
@@ -70,7 +70,8 @@ ByteBuffer summary_of(const std::vector<Section>& sections, std::uint32_t code_p
 TEST(SceneReader, SummaryLinesLieUnderTheirHeadings) {
     standin::Summary summary;
     std::string problem;
-    const ByteBuffer bytes = summary_of({{"General", {"one", "three"}}, {"Materials", {}}, {"Objects", {"\xE7\x9B\xB8"}}});
+    const ByteBuffer bytes =
+        summary_of({{"General", {"one", "three"}}, {"Materials", {}}, {"Objects", {"\xE7\x9B\xB8"}}});
     ASSERT_TRUE(standin::read_summary(bytes, summary, problem)) << problem;
     ASSERT_EQ(summary.sections.size(), 3u);
     EXPECT_EQ(summary.sections[0].lines, (std::vector<std::wstring>{L"one", L"three"}));
@@ -84,12 +85,12 @@ TEST(SceneReader, SummaryLinesLieUnderTheirHeadings) {
 
 TEST(SceneReader, SummaryOfAHostWithADecimalComma) {
     SceneStreams streams = standin::compose_scene(standin::sample_model()).streams;
-    streams.summary.bytes =
-        summary_of({{"General", {"3ds Max Version: 19,20", "Saved As Version: 18,00"}},
-                    {"Scene Totals", {"Cameras: 3"}},
-                    {"Objects", {"Render Width=1", "Cameras: 9"}},
-                    {"Render Data", {"Render Width=1920", "Render Height=1080", "Animation Start=-5", "Animation End=100",
-                                     "Render Camera 00=Camera001"}}});
+    streams.summary.bytes = summary_of({{"General", {"3ds Max Version: 19,20", "Saved As Version: 18,00"}},
+                                        {"Scene Totals", {"Cameras: 3"}},
+                                        {"Objects", {"Render Width=1", "Cameras: 9"}},
+                                        {"Render Data",
+                                         {"Render Width=1920", "Render Height=1080", "Animation Start=-5",
+                                          "Animation End=100", "Render Camera 00=Camera001"}}});
     const SceneModel model = read(streams);
     EXPECT_EQ(model.version, L"19.2");
     EXPECT_EQ(model.app_version, L"2017");
@@ -160,7 +161,8 @@ TEST(SceneReader, MissingOptionalStreamsAreNoted) {
     EXPECT_EQ(model.notes.size(), 2u);
 }
 
-// Every stream, cut off at every byte, is refused by name. The list of files is whole after each of its records.
+// Every stream, cut off at every byte, is refused by name. The list of files is whole after each of its
+// records.
 TEST(SceneReader, CutOffStreamsAreRefused) {
     const SceneStreams whole = standin::compose_scene(standin::sample_model()).streams;
     for (std::size_t length = 0; length < whole.scene.size(); ++length) {
@@ -178,7 +180,8 @@ TEST(SceneReader, CutOffStreamsAreRefused) {
     for (std::size_t length = 0; length < whole.summary.bytes.size(); ++length) {
         SceneStreams cut = whole;
         cut.summary.bytes.resize(length);
-        ASSERT_EQ(problem_of(cut).compare(0, 47, "is damaged: stream DocumentSummaryInformation: "), 0) << length;
+        ASSERT_EQ(problem_of(cut).compare(0, 47, "is damaged: stream DocumentSummaryInformation: "), 0)
+            << length;
     }
 }
 
@@ -189,8 +192,8 @@ TEST(SceneReader, RandomChangesAreSurvived) {
     int refused = 0;
     for (int round = 0; round < 20000; ++round) {
         SceneStreams changed = whole;
-        ByteBuffer* const buffers[] = {&changed.class_directory, &changed.scene, &changed.referenced_files.bytes,
-                                       &changed.summary.bytes};
+        ByteBuffer* const buffers[] = {&changed.class_directory, &changed.scene,
+                                       &changed.referenced_files.bytes, &changed.summary.bytes};
         ByteBuffer& buffer = *buffers[random() % 4];
         for (std::uint32_t change = 1 + random() % 4; change > 0; --change) {
             static const std::uint8_t kEdges[] = {0x00, 0x01, 0x7F, 0x80, 0xFF};
@@ -248,23 +251,35 @@ TEST(SceneReader, Utf8FromBothSides) {
     }
 }
 
-// A storage of 512-byte sectors: header, one table, `used` sectors in one chain.
-ByteBuffer storage_of(std::uint32_t used) {
-    ByteWriter header;
-    header.raw({0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1}).raw(ByteBuffer(22)).u16(9).raw(ByteBuffer(12));
-    header.u32(1).raw(ByteBuffer(20)).u32(0xFFFFFFFE).u32(0).u32(0);
-    while (header.size() < 512) {
-        header.u32(0xFFFFFFFF);
+void fill_sector(ByteWriter& writer) {
+    while (writer.size() % 512 != 0) {
+        writer.u32(0xFFFFFFFF);
     }
-    ByteWriter table;
-    table.u32(0xFFFFFFFD);
-    for (std::uint32_t sector = 1; sector <= used; ++sector) {
-        table.u32(sector == used ? 0xFFFFFFFE : sector + 1);
+}
+
+ByteBuffer entry(std::uint8_t kind, std::uint32_t child, std::uint32_t first_sector, std::uint32_t size) {
+    ByteWriter writer;
+    writer.raw(ByteBuffer(66)).raw({kind, 0}).u32(0xFFFFFFFF).u32(0xFFFFFFFF).u32(child).raw(ByteBuffer(36));
+    return writer.u32(first_sector).u32(size).u32(0).bytes();
+}
+
+// A storage of 512-byte sectors: the header, sector 0 the table, sector 1 the directory with its root and one
+// stream of 4096 bytes, sectors 2 to 9 the stream.
+ByteBuffer small_storage() {
+    ByteWriter writer;
+    writer.raw({0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1})
+        .raw(ByteBuffer(22))
+        .u16(9)
+        .raw(ByteBuffer(12));
+    writer.u32(1).u32(1).raw(ByteBuffer(8)).u32(0xFFFFFFFE).u32(0).u32(0xFFFFFFFE).u32(0).u32(0);
+    fill_sector(writer);
+    writer.u32(0xFFFFFFFD).u32(0xFFFFFFFE);
+    for (std::uint32_t sector = 2; sector <= 9; ++sector) {
+        writer.u32(sector == 9 ? 0xFFFFFFFE : sector + 1);
     }
-    while (table.size() < 512) {
-        table.u32(0xFFFFFFFF);
-    }
-    return ByteWriter().raw(header.bytes()).raw(table.bytes()).raw(ByteBuffer(used * 512)).bytes();
+    fill_sector(writer);
+    writer.raw(entry(5, 1, 0, 0)).raw(entry(2, 0xFFFFFFFF, 2, 4096)).raw(ByteBuffer(256));
+    return writer.raw(ByteBuffer(4096)).bytes();
 }
 
 std::string storage_problem(const ByteBuffer& file) {
@@ -280,7 +295,7 @@ std::string storage_problem(const ByteBuffer& file) {
 }
 
 TEST(SceneReader, StorageLayout) {
-    const ByteBuffer good = storage_of(3);
+    const ByteBuffer good = small_storage();
     EXPECT_EQ(storage_problem(good), "");
     for (std::size_t length = 1; length < good.size(); ++length) {
         const ByteBuffer cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length));
@@ -292,28 +307,67 @@ TEST(SceneReader, StorageLayout) {
               "is not a 3ds Max scene: it is no structured storage file");
 }
 
+constexpr std::size_t kTable = 512;
+constexpr std::size_t kRoot = 1024;
+constexpr std::size_t kStream = kRoot + 128;
+const std::string kBadTable = "is damaged: its table of sectors contradicts itself";
+const std::string kBadDirectory = "is damaged: its directory contradicts itself";
+const std::string kCutOff = "is cut off: it has 5632 bytes and should have at least ";
+
+struct StorageDamage {
+    std::size_t offset;
+    std::uint32_t word;
+    std::string problem;
+};
+const StorageDamage kStorageDamage[] = {
+    {28, 0x00200000, "is damaged: its header names an impossible sector size"},
+    {44, 0, "is damaged: its header names no table of sectors"},
+    {44, 2, "is damaged: its table of sectors is incomplete"},
+    {44, 0xFFFFFFFF, kCutOff + "2199023255552"},
+    {48, 0x00FFFFFF, kBadTable},
+    {48, 2, kBadDirectory}, // the stream's own sectors
+    {60, 0x00FFFFFF, kBadTable},
+    {76, 0x00FFFFFF, kCutOff + "8589935104"},
+    {kTable + 12, 2, kBadTable},          // a second way into a sector
+    {kTable + 36, 2, kBadTable},          // a circle
+    {kTable + 12, 0x00FFFFFF, kBadTable}, // out of the table
+    {kTable + 12, 0xFFFFFFFE, kBadDirectory},
+    {kTable + 508, 0xFFFFFFFE, kCutOff + "66048"},
+    {kRoot + 64, 0x00020000, kBadDirectory}, // the root is a stream
+    {kRoot + 76, 7, kBadDirectory},
+    {kRoot + 120, 4096, kBadTable},
+    {kStream + 64, 0, kBadDirectory}, // of no kind
+    {kStream + 68, 1, kBadDirectory}, // its own neighbour
+    {kStream + 72, 0, kBadDirectory},
+    {kStream + 116, 0x00FFFFFF, kBadTable},
+    {kStream + 120, 4097, kBadDirectory},
+    {kStream + 120, 100, kBadDirectory}, // short, and there are no small sectors
+};
+
 TEST(SceneReader, DamagedStorageLayout) {
-    const struct {
-        std::size_t offset;
-        std::uint32_t word;
-        const char* problem;
-    } kCases[] = {
-        {28, 0x00200000, "is damaged: its header names an impossible sector size"},
-        {44, 0, "is damaged: its header names no table of sectors"},
-        {44, 2, "is damaged: its table of sectors is incomplete"},
-        {44, 0xFFFFFFFF, "is cut off: it has 2560 bytes and should have at least 2199023255552"},
-        {76, 0x00FFFFFF, "is cut off: it has 2560 bytes and should have at least 8589935104"},
-        {512 + 8, 2, "is damaged: its table of sectors contradicts itself"},
-        {512 + 8, 0x00FFFFFF, "is damaged: its table of sectors contradicts itself"},
-        {512 + 508, 0xFFFFFFFE, "is cut off: it has 2560 bytes and should have at least 66048"},
-    };
-    for (const auto& each : kCases) {
-        ByteBuffer bad = storage_of(3);
+    for (const auto& each : kStorageDamage) {
+        ByteBuffer bad = small_storage();
         for (std::size_t byte = 0; byte < 4; ++byte) {
             bad[each.offset + byte] = static_cast<std::uint8_t>(each.word >> (8 * byte));
         }
-        EXPECT_EQ(storage_problem(bad), each.problem) << each.offset;
+        EXPECT_EQ(storage_problem(bad), each.problem) << each.offset << " " << each.word;
     }
+}
+
+// Whatever a damaged layer says, looking at it ends.
+TEST(SceneReader, RandomStorageChangesAreSurvived) {
+    const ByteBuffer good = small_storage();
+    std::mt19937 random(20190521);
+    int refused = 0;
+    for (int round = 0; round < 20000; ++round) {
+        ByteBuffer changed = good;
+        for (std::uint32_t change = 1 + random() % 6; change > 0; --change) {
+            changed[random() % 1536] = static_cast<std::uint8_t>(random() % 12);
+        }
+        refused += storage_problem(changed).empty() ? 0 : 1;
+    }
+    EXPECT_GT(refused, 1000);
+    EXPECT_LT(refused, 20000);
 }
 
 } // namespace

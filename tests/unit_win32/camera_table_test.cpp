@@ -221,6 +221,17 @@ TEST_F(CameraTable, InvertingAddsARecordForARowThatNoCameraBelongsTo) {
     EXPECT_EQ(row_count(list), 2);
 }
 
+TEST_F(CameraTable, InvertingTakesARowThatIsNotThereForAnUntickedCameraWithoutAName) {
+    add_columns();
+    ui.CreateCameraTable(list, {{L"One", CameraRecord()}});
+    CameraMap stored = {{L"One", CameraRecord()}, {L"Two", CameraRecord()}};
+    ui.InvertCameraSelection(dialog, stored);
+    ASSERT_EQ(stored.size(), 3u);
+    EXPECT_TRUE(stored[L"One"].checked);
+    EXPECT_FALSE(stored[L"Two"].checked);
+    EXPECT_FALSE(stored[L""].checked);
+}
+
 TEST_F(CameraTable, ARowsTextIsReadUpTo259Characters) {
     add_columns();
     const std::wstring long_name(300, L'n');

@@ -30,8 +30,9 @@ protected:
         static int number = 0;
         wchar_t temp[MAX_PATH] = {};
         ::GetTempPathW(MAX_PATH, temp);
+        // Process ids come again soon, therefore the time.
         folder_ = std::wstring(temp) + L"client test \x5854 " + std::to_wstring(::GetCurrentProcessId()) +
-                  L" " + std::to_wstring(++number);
+                  L" " + std::to_wstring(::GetTickCount64()) + L" " + std::to_wstring(++number);
         ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr));
     }
 
@@ -40,14 +41,23 @@ protected:
             ::TerminateProcess(client_.get(), 0);
             ::WaitForSingleObject(client_.get(), kPatienceMs);
         }
+        // The system closes the files of an ended process a little after it says that the process has ended.
+        for (DWORD waited = 0; waited < 5000 && !remove_folder(); waited += 20) {
+            ::Sleep(20);
+        }
+        ::WSACleanup();
+    }
+
+    bool remove_folder() const {
         WIN32_FIND_DATAW found = {};
         const HANDLE search = ::FindFirstFileW(in_folder(L"*").c_str(), &found);
-        do {
-            ::DeleteFileW(in_folder(found.cFileName).c_str());
-        } while (::FindNextFileW(search, &found) != 0);
-        ::FindClose(search);
-        ::RemoveDirectoryW(folder_.c_str());
-        ::WSACleanup();
+        if (search != INVALID_HANDLE_VALUE) {
+            do {
+                ::DeleteFileW(in_folder(found.cFileName).c_str());
+            } while (::FindNextFileW(search, &found) != 0);
+            ::FindClose(search);
+        }
+        return ::RemoveDirectoryW(folder_.c_str()) != 0 || ::GetLastError() == ERROR_FILE_NOT_FOUND;
     }
 
     std::wstring in_folder(const std::wstring& name) const { return folder_ + L"\\" + name; }

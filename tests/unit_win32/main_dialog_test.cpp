@@ -1,8 +1,5 @@
-#include "dialog/main_dialog.h"
+#include "tests/unit_win32/main_dialog_fixture.h"
 
-#include "tests/support/dialog_fixture.h"
-
-#include <fstream>
 #include <stdexcept>
 
 namespace {
@@ -10,72 +7,6 @@ namespace {
 using namespace tarvo_test;
 using tarvo::MainDialogProc;
 using tarvo::Text;
-
-using Names = std::vector<std::wstring>;
-
-class MainDialog : public DialogTest {
-protected:
-    // The dialog over "Cam A", "Cam B" and "Cam C".
-    void open(const Analysis& analysis = Analysis()) {
-        let_it_open(analysis);
-        dialog = show(IDD_MAIN, MainDialogProc);
-        list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
-        new_log_lines();
-    }
-
-    INT_PTR send(UINT message, WPARAM w_param = 0, LPARAM l_param = 0) const {
-        return MainDialogProc(dialog, message, w_param, l_param);
-    }
-    INT_PTR command(int control, int notification = 0) const {
-        return send(WM_COMMAND, MAKEWPARAM(control, notification));
-    }
-
-    void click(int control) const { ::SendDlgItemMessageW(dialog, control, BM_CLICK, 0, 0); }
-
-    INT_PTR double_click(int row) const {
-        NMITEMACTIVATE notice = {};
-        notice.hdr.idFrom = IDC_MAIN_CAMERAS;
-        notice.hdr.code = static_cast<UINT>(NM_DBLCLK);
-        notice.iItem = row;
-        return send(WM_NOTIFY, IDC_MAIN_CAMERAS, reinterpret_cast<LPARAM>(&notice));
-    }
-
-    INT_PTR step(int spinner, int delta, UINT code = static_cast<UINT>(UDN_DELTAPOS)) const {
-        NMUPDOWN notice = {};
-        notice.hdr.idFrom = static_cast<UINT_PTR>(spinner);
-        notice.hdr.code = code;
-        notice.iDelta = delta;
-        return send(WM_NOTIFY, static_cast<WPARAM>(spinner), reinterpret_cast<LPARAM>(&notice));
-    }
-
-    INT_PTR follow_link(const std::wstring& url, UINT code = static_cast<UINT>(NM_CLICK)) const {
-        NMLINK notice = {};
-        notice.hdr.idFrom = IDC_MAIN_LINK;
-        notice.hdr.code = code;
-        url.copy(notice.item.szUrl, L_MAX_URL_LENGTH - 1);
-        return send(WM_NOTIFY, IDC_MAIN_LINK, reinterpret_cast<LPARAM>(&notice));
-    }
-
-    void select(int row) const { set_row_state(list, row, LVIS_SELECTED, LVIS_SELECTED); }
-    void focus(int row) const {
-        set_row_state(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-    }
-
-    bool is_pressed(int control) const {
-        return ::IsDlgButtonChecked(dialog, control) == static_cast<UINT>(BST_CHECKED);
-    }
-
-    std::string stored_ticks() {
-        std::string all;
-        for (const auto& entry : scene.cameras()) {
-            all += entry.second.checked ? 'x' : '-';
-        }
-        return all;
-    }
-
-    HWND dialog = nullptr;
-    HWND list = nullptr;
-};
 
 TEST_F(MainDialog, OpensFilled) {
     open();
@@ -293,99 +224,6 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     std::remove(proof.c_str());
 }
 
-TEST_F(MainDialog, EditWithoutASelectedRowOnlyKeepsTheTicks) {
-    open();
-    std::wstring stale = L"from before";
-    ui.add_selected_camera(stale);
-    tick(list, 2);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-    EXPECT_EQ(command(IDC_MAIN_EDIT_CAMERAS), 1);
-    EXPECT_FALSE(driver.has_acted());
-    EXPECT_TRUE(ui.selected_cameras().empty());
-    EXPECT_EQ(stored_ticks(), "--x");
-}
-
-TEST_F(MainDialog, EditChangesTheSelectedRows) {
-    open();
-    select(0);
-    select(2);
-    tick(list, 1);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND edit) {
-        EXPECT_EQ(field(edit, IDC_EDIT_NAME), L"Cam A");
-        type(edit, IDC_EDIT_START_FRAME, L"42");
-        ::SendDlgItemMessageW(edit, IDC_EDIT_CONFIRM, BM_CLICK, 0, 0);
-    });
-    click(IDC_MAIN_EDIT_CAMERAS);
-    EXPECT_TRUE(driver.has_acted());
-    EXPECT_EQ(scene.cameras()[L"Cam A"].start_frame, 42);
-    EXPECT_EQ(scene.cameras()[L"Cam B"].start_frame, 7);
-    EXPECT_EQ(scene.cameras()[L"Cam C"].start_frame, 42);
-    EXPECT_EQ(cell(list, 2, 3), L"42");
-    EXPECT_EQ(ticks(list), "-x-");
-}
-
-TEST_F(MainDialog, EverySelectedRowIsPickedAndASecondSelectionReplacesTheFirst) {
-    open();
-    for (int row = 0; row < 3; ++row) {
-        select(row);
-    }
-    {
-        const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-        command(IDC_MAIN_EDIT_CAMERAS);
-    }
-    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam A", L"Cam B", L"Cam C"}));
-    focus(1);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-    EXPECT_EQ(double_click(1), 1);
-    EXPECT_TRUE(driver.has_acted());
-    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam B"}));
-}
-
-TEST_F(MainDialog, ADoubleClickBesideTheRowsDoesNothing) {
-    open();
-    focus(1);
-    tick(list, 0);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-    EXPECT_EQ(double_click(-1), 1);
-    EXPECT_FALSE(driver.has_acted());
-    EXPECT_EQ(stored_ticks(), "---");
-}
-
-TEST_F(MainDialog, ADoubleClickWithoutAFocusedSelectedRowKeepsTheTicksAndTheOldSelection) {
-    open();
-    std::wstring kept = L"Cam C";
-    ui.add_selected_camera(kept);
-    select(0);
-    set_row_state(list, 1, LVIS_FOCUSED, LVIS_FOCUSED);
-    tick(list, 0);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-    EXPECT_EQ(double_click(0), 1);
-    EXPECT_FALSE(driver.has_acted());
-    EXPECT_EQ(stored_ticks(), "x--");
-    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam C"}));
-}
-
-TEST_F(MainDialog, ARowBeyondTheCameraCollectionIsNotEdited) {
-    open();
-    scene.cameras().erase(L"Cam C");
-    focus(2);
-    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
-    double_click(2);
-    command(IDC_MAIN_EDIT_CAMERAS);
-    EXPECT_FALSE(driver.has_acted());
-}
-
-TEST_F(MainDialog, ARowThatNoCameraBelongsToIsAddedWhenTheTicksAreKept) {
-    open();
-    const tarvo::CameraRecord other = scene.cameras()[L"Cam C"];
-    scene.cameras().erase(L"Cam A");
-    scene.cameras()[L"Other"] = other;
-    tick(list, 0);
-    command(IDC_MAIN_EDIT_CAMERAS);
-    EXPECT_TRUE(scene.cameras()[L"Cam A"].checked);
-    EXPECT_EQ(scene.cameras().size(), 4u);
-}
-
 TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {
     open();
     boxes.on_show = [](const TestBox&) { throw std::runtime_error("in a box"); };
@@ -395,22 +233,6 @@ TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {
     boxes.on_show = [](const TestBox&) { throw 7; };
     EXPECT_EQ(command(IDC_MAIN_BLOCKS_64), 0);
     EXPECT_EQ(new_log_lines().size(), 1u);
-}
-
-TEST_F(MainDialog, SubmittingAnswersWhatTheSequenceSays) {
-    open();
-    boxes.answers = {IDCANCEL};
-    EXPECT_EQ(command(IDC_MAIN_SUBMIT), -1);
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    expect_box(0, dialog, IDS_NO_CAMERA_CHECKED, IDS_CAPTION, MB_OKCANCEL);
-    EXPECT_EQ(test_host().save_count, 0);
-    test_host().file_path.clear();
-    tick(list, 0);
-    EXPECT_EQ(command(IDC_MAIN_SUBMIT), 0);
-    ASSERT_EQ(boxes.shown.size(), 2u);
-    expect_box(1, dialog, IDS_SCENE_FILE_EMPTY, IDS_CAPTION, MB_OK);
-    EXPECT_EQ(test_host().save_count, 1);
-    EXPECT_FALSE(has_ended(dialog));
 }
 
 TEST_F(MainDialog, IsModalAndEndsWhenItsOpeningIsRefused) {

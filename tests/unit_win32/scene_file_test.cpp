@@ -1,4 +1,5 @@
-// Scene files on disk: written by our generator and read back, compressed, damaged, and files that are no scenes.
+// Scene files on disk: written by our generator and read back, compressed, damaged, and files that are no
+// scenes.
 #include "standin/scene/scene_composer.h"
 #include "standin/scene/scene_file_win32.h"
 #include "standin/scene/scene_writer_win32.h"
@@ -22,14 +23,21 @@ protected:
     void SetUp() override {
         wchar_t temporary[MAX_PATH] = {};
         ::GetTempPathW(MAX_PATH, temporary);
-        folder_ = std::wstring(temporary) + L"scene_\u573A\u666F_" + std::to_wstring(::GetCurrentProcessId());
-        ::CreateDirectoryW(folder_.c_str(), nullptr);
+        folder_ = std::wstring(temporary) + L"scene_\u573A\u666F_" +
+                  std::to_wstring(::GetCurrentProcessId()) + L"_" + std::to_wstring(::GetTickCount64());
+        ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr));
     }
     void TearDown() override {
-        for (const std::wstring& path : paths_) {
-            ::DeleteFileW(path.c_str());
+        bool removed = false;
+        // A program that has just ended may hold its output file for a moment longer.
+        for (int attempt = 0; attempt < 50 && !removed; ++attempt) {
+            ::Sleep(attempt == 0 ? 0 : 20);
+            for (const std::wstring& each : paths_) {
+                ::DeleteFileW(each.c_str());
+            }
+            removed = ::RemoveDirectoryW(folder_.c_str()) != 0;
         }
-        EXPECT_TRUE(::RemoveDirectoryW(folder_.c_str())) << "a file was left behind, or is still open";
+        EXPECT_TRUE(removed) << "a file was left behind, or is still open";
     }
 
     std::wstring path(const std::wstring& name) {
@@ -64,7 +72,11 @@ std::wstring SceneFile::write_storage(const std::vector<std::pair<const wchar_t*
         IStream* opened = nullptr;
         EXPECT_EQ(storage.get()->CreateStream(each.first, kMode, 0, 0, &opened), S_OK);
         const standin::StreamPointer stream(opened);
-        EXPECT_EQ(stream.get()->Write(each.second.data(), static_cast<ULONG>(each.second.size()), nullptr), S_OK);
+        if (each.second.empty()) {
+            continue;
+        }
+        EXPECT_EQ(stream.get()->Write(each.second.data(), static_cast<ULONG>(each.second.size()), nullptr),
+                  S_OK);
     }
     return file;
 }
@@ -129,15 +141,16 @@ TEST_F(SceneFile, SampleReadsBack) {
 
 TEST_F(SceneFile, UnusualNamesAndNumbersReadBack) {
     SceneModel wanted = standin::sample_model();
-    wanted.cameras = {L"\u76F8\u673A 001", L"\xD83C\xDFA5 take", std::wstring(300, L'\u957F'), L"", L"a.", L"\\/:*?\"<>|",
-                      L"\u76F8\u673A 001"};
+    wanted.cameras = {L"\u76F8\u673A 001", L"\xD83C\xDFA5 take", std::wstring(300, L'\u957F'), L"", L"a.",
+                      L"\\/:*?\"<>|",      L"\u76F8\u673A 001"};
     wanted.render_cameras = wanted.cameras;
     wanted.summary_camera_count = 7;
     wanted.width = 30000;
     wanted.height = 1;
     wanted.start_frame = -20;
     wanted.end_frame = 100000;
-    wanted.references = {{L"XRef", L"\\\\server\\share\\\u623F\u95F4.max", L""}, {L"Bitmap", std::wstring(300, L'p'), L""}};
+    wanted.references = {{L"XRef", L"\\\\server\\share\\\u623F\u95F4.max", L""},
+                         {L"Bitmap", std::wstring(300, L'p'), L""}};
     expect_same(open_good(write_scene(wanted, L"\u5BA2\u5385 \xD83C\xDFA5.max")), wanted);
 }
 
@@ -171,10 +184,11 @@ TEST_F(SceneFile, SameModelSameBytes) {
 
 TEST_F(SceneFile, CompressedStreamsAreUnpacked) {
     const standin::SceneStreams streams = standin::compose_scene(standin::sample_model()).streams;
-    const std::wstring file = write_storage({{standin::kSceneStream, gzip(streams.scene)},
-                                             {standin::kClassDirectoryStream, gzip(streams.class_directory)},
-                                             {standin::kReferencedFilesStream, gzip(streams.referenced_files.bytes)},
-                                             {standin::kSummaryStream, streams.summary.bytes}});
+    const std::wstring file =
+        write_storage({{standin::kSceneStream, gzip(streams.scene)},
+                       {standin::kClassDirectoryStream, gzip(streams.class_directory)},
+                       {standin::kReferencedFilesStream, gzip(streams.referenced_files.bytes)},
+                       {standin::kSummaryStream, streams.summary.bytes}});
     expect_same(open_good(file), standin::sample_model());
 }
 
@@ -244,8 +258,8 @@ TEST_F(SceneFile, OtherStoragesAreRefused) {
 TEST_F(SceneFile, FileThatAnotherProgramHolds) {
     const std::wstring file = write_scene(standin::sample_model());
     {
-        const tarvo::FileHandle held(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                                   FILE_ATTRIBUTE_NORMAL, nullptr));
+        const tarvo::FileHandle held(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
         ASSERT_TRUE(static_cast<bool>(held));
         EXPECT_EQ(problem_of(file), L"cannot be opened: another program holds it.");
     }

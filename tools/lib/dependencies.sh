@@ -75,7 +75,7 @@ seven_zip() {
     printf '%s  %s\n' "$SEVEN_ZIP_SHA512" "$archive" | sha512sum --check --status \
         || die "the fetched $SEVEN_ZIP_PACKAGE is not the known one (sha512 differs)" "Do not use it."
     mkdir -p "$target"
-    tar -xzf "$archive" -C "$target" --strip-components=4 package/win/x64/7z.exe package/win/x64/7z.dll
+    tar -xzf "$archive" -C "$target" --strip-components=3 package/win/x64/7z.exe package/win/x64/7z.dll
     rm -rf "$work"
 }
 

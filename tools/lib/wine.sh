@@ -21,13 +21,39 @@ wine_up() {
         DISPLAY='' quietly "$TARVO_BUILD_DIR/logs/wineboot.log" "Remove $WINE_PREFIX_DIR and try again." \
             env LC_ALL=C.UTF-8 wineboot -i
         wineserver -w
-        # Without a window manager nobody draws a frame unless Wine does it itself.
-        LC_ALL=C.UTF-8 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Decorated /d N /f >/dev/null 2>&1
-        wineserver -w
         touch "$WINE_PREFIX_DIR/.ready"
     fi
     start_screen
+    # A server left over from a run that was cut off would still talk to that run's screen.
+    wineserver -k 2>/dev/null || true
     wineserver -p
+    hold_wine
+    manage_windows
+}
+
+# On the virtual screen no window manager draws frames, and Wine would wait two seconds for its answer whenever a
+# window closes: there Wine manages its windows itself. On a person's screen the desktop does.
+manage_windows() {
+    local wanted=N marker=$WINE_PREFIX_DIR/.managed
+    [ -n "${TARVO_KEEP_DISPLAY:-}" ] && wanted=Y
+    [ "$(cat "$marker" 2>/dev/null)" = "$wanted" ] && return 0
+    local name
+    for name in Managed Decorated; do
+        LC_ALL=C.UTF-8 wine reg add 'HKCU\Software\Wine\X11 Driver' /v "$name" /d "$wanted" /f >/dev/null 2>&1
+    done
+    printf '%s' "$wanted" >"$marker"
+}
+
+# Wine's own services start with the first program, end with the last, and inherit the output of whoever came first:
+# without a program that stays, each start is slow and a pipe behind it is never closed.
+hold_wine() {
+    local never=$TARVO_BUILD_DIR/never
+    rm -f "$never"
+    mkfifo "$never"
+    # Opened for reading and writing, so that its end never comes.
+    LC_ALL=C.UTF-8 wine cmd <>"$never" >/dev/null 2>&1 &
+    HOLD_PID=$!
+    LC_ALL=C.UTF-8 wine cmd /c exit >/dev/null 2>&1 </dev/null
 }
 
 start_screen() {
@@ -49,8 +75,9 @@ start_screen() {
 wine_down() {
     wine_environment
     wineserver -k 2>/dev/null || true
+    [ -n "${HOLD_PID:-}" ] && kill "$HOLD_PID" 2>/dev/null
     [ -n "${SCREEN_PID:-}" ] && kill "$SCREEN_PID" 2>/dev/null
-    SCREEN_PID=
+    SCREEN_PID= HOLD_PID=
     return 0
 }
 

@@ -1,0 +1,180 @@
+// The exchange with a client that does everything right, while one step on this side fails.
+#include "tests/support/patched_import.h"
+#include "tests/support/raw_server.h"
+#include "tests/unit_win32/client_link_fixture.h"
+
+#include <winhttp.h>
+
+namespace {
+
+using tarvo::Text;
+using tarvo_test::ClientLink;
+using tarvo_test::http_reply;
+using tarvo_test::kNotParsed;
+using tarvo_test::kRead;
+using tarvo_test::PatchedImport;
+using tarvo_test::RawServer;
+using tarvo_test::say;
+
+// Replacements for the library's functions. Each fails with a code of its own.
+constexpr DWORD kBrokenCode = 4711;
+std::vector<HINTERNET> g_closed;
+
+BOOL fail() {
+    ::SetLastError(kBrokenCode);
+    return FALSE;
+}
+
+HINTERNET WINAPI no_session(LPCWSTR, DWORD, LPCWSTR, LPCWSTR, DWORD) {
+    fail();
+    return nullptr;
+}
+HINTERNET WINAPI no_connection(HINTERNET, LPCWSTR, INTERNET_PORT, DWORD) {
+    fail();
+    return nullptr;
+}
+HINTERNET WINAPI no_request(HINTERNET, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR*, DWORD) {
+    fail();
+    return nullptr;
+}
+BOOL WINAPI no_headers(HINTERNET, LPCWSTR, DWORD, DWORD) {
+    return fail();
+}
+BOOL WINAPI no_query_option(HINTERNET, DWORD, LPVOID, LPDWORD) {
+    return fail();
+}
+BOOL WINAPI no_set_option(HINTERNET, DWORD, LPVOID, DWORD) {
+    return fail();
+}
+BOOL WINAPI no_query_data(HINTERNET, LPDWORD) {
+    return fail();
+}
+BOOL WINAPI no_read(HINTERNET, LPVOID, DWORD, LPDWORD) {
+    return fail();
+}
+
+DWORD g_flags_set = 0;
+BOOL WINAPI keep_flags(HINTERNET, DWORD option, LPVOID value, DWORD size) {
+    if (option == WINHTTP_OPTION_SECURITY_FLAGS && size == sizeof g_flags_set) {
+        g_flags_set = *static_cast<DWORD*>(value);
+    }
+    return TRUE;
+}
+
+using CloseFunction = BOOL(WINAPI*)(HINTERNET);
+CloseFunction real_close() {
+    return reinterpret_cast<CloseFunction>(
+        ::GetProcAddress(::GetModuleHandleW(L"winhttp.dll"), "WinHttpCloseHandle"));
+}
+BOOL WINAPI count_close(HINTERNET handle) {
+    g_closed.push_back(handle);
+    return real_close()(handle);
+}
+
+using ConnectFunction = HINTERNET(WINAPI*)(HINTERNET, LPCWSTR, INTERNET_PORT, DWORD);
+std::vector<HINTERNET> g_opened;
+HINTERNET WINAPI keep_connect(HINTERNET session, LPCWSTR server, INTERNET_PORT port, DWORD reserved) {
+    const ConnectFunction connect = reinterpret_cast<ConnectFunction>(
+        ::GetProcAddress(::GetModuleHandleW(L"winhttp.dll"), "WinHttpConnect"));
+    const HINTERNET connection = connect(session, server, port, reserved);
+    g_opened = {session, connection};
+    return connection;
+}
+
+class BrokenLink : public ClientLink {
+protected:
+    BrokenLink() {
+        g_closed.clear();
+        g_opened.clear();
+        g_flags_set = 0;
+    }
+
+    // Posts to a client that accepts everything, with one function replaced.
+    void post_with(const char* function, void* replacement) {
+        RawServer server([](SOCKET connection) { say(connection, http_reply("{\"ret\":10001}")); });
+        const PatchedImport count("winhttp.dll", "WinHttpCloseHandle", reinterpret_cast<void*>(&count_close));
+        const PatchedImport patch("winhttp.dll", function, replacement);
+        ASSERT_TRUE(count.installed());
+        ASSERT_TRUE(patch.installed());
+        post(server.port());
+    }
+
+    static std::string line(const char* text) { return "[ERROR] " + (text + std::to_string(kBrokenCode)); }
+};
+
+TEST_F(BrokenLink, SessionCannotBeOpened) {
+    post_with("WinHttpOpen", reinterpret_cast<void*>(&no_session));
+    expect_given_up();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[0], line("Http hSession failed! ErrorCode: "));
+    EXPECT_EQ(lines[1], line("Http connect error! ErrorCode: "));
+    EXPECT_TRUE(g_closed.empty());
+}
+
+TEST_F(BrokenLink, ConnectionCannotBeMade) {
+    post_with("WinHttpConnect", reinterpret_cast<void*>(&no_connection));
+    expect_given_up();
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], line("Http connect error! ErrorCode: "));
+    EXPECT_EQ(g_closed.size(), 1u);
+}
+
+TEST_F(BrokenLink, RequestCannotBeOpened) {
+    post_with("WinHttpOpenRequest", reinterpret_cast<void*>(&no_request));
+    expect_given_up();
+    EXPECT_EQ(lines.size(), 2u);
+    EXPECT_EQ(g_closed.size(), 2u);
+}
+
+TEST_F(BrokenLink, HeaderAndOptionFailuresAreLoggedAndPassedOver) {
+    const struct {
+        const char* function;
+        void* replacement;
+    } steps[] = {
+        {"WinHttpAddRequestHeaders", reinterpret_cast<void*>(&no_headers)},
+        {"WinHttpQueryOption", reinterpret_cast<void*>(&no_query_option)},
+        {"WinHttpSetOption", reinterpret_cast<void*>(&no_set_option)},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.function);
+        boxes.shown.clear();
+        post_with(step.function, step.replacement);
+        expect_box(IDS_REPLY_ACCEPTED, L"");
+        EXPECT_EQ(lines,
+                  (std::vector<std::string>{line((step.function + std::string("error, code is ")).c_str()),
+                                            kRead, "[INFO] Submit successfully."}));
+        EXPECT_TRUE(document_kept());
+    }
+}
+
+TEST_F(BrokenLink, UnknownAmountReadsNothing) {
+    post_with("WinHttpQueryDataAvailable", reinterpret_cast<void*>(&no_query_data));
+    expect_box(IDS_REPLY_NOT_PARSED, Text(IDS_CAPTION));
+    EXPECT_EQ(lines, (std::vector<std::string>{line("WinHttpQueryDataAvailableerror, code is "), kRead,
+                                               kNotParsed}));
+    EXPECT_TRUE(document_kept());
+}
+
+TEST_F(BrokenLink, ReplyCannotBeRead) {
+    post_with("WinHttpReadData", reinterpret_cast<void*>(&no_read));
+    expect_box(IDS_REPLY_NOT_READ, Text(IDS_CAPTION));
+    EXPECT_EQ(lines, std::vector<std::string>{line("Http read data failed! ErrorCode: ")});
+    EXPECT_TRUE(document_kept());
+}
+
+TEST_F(BrokenLink, CertificateFlagsAreSet) {
+    post_with("WinHttpSetOption", reinterpret_cast<void*>(&keep_flags));
+    EXPECT_EQ(g_flags_set & 0x3200u, 0x3200u);
+    expect_accepted();
+}
+
+TEST_F(BrokenLink, HandlesCloseInOrder) {
+    post_with("WinHttpConnect", reinterpret_cast<void*>(&keep_connect));
+    expect_accepted();
+    ASSERT_EQ(g_opened.size(), 2u);
+    ASSERT_EQ(g_closed.size(), 3u);
+    EXPECT_EQ(g_closed[1], g_opened[1]);
+    EXPECT_EQ(g_closed[2], g_opened[0]);
+}
+
+} // namespace

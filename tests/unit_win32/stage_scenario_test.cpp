@@ -1,0 +1,234 @@
+// What the stage refuses in a scenario, and how it judges a run.
+#include "standin/stage/expectations.h"
+#include "standin/stage/json_match.h"
+#include "standin/stage/json_read.h"
+#include "standin/stage/log_lines.h"
+#include "standin/stage/scenario.h"
+#include "standin/stage/scenario_rules.h"
+#include "tests/support/test_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+using namespace stage;
+
+std::string problem_of(const std::string& text) {
+    Json::Value scenario;
+    std::string problem;
+    return read_scenario(text, scenario, problem) ? "accepted" : problem;
+}
+
+// A scenario with one more key than it needs.
+std::string problem_with(const std::string& key) {
+    return problem_of("{\"scene\":{\"literal\":{}}," + key + "}");
+}
+
+struct Refusal {
+    const char* key;
+    const char* problem;
+};
+
+const Refusal kRefusals[] = {
+    {"\"stpes\":[]", "stpes: unknown key"},
+    {"\"steps\":{}", "steps: must be a list"},
+    {"\"steps\":[5]", "steps[0]: must be an object"},
+    {"\"steps\":[{}]", "steps[0]: one key is missing"},
+    {"\"steps\":[{\"restart\":{}},{\"chek\":{}}]", "steps[1].chek: unknown key"},
+    {"\"steps\":[{\"restart\":{},\"close\":{}}]", "steps[0]: only one key may stand here"},
+    {"\"steps\":[{\"restart\":{\"now\":true}}]", "steps[0].restart.now: unknown key"},
+    {"\"steps\":[{\"click\":{}}]", "steps[0].click: the key \"control\" is missing"},
+    {"\"steps\":[{\"click\":{\"control\":\"5\"}}]", "steps[0].click.control: must be a whole number"},
+    {"\"steps\":[{\"click\":{\"control\":1.5}}]", "steps[0].click.control: must be a whole number"},
+    {"\"steps\":[{\"check\":{\"rows\":\"some\"}}]", "steps[0].check.rows: must be \"all\" or a list"},
+    {"\"steps\":[{\"check\":{\"rows\":[true]}}]", "steps[0].check.rows[0]: must be a whole number or a text"},
+    {"\"steps\":[{\"click\":{\"control\":1,\"dialog\":\"third\"}}]",
+     "steps[0].click.dialog: must be \"main\" or \"edit\""},
+    {"\"steps\":[{\"double_click\":{\"empty_space\":false}}]",
+     "steps[0].double_click.empty_space: must be true"},
+    {"\"language\":\"de\"", "language: must be \"en\" or \"zh\""},
+    {"\"answers\":{\"59\":\"maybe\"}",
+     "answers.59: must be \"ok\" or \"cancel\" or \"yes\" or \"no\" or a list"},
+    {"\"answers\":{\"first\":\"ok\"}", "answers.first: the key must be a number"},
+    {"\"data_folder\":{\"ini\":{\"port\":true}}",
+     "data_folder.ini.port: must be null or a text or a whole number"},
+    {"\"expect\":{\"boxes\":[{\"txt\":45}]}", "expect.boxes[0].txt: unknown key"},
+    {"\"expect\":{\"main\":{\"controls\":{\"1036\":{\"text\":5}}}}",
+     "expect.main.controls.1036.text: must be a text or an object"},
+    {"\"expect\":{\"main\":{\"title\":{\"$like\":\"x\"}}}", "expect.main.title.$like: unknown key"},
+    {"\"expect\":{\"main\":{\"title\":{}}}", "expect.main.title: one key is missing"},
+    {"\"expect\":{\"files\":[{\"count\":1}]}", "expect.files[0]: the key \"name\" is missing"},
+    {"\"steps\":[{\"expect\":{\"log\":{\"qfx_ui\":{\"exactly\":[]}}}}]",
+     "steps[0].expect.log.qfx_ui.exactly: unknown key"},
+    {"\"analysis\":{\"text\":\"\",\"merge\":{}}",
+     "analysis: text, document, fails, no_text and merge/remove exclude each other"},
+};
+
+TEST(StageScenario, RefusesWithThePlace) {
+    for (const Refusal& refusal : kRefusals) {
+        EXPECT_EQ(problem_with(refusal.key), refusal.problem) << refusal.key;
+    }
+}
+
+TEST(StageScenario, RefusesWhatIsNoScenario) {
+    EXPECT_EQ(problem_of("[]"), "the scenario: must be an object");
+    EXPECT_EQ(problem_of("{}"), "the scenario: neither \"scene\" nor an analysis of its own is given");
+    EXPECT_EQ(problem_of("{\"scene\":{\"file\":\"a\",\"literal\":{}}}"),
+              "scene: only one key may stand here");
+    EXPECT_EQ(problem_of("").substr(0, 15), "not valid JSON:");
+    EXPECT_NE(
+        problem_of("{\"scene\":{\"literal\":{}},\"scene\":{\"literal\":{}}}").find("Duplicate key: 'scene'"),
+        std::string::npos);
+    EXPECT_EQ(problem_of(std::string(3000, '[')).substr(0, 15), "not valid JSON:");
+}
+
+TEST(StageScenario, AcceptsTheLeastAndAByteOrderMark) {
+    EXPECT_EQ(problem_of("{\"scene\":{\"literal\":{}}}"), "accepted");
+    EXPECT_EQ(problem_of("\xEF\xBB\xBF{\"analysis\":{\"text\":\"x\"}}"), "accepted");
+}
+
+// A key that the page does not explain cannot be used by anybody who only has the page.
+TEST(StageScenario, ThePageExplainsEveryKey) {
+    const std::string page =
+        tarvo_test::read_file(tarvo_test::test_data_folder() + "/../../docs/scenario.md");
+    ASSERT_FALSE(page.empty());
+    std::size_t count = 0;
+    const KeyRule* rules = key_rules(count);
+    ASSERT_GT(count, 100U);
+    std::set<std::string> keys;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string key = rules[i].key;
+        keys.insert(key.back() == '!' ? key.substr(0, key.size() - 1) : key);
+    }
+    for (const std::string& key : keys) {
+        EXPECT_NE(page.find("`" + key + "`"), std::string::npos) << key;
+    }
+}
+
+class StageJudgement : public ::testing::Test {
+protected:
+    // "held", or the first difference.
+    std::string judge(const std::string& expect, const std::string& transcript) const {
+        Json::Value whole = parsed_or_null(transcript);
+        whole["texts"]["45"] = "Sent.";
+        whole["texts"]["49"] = "Caption";
+        Json::Value outcomes(Json::arrayValue);
+        if (evaluate_expectations(parsed_or_null(expect), whole, "expect", outcomes)) {
+            return "held";
+        }
+        for (const Json::Value& outcome : outcomes) {
+            if (!outcome["held"].asBool()) {
+                return outcome["place"].asString() + ": " + outcome["expected"].asString() + " / " +
+                       outcome["got"].asString();
+            }
+        }
+        return "no outcome";
+    }
+};
+
+const char* const kOneBox =
+    "{\"boxes\":[{\"text_numbers\":[45],\"text\":\"Sent.\",\"caption\":\"\",\"style\":0,\"answer\":\"ok\"}]}";
+
+TEST_F(StageJudgement, BoxesAreExact) {
+    EXPECT_EQ(judge("{\"boxes\":[{\"text\":45,\"caption\":0,\"answer\":\"ok\"}],\"told\":45}", kOneBox),
+              "held");
+    EXPECT_EQ(judge("{\"boxes\":[{\"text\":{\"$contains\":\"ent\"}}]}", kOneBox), "held");
+    EXPECT_EQ(judge("{\"boxes\":[{\"text\":46}]}", kOneBox), "expect.boxes[0].text: 46 () / [45] (Sent.)");
+    EXPECT_EQ(judge("{\"boxes\":[{\"caption\":49}]}", kOneBox),
+              "expect.boxes[0].caption: \"Caption\" / \"\"");
+    EXPECT_EQ(judge("{\"boxes\":[]}", kOneBox), "expect.boxes: 0 boxes / 1: [45] Sent.");
+    EXPECT_EQ(judge("{\"told\":null}", kOneBox), "expect.told: no box / \"Sent.\"");
+    EXPECT_EQ(judge("{\"told\":45}", "{\"boxes\":[]}"), "expect.told: text 45 / no box");
+}
+
+TEST_F(StageJudgement, RowsControlsAndCommands) {
+    const std::string state =
+        "{\"dialog_state\":{\"main\":{\"open\":true,\"rows\":[{\"name\":\"A\",\"checked\":true}],"
+        "\"controls\":{\"5\":{\"text\":\"x\"}}}},"
+        "\"commands\":[{\"id\":5,\"result\":1},{\"id\":2,\"result\":-1}]}";
+    EXPECT_EQ(judge("{\"main\":{\"rows\":[\"A\"],\"controls\":{\"5\":{\"text\":\"x\"}}}}", state), "held");
+    EXPECT_EQ(judge("{\"main\":{\"rows\":[{\"checked\":false}]}}", state),
+              "expect.main.rows[0].checked: false / true");
+    EXPECT_EQ(judge("{\"main\":{\"controls\":{\"6\":{\"text\":\"x\"}}}}", state),
+              "expect.main.controls.6: {\"text\":\"x\"} / nothing");
+    EXPECT_EQ(judge("{\"commands\":[{\"id\":5},{\"id\":2,\"result\":-1}]}", state), "held");
+    EXPECT_EQ(judge("{\"commands\":[{\"id\":2},{\"id\":5}]}", state).substr(0, 20), "expect.commands[1]: ");
+}
+
+TEST_F(StageJudgement, FilesLogsAndCalls) {
+    const std::string run =
+        "{\"files\":[{\"name\":\"compress/L_abc123.7z\",\"size\":9},{\"name\":\"json/a.json\",\"size\":2,"
+        "\"json\":{\"a\":[1,{\"b\":2,\"c\":3}]}}],"
+        "\"logs\":{\"ui\":[{\"level\":\"INFO\",\"message\":\"one\"},{\"level\":\"ERROR\",\"message\":\"two\"}"
+        "]},"
+        "\"host_calls\":[{\"name\":\"A::Open\",\"arguments\":\"1, "
+        "2\"},{\"name\":\"B::Close\",\"arguments\":\"\"}]}";
+    EXPECT_EQ(judge("{\"files\":[{\"name\":\"compress/L_??????.7z\",\"count\":1,\"min_size\":9}]}", run),
+              "held");
+    EXPECT_EQ(judge("{\"files\":[{\"name\":\"json/*\",\"json\":{\"a\":[1,{\"b\":2}]}}]}", run), "held");
+    EXPECT_EQ(judge("{\"files\":[{\"name\":\"json/*\",\"json\":{\"a\":[1,{\"b\":3}]}}]}", run),
+              "expect.files[0].json.a[1].b: 3 / 2");
+    EXPECT_EQ(judge("{\"files\":[{\"name\":\"json/*\",\"min_size\":3}]}", run),
+              "expect.files[0].min_size: 3 / 2");
+    EXPECT_EQ(judge("{\"files\":[{\"name\":\"*.txt\",\"count\":0}]}", run), "held");
+    EXPECT_EQ(judge("{\"no_files\":[\"compress/*\"]}", run),
+              "expect.no_files: no compress/* / compress/L_abc123.7z");
+    EXPECT_EQ(judge("{\"log\":{\"ui\":{\"exact\":[\"[INFO] one\",{\"$pattern\":\"*two\"}]}}}", run), "held");
+    EXPECT_EQ(judge("{\"log\":{\"ui\":{\"none_with\":[\"[ERROR]\"]}}}", run),
+              "expect.log.ui.none_with: no line with [ERROR] / [ERROR] two");
+    EXPECT_EQ(judge("{\"log\":{\"other\":{\"exact\":[]}}}", run), "held");
+    EXPECT_EQ(judge("{\"host_calls\":{\"in_order\":[\"A::Open(*2)\",\"B::*\"],\"none_of\":[\"C::*\"]}}", run),
+              "held");
+    EXPECT_EQ(judge("{\"host_calls\":{\"in_order\":[\"B::Close\",\"A::Open\"]}}", run).substr(0, 28),
+              "expect.host_calls.in_order: ");
+    EXPECT_EQ(judge("{\"host_calls\":{\"contains\":[\"A::Open(3)\"]}}", run).substr(0, 28),
+              "expect.host_calls.contains: ");
+}
+
+TEST_F(StageJudgement, ReleasesAndStandingRules) {
+    EXPECT_EQ(judge("{\"released\":true}", "{\"leaks\":[]}"), "held");
+    EXPECT_EQ(judge("{\"released\":true}", "{\"leaks\":[1]}"), "expect.released: everything released / [1]");
+    Json::Value outcomes(Json::arrayValue);
+    const Json::Value thrown =
+        parsed_or_null("{\"exceptions\":[{\"what\":\"x\"}],\"boxes\":[{\"unanswered\":true}]}");
+    EXPECT_FALSE(evaluate_standing_rules(parsed_or_null("{}"), thrown, outcomes));
+    EXPECT_EQ(outcomes.size(), 2U);
+    EXPECT_EQ(judge("{\"exceptions\":[{\"$contains\":\"x\"}]}", "{\"exceptions\":[{\"what\":\"x\"}]}"),
+              "held");
+}
+
+TEST(StageMatch, PatternsAndMatchers) {
+    EXPECT_TRUE(matches_pattern("*", ""));
+    EXPECT_TRUE(matches_pattern("a*b?d", "aXXbcd"));
+    EXPECT_TRUE(matches_pattern("*.7z", "a.7z.7z"));
+    EXPECT_FALSE(matches_pattern("a?", "a"));
+    EXPECT_FALSE(matches_pattern("a", "ab"));
+    const Json::Value texts = parsed_or_null("{\"6\":\"Open\",\"31\":\"Menu\"}");
+    const Matcher matcher(texts);
+    EXPECT_EQ(matcher.fill_in("{31} > {6} {x} {99}!"), "Menu > Open {x} !");
+    EXPECT_TRUE(matcher.matches(parsed_or_null("{\"$text\":6}"), Json::Value("Open")));
+    EXPECT_FALSE(matcher.matches(parsed_or_null("{\"$text\":6}"), Json::Value("Close")));
+    EXPECT_TRUE(matcher.matches(parsed_or_null("{\"a\":{\"$absent\":true}}"), parsed_or_null("{\"b\":1}")));
+    EXPECT_FALSE(
+        matcher.matches(parsed_or_null("{\"b\":{\"$absent\":true}}"), parsed_or_null("{\"b\":null}")));
+    EXPECT_FALSE(matcher.matches(parsed_or_null("{\"a\":null}"), parsed_or_null("{\"b\":1}")));
+    EXPECT_TRUE(matcher.matches(parsed_or_null("{\"$at_least\":2}"), Json::Value(2)));
+    EXPECT_TRUE(matcher.matches(parsed_or_null("5"), Json::Value(5.0)));
+}
+
+TEST(StageLog, LinesContinuationsAndChannels) {
+    const Json::Value lines = parse_log("2024-03-07 09:05:02:045 [INFO] one\r\nsecond half\n"
+                                        "2024-03-07 09:05:02:046 [WARN] [x] two\n");
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0]["message"].asString(), "one\nsecond half");
+    EXPECT_EQ(lines[1]["level"].asString(), "WARN");
+    EXPECT_EQ(lines[1]["message"].asString(), "[x] two");
+    EXPECT_EQ(lines[1]["time"].asString(), "2024-03-07 09:05:02:046");
+    EXPECT_EQ(log_channel("qfx_http4.log"), "qfx_http");
+    EXPECT_EQ(log_channel("qfx_ui.log"), "qfx_ui");
+    EXPECT_EQ(log_channel("note.txt"), "");
+}
+
+} // namespace

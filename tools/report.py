@@ -209,15 +209,20 @@ def last_told(transcript: Json) -> str:
     return one_line(last_of(objects_of(transcript, "boxes")).get("text", ""))
 
 
-def nothing_sent(transcript: Json) -> Problem:
+def has_no_camera(transcript: Json) -> bool:
+    """The plugin asked whether to go on without a camera; then nothing is ticked and nothing is sent."""
     asked = any(NO_CAMERA_QUESTION in list_of(box, "text_numbers") for box in objects_of(transcript, "boxes"))
-    if asked:
-        return "nothing was submitted: the scene has no camera", "Give ./run a scene with a camera."
+    return asked and not last_request(transcript)
+
+
+def nothing_sent(transcript: Json) -> Problem:
     return "nothing was sent to the client", last_told(transcript) or "The user was told nothing; run ./test."
 
 
 def sending_problems(transcript: Json) -> list[Problem]:
     request = last_request(transcript)
+    if has_no_camera(transcript):
+        return []
     if not request:
         return [nothing_sent(transcript)]
     problems = [(f"the client found the {check.get('check')} wrong: {one_line(check.get('detail'))}",
@@ -287,7 +292,8 @@ def report(english_path: pathlib.Path, chinese_path: pathlib.Path | None) -> int
     print()
     show_problems(problems + others)
     if not problems:
-        print("the client accepted the job")
+        print("the scene has no camera: the plugin said so, and nothing was submitted" if has_no_camera(transcript)
+              else "the client accepted the job")
     return 1 if problems or others else 0
 
 

@@ -75,10 +75,11 @@ start_screen() {
 wine_down() {
     wine_environment
     wineserver -k 2>/dev/null || true
-    [ -n "${HOLD_PID:-}" ] && kill "$HOLD_PID" 2>/dev/null
-    [ -n "${SCREEN_PID:-}" ] && kill "$SCREEN_PID" 2>/dev/null
+    local pid
+    for pid in ${HOLD_PID:-} ${SCREEN_PID:-}; do
+        kill "$pid" 2>/dev/null || true
+    done
     SCREEN_PID= HOLD_PID=
-    return 0
 }
 
 # The locale of the environment decides code page and interface language: en is 1252 and English, zh is 936 and

@@ -21,6 +21,7 @@ wine_up() {
         DISPLAY='' quietly "$TARVO_BUILD_DIR/logs/wineboot.log" "Remove $WINE_PREFIX_DIR and try again." \
             env LC_ALL=C.UTF-8 wineboot -i
         wineserver -w
+        install_fonts
         touch "$WINE_PREFIX_DIR/.ready"
     fi
     start_screen
@@ -29,6 +30,17 @@ wine_up() {
     wineserver -p
     hold_wine
     manage_windows
+}
+
+# The fonts a Windows machine has under these names, and Chinese characters in an English dialog.
+install_fonts() {
+    cp /usr/share/wine/fonts/*.ttf "$WINE_PREFIX_DIR/drive_c/windows/Fonts/"
+    local font
+    for font in Tahoma 'Microsoft Sans Serif' 'MS Shell Dlg' 'MS Shell Dlg 2'; do
+        LC_ALL=C.UTF-8 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink' \
+            /v "$font" /t REG_MULTI_SZ /d 'NotoSansCJK-Regular.ttc,Noto Sans CJK SC' /f >/dev/null 2>&1
+    done
+    wineserver -w
 }
 
 # On the virtual screen no window manager draws frames, and Wine would wait two seconds for its answer whenever a

@@ -1,9 +1,9 @@
 #include "common/platform.h"
 
+#include <ctime>
 #include <direct.h>
 #include <io.h>
 #include <shlobj.h>
-#include <ctime>
 #include <windows.h>
 
 namespace tarvo {

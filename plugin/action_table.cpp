@@ -59,7 +59,7 @@ const Action* FindAction(int command_id) {
 void Activate(IActionManager& manager) {
     std::unique_ptr<Tarvo_ActionCallback> callback(new Tarvo_ActionCallback);
     manager.ActivateActionTable(callback.get(), kActionTableId);
-    callback.release();
+    static_cast<void>(callback.release());
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Every number that the module's resources and its code share: templates, controls, texts. Read by the resource
-// compiler too, so there are only preprocessor lines here. The numbers are fixed.
+// Every number that the module's resources and its code share: templates, controls, texts. Read by the
+// resource compiler too, so there are only preprocessor lines here. The numbers are fixed.
 #pragma once
 
 #define IDD_MAIN 102

@@ -10,8 +10,8 @@
 #include <winhttp.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
-#include <wchar.h>
 
 namespace tarvo {
 

@@ -7,8 +7,8 @@
 #include "resources/resource_ids.h"
 
 #include <cstdio>
+#include <cwchar>
 #include <exception>
-#include <wchar.h>
 
 namespace tarvo {
 

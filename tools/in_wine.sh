@@ -3,4 +3,4 @@
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/wine.sh"
 wine_environment
-in_wine "$@"
+in_wine_buffered "$@"

@@ -12,4 +12,4 @@ mkdir -p "$out"
 arguments=(--scenario "$(windows_path "$scenario")" --out "$(windows_path "$out")"
     --seven-zip "$(windows_path "$DEPS_DIR/7-Zip")" --scripts "$(windows_path "$ROOT/scripts")")
 [ -n "$scene" ] && arguments+=(--scene "$(windows_path "$scene")")
-in_wine "$language" "$bin/stage.exe" "${arguments[@]}"
+in_wine_buffered "$language" "$bin/stage.exe" "${arguments[@]}"

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #ifdef _WIN32
 #include "common/module_instance.h"
 
@@ -15,6 +17,7 @@ int main(int argument_count, char** arguments) {
     // The test program carries the module's own resources.
     tarvo::SetModuleInstance(::GetModuleHandleW(nullptr));
 #endif
-    tarvo_test::plugin_folder();
+    // What an earlier program left in the ini file would move the logs to another folder.
+    std::remove((tarvo_test::plugin_folder() + "/script/qfx_plugin.ini").c_str());
     return RUN_ALL_TESTS();
 }

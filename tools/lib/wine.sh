@@ -111,6 +111,17 @@ in_wine() {
     LC_ALL=$locale LANG=$locale wine "$@"
 }
 
+# in_wine for a caller that reads the output through a pipe: Wine starts services of its own when a program first
+# wants them, and they would keep the caller's pipe open after the program has ended.
+in_wine_buffered() {
+    local output status=0
+    output=$(mktemp)
+    in_wine "$@" >"$output" 2>&1 </dev/null || status=$?
+    cat "$output"
+    rm -f "$output"
+    return "$status"
+}
+
 windows_path() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"; }
 
 # For a person: the screen that is there instead of a virtual one.

@@ -15,18 +15,21 @@ usage() {
 TEXT
 }
 
+# What the user gave cannot be used: exit status 2, like the stage's.
+bad_input() { (die "$@") || exit 2; }
+
 window=no
 scene=
 for argument in "$@"; do
     case $argument in
         -h | --help) usage; exit 0 ;;
         --window) window=yes ;;
-        -*) usage >&2; die "unknown option '$argument'" ;;
-        *) [ -z "$scene" ] || die "one scene at a time, please"; scene=$argument ;;
+        -*) usage >&2; bad_input "unknown option '$argument'" ;;
+        *) [ -z "$scene" ] || bad_input "one scene at a time, please"; scene=$argument ;;
     esac
 done
 if [ -n "$scene" ]; then
-    [ -f "$scene" ] || die "there is no file '$scene'" "Give the path of a .max scene, or none for the built-in one."
+    [ -f "$scene" ] || bad_input "there is no file '$scene'" "Give the path of a .max scene, or none for the built-in one."
     scene=$(realpath "$scene")
 fi
 

@@ -15,6 +15,8 @@ step "Building for Windows"
 build_preset mingw-release
 step "Building natively with the sanitizers"
 build_preset native-asan
+step "Building the fuzz targets"
+build_preset native-fuzz analysis_fuzzer
 
 step "Checking the sources"
 bash "$ROOT/tools/lint.sh"
@@ -24,6 +26,8 @@ wine_up
 status=0
 step "Native tests"
 ctest --test-dir "$TARVO_BUILD_DIR/native-asan" --output-on-failure || status=1
+step "Fuzzing, bounded"
+ctest --test-dir "$TARVO_BUILD_DIR/native-fuzz" --output-on-failure || status=1
 step "Tests under Wine"
 ctest --test-dir "$TARVO_BUILD_DIR/mingw-release" --output-on-failure || status=1
 exit "$status"

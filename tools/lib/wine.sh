@@ -32,13 +32,14 @@ wine_up() {
     manage_windows
 }
 
-# The fonts a Windows machine has under these names, and Chinese characters in an English dialog.
+# The fonts a Windows machine has under these names. Wine links the second list behind its own fonts for characters
+# that those lack, so that Chinese names show in an English dialog too.
 install_fonts() {
     cp /usr/share/wine/fonts/*.ttf "$WINE_PREFIX_DIR/drive_c/windows/Fonts/"
     local font
-    for font in Tahoma 'Microsoft Sans Serif' 'MS Shell Dlg' 'MS Shell Dlg 2'; do
-        LC_ALL=C.UTF-8 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink' \
-            /v "$font" /t REG_MULTI_SZ /d 'NotoSansCJK-Regular.ttc,Noto Sans CJK SC' /f >/dev/null 2>&1
+    for font in SimSun 'MS UI Gothic' PMingLiU Gulim; do
+        LC_ALL=C.UTF-8 wine reg add 'HKCU\Software\Wine\Fonts\Replacements' \
+            /v "$font" /d 'Noto Sans CJK SC' /f >/dev/null 2>&1
     done
     wineserver -w
 }

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# bench.sh: measures against named floors in the same run. The figures are ratios; the machine's noise is in them.
+. "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+. "$ROOT/tools/lib/packages.sh"
+. "$ROOT/tools/lib/dependencies.sh"
+. "$ROOT/tools/lib/wine.sh"
+install_packages "${RUN_PACKAGES[@]}"
+fetch_run_dependencies
+build_preset mingw-release bench
+trap wine_down EXIT
+wine_up
+in_wine_buffered en "$TARVO_BUILD_DIR/mingw-release/bin/bench.exe"

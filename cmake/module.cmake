@@ -4,6 +4,14 @@ target_link_libraries(tarvo_win32 PUBLIC tarvo_portable winhttp shell32 ole32)
 # The portable files call their Windows twins too.
 target_link_libraries(tarvo_portable INTERFACE tarvo_win32)
 
+option(TARVO_COVERAGE "Count the lines and branches that run (mingw)" OFF)
+if(TARVO_COVERAGE)
+    foreach(library tarvo_portable tarvo_win32)
+        target_compile_options(${library} PRIVATE --coverage)
+        target_link_options(${library} INTERFACE --coverage)
+    endforeach()
+endif()
+
 add_library(tarvo_module MODULE ${TARVO_SDK_SOURCES}
     resources/tarvo_rendering.rc plugin/tarvo_rendering.def)
 target_link_libraries(tarvo_module PRIVATE tarvo_win32 host_sdk)

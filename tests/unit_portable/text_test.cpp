@@ -43,7 +43,15 @@ TEST(Text, Utf8BothWays) {
 }
 
 TEST(Text, LocaleBothWaysInCodePage936) {
-    const Pair pairs[] = {{L"", ""}, {L"a\\b", "a\\b"}, {kChinese, kChinese936}};
+    const Pair pairs[] = {{L"", ""},
+                          {L"a\\b", "a\\b"},
+                          {kChinese, kChinese936},
+                          {L"\x00FC", "\xA8\xB9"},
+                          {L"\x0416", "\xA7\xA8"},
+                          {L"\x03B1", "\xA6\xC1"},
+                          {L"\x3002", "\xA1\xA3"},
+                          {L"\xFF01", "\xA3\xA1"},
+                          {L"\x9F98", "\xFD\x93"}};
     for (const Pair& pair : pairs) {
         EXPECT_EQ(LocaleToWide(pair.narrow), pair.wide);
         EXPECT_EQ(WideToLocale(pair.wide), pair.narrow);

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <fstream>
+#include <string>
 
 #ifdef _WIN32
 #include "common/module_instance.h"
@@ -11,7 +13,27 @@
 #include <windows.h>
 #endif
 
+namespace {
+
+// The program as another process (see logger_shared_test.cpp): reads the file, appends a line, and answers
+// with the number of lines it found.
+int append_to(const std::string& file) {
+    std::ifstream reader(file);
+    int lines = 0;
+    for (std::string line; std::getline(reader, line);) {
+        ++lines;
+    }
+    std::ofstream writer(file, std::ios::app);
+    writer << "2024-03-07 09:05:02:045 [INFO] other" << std::endl;
+    return writer ? lines : -1;
+}
+
+} // namespace
+
 int main(int argument_count, char** arguments) {
+    if (argument_count == 3 && std::string(arguments[1]) == "--append-to") {
+        return append_to(arguments[2]);
+    }
     ::testing::InitGoogleTest(&argument_count, arguments);
 #ifdef _WIN32
     // The test program carries the module's own resources.

@@ -1,0 +1,65 @@
+// Support reads a log, and another program appends to it, while the plugin has it open.
+#include "common/logger.h"
+#include "tests/support/test_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+std::string backslashes(std::string path) {
+    for (char& character : path) {
+        character = character == '/' ? '\\' : character;
+    }
+    return path;
+}
+
+TEST(LoggerShared, AnotherProcessReadsAndAppends) {
+    const std::string file = backslashes(tarvo_test::log_file("t_process"));
+    std::remove(file.c_str());
+    tarvo::Logger log("t_process", 5, 2, 0);
+    log.Write("first", "INFO");
+    char program[MAX_PATH] = {};
+    ::GetModuleFileNameA(nullptr, program, MAX_PATH);
+    const std::string command = std::string("\"\"") + program + "\" --append-to \"" + file + "\"\"";
+    EXPECT_EQ(std::system(command.c_str()), 1);
+    log.Write("second", "INFO");
+    EXPECT_EQ(tarvo_test::log_lines("t_process"),
+              (std::vector<std::string>{"[INFO] first", "[INFO] other", "[INFO] second"}));
+}
+
+// The log's folder is a file: nothing can be opened, and nobody is told.
+TEST(LoggerShared, FolderThatCannotBeMade) {
+    const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
+    std::system(("mkdir \"" + backslashes(tarvo_test::plugin_folder() + "/script") + "\" 2>nul").c_str());
+    tarvo_test::write_file(ini, "[general]\r\nlowerversion=taken\r\n");
+    tarvo_test::write_file(tarvo_test::plugin_folder() + "/logtaken", "a file in the folder's place");
+    {
+        tarvo::Logger log("t_taken", 5, 2, 0);
+        log.Write("lost", "ERROR");
+    }
+    EXPECT_EQ(tarvo_test::read_file(tarvo_test::plugin_folder() + "/logtaken"),
+              "a file in the folder's place");
+    std::remove(ini.c_str());
+    std::remove((tarvo_test::plugin_folder() + "/logtaken").c_str());
+}
+
+// The lowest version follows "log" without a separator.
+TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
+    const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
+    tarvo_test::write_file(ini, "[general]\r\nlowerversion=2019\r\n");
+    {
+        tarvo::Logger log("t_version", 5, 2, 0);
+        log.Write("here", "INFO");
+    }
+    const std::string file = tarvo_test::plugin_folder() + "/log2019/t_version.log";
+    EXPECT_NE(tarvo_test::read_file(file).find("[INFO] here"), std::string::npos);
+    std::remove(ini.c_str());
+    std::remove(file.c_str());
+}
+
+} // namespace

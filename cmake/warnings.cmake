@@ -4,7 +4,7 @@ target_compile_features(tarvo_flags INTERFACE cxx_std_14)
 target_include_directories(tarvo_flags INTERFACE ${PROJECT_SOURCE_DIR})
 
 if(MSVC)
-    target_compile_options(tarvo_flags INTERFACE /W4 /WX /utf-8 /permissive-)
+    target_compile_options(tarvo_flags INTERFACE /W4 /WX /utf-8)
 else()
     target_compile_options(tarvo_flags INTERFACE
         -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef

@@ -83,6 +83,9 @@ void CreateOwnMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, c
 
 void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
     const std::wstring title = Text(IDS_MENU_TITLE);
+    if (title.empty()) {
+        return; // somebody's menu without a title must not be taken for ours
+    }
     manager.RegisterMenuBarContext(kMenuBarContextId, title.c_str());
     IMenu* menu = manager.FindMenu(title.c_str());
     if (menu != nullptr) {

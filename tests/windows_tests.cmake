@@ -11,7 +11,7 @@ file(GLOB TARVO_TEST_SUPPORT CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/suppo
 add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
-    tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 -static)
+    tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 -static)
 add_dependencies(win32_tests client make_scene)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
@@ -21,8 +21,14 @@ add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest -static)
 
+# The finished module through its exports, as the host uses it: nothing of the product is linked.
+file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_module/*.cpp)
+add_executable(module_tests ${TARVO_MODULE_TESTS})
+target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 -static)
+add_dependencies(module_tests tarvo_module)
+
 # Both code pages and both languages: what a user's machine is set to decides which texts and paths come up.
-foreach(program portable_tests win32_tests plugin_tests)
+foreach(program portable_tests win32_tests plugin_tests module_tests)
     foreach(language en zh)
         add_test(NAME ${program}.${language}
             COMMAND ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Checks of the sources: floors and lengths, format, clang-tidy. A file that clang-tidy has passed is not read again
-# until it, a header or the rules change.
+# Checks of the sources: floors and lengths, format, a second compiler, clang-tidy. A file that clang-tidy has passed
+# is not read again until it, a header or the rules change.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 cd "$ROOT"
 
@@ -9,6 +9,8 @@ python3 tools/check_sources.py
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
 clang-format --dry-run --Werror "${sources[@]}" || die "the format differs" "Run: clang-format -i on the files above"
 say "${#sources[@]} files have the house format"
+
+bash tools/check_second_compiler.sh
 
 # clang reads the cross build's commands, told where the compiler's own headers are.
 TRIPLE=x86_64-w64-mingw32

@@ -13,6 +13,8 @@ fetch_test_dependencies
 
 step "Building for Windows"
 build_preset mingw-release
+step "Checking the finished module"
+bash "$ROOT/tools/check_module.sh" "$TARVO_BUILD_DIR/mingw-release/bin/TarvoRendering.gup"
 step "Building natively with the sanitizers"
 build_preset native-asan
 step "Building the fuzz targets"

@@ -1,0 +1,43 @@
+// Finds the message boxes of this process on the screen from a thread of its own, keeps what they say, and
+// answers each with OK. A main dialog that stays open is closed, so that no test waits for a person.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+struct SeenBox {
+    std::wstring caption;
+    std::wstring text;
+    HWND owner;
+    HWND owner_of_owner;
+    bool owner_has_cameras; // the owner is the main dialog
+    int buttons;
+};
+
+class BoxAnswerer {
+public:
+    BoxAnswerer() : thread_([this] { watch(); }) {}
+    ~BoxAnswerer() { stop(); }
+    BoxAnswerer(const BoxAnswerer&) = delete;
+    BoxAnswerer& operator=(const BoxAnswerer&) = delete;
+
+    // Ends the watch. Call it when what shows the boxes has returned.
+    const std::vector<SeenBox>& seen() {
+        stop();
+        return seen_;
+    }
+
+private:
+    void stop();
+    void watch();
+    void answer(HWND box);
+
+    std::vector<SeenBox> seen_;
+    std::vector<HWND> answered_;
+    std::atomic<bool> stopping_{false};
+    std::thread thread_; // the last one: it uses the others
+};

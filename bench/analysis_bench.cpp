@@ -1,5 +1,6 @@
 // The analysis reader against the bare parse of the same bytes, and a log line against the bare stream calls.
 #include "bench/harness.h"
+#include "bench/measurements.h"
 #include "common/json_text.h"
 #include "common/logger.h"
 #include "common/text.h"
@@ -116,12 +117,10 @@ void measure_log() {
 
 } // namespace
 
-int main() {
-    tarvo_test::plugin_folder();
+void tarvo_bench::measure_analysis() {
     measure_reader();
     measure_growth(10000, "10,000 files");
     measure_growth(100000, "100,000 files");
     measure_memory();
     measure_log();
-    return 0;
 }

@@ -31,8 +31,8 @@ std::wstring backup_path(const std::wstring& source) {
     }
     std::srand(static_cast<unsigned>(::_time64(nullptr)));
     const std::wstring new_name = BackupName(name, std::rand());
-    if (std::wcslen(drive) + std::wcslen(folder) + new_name.size() + std::wcslen(extension) + 2 >=
-        kPathLength) {
+    // A folder ends with its separator and an extension begins with its dot: nothing is added between them.
+    if (std::wcslen(drive) + std::wcslen(folder) + new_name.size() + std::wcslen(extension) >= kPathLength) {
         return std::wstring();
     }
     wchar_t path[kPathLength] = {};

@@ -3,6 +3,7 @@
 #include "common/number_text.h"
 #include "common/text.h"
 
+#include <string>
 #include <utility>
 
 namespace tarvo {
@@ -17,23 +18,65 @@ void drop_unless_null(Json::Value& object, const char* key) {
     }
 }
 
+bool has_comment(const Json::Value& value) {
+    return value.hasComment(Json::commentBefore) || value.hasComment(Json::commentAfterOnSameLine) ||
+           value.hasComment(Json::commentAfter);
+}
+
+// The document takes nothing of an entry but its path, so the analysis's comments go too.
+void drop_comments(Json::Value& value) {
+    if (has_comment(value)) {
+        Json::Value bare;
+        bare.swapPayload(value);
+        value.swap(bare);
+    }
+}
+
+// Reduces an entry to its path, as text. False when that is the scene's own.
+bool reduce_to_foreign_path(Json::Value& entry, const std::string& scene_path) {
+    Json::Value& path = entry["path"];
+    if (!path.isString()) {
+        path = path.asString();
+    }
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    path.getString(&begin, &end);
+    if (scene_path.compare(0, std::string::npos, begin, static_cast<std::size_t>(end - begin)) == 0) {
+        return false;
+    }
+    drop_comments(path);
+    if (entry.size() != 1) {
+        Json::Value only(Json::objectValue);
+        only["path"].swap(path);
+        entry.swap(only);
+    }
+    drop_comments(entry);
+    return true;
+}
+
+// In place: there may be a hundred thousand entries, and nearly all of them stay as they are.
 void keep_foreign_references(Json::Value& analysis, const std::string& scene_path) {
     Json::Value& listed = analysis["reference_file"];
-    Json::Value kept(Json::arrayValue);
-    const Json::ArrayIndex count = listed.size();
-    for (Json::ArrayIndex i = 0; i < count; ++i) {
-        const std::string path = listed[i]["path"].asString();
-        if (path != scene_path) {
-            Json::Value entry(Json::objectValue);
-            entry["path"] = path;
-            kept.append(std::move(entry));
+    if (listed.isObject() && !listed.empty()) {
+        Json::throwLogicError("reference_file: an array was expected");
+    }
+    Json::ArrayIndex kept = 0;
+    Json::Value::iterator target = listed.begin();
+    for (Json::Value& entry : listed) {
+        if (reduce_to_foreign_path(entry, scene_path)) {
+            if (&*target != &entry) {
+                target->swap(entry);
+            }
+            ++target;
+            ++kept;
         }
     }
-    if (kept.empty()) {
+    if (kept == 0) {
         analysis.removeMember("reference_file");
-    } else {
-        listed.swap(kept);
+        return;
     }
+    listed.resize(kept);
+    drop_comments(listed);
 }
 
 // The analysis writes frames as text; a number counts as its text.
@@ -41,16 +84,17 @@ bool is_negative(const Json::Value& frame) {
     return DecimalInt(frame.asString()) < 0;
 }
 
+// The static names are not copied into each object.
 Json::Value camera_object(const std::wstring& name, const CameraRecord& camera) {
     Json::Value object(Json::objectValue);
-    object["name"] = WideToUtf8(name);
-    object["camera_width"] = camera.image_width;
-    object["camera_height"] = camera.image_height;
-    object["frame_to_render"] = camera.start_frame;
-    object["img_output_format"] = WideToUtf8(camera.image_format);
-    object["img_output_name"] = WideToUtf8(camera.img_output_name);
-    object["renderable"] = "1"; // text: the client expects it so
-    object["is_spherical"] = camera.is_spherical;
+    object[Json::StaticString("name")] = WideToUtf8(name);
+    object[Json::StaticString("camera_width")] = camera.image_width;
+    object[Json::StaticString("camera_height")] = camera.image_height;
+    object[Json::StaticString("frame_to_render")] = camera.start_frame;
+    object[Json::StaticString("img_output_format")] = WideToUtf8(camera.image_format);
+    object[Json::StaticString("img_output_name")] = WideToUtf8(camera.img_output_name);
+    object[Json::StaticString("renderable")] = "1"; // text: the client expects it so
+    object[Json::StaticString("is_spherical")] = camera.is_spherical;
     return object;
 }
 

@@ -9,4 +9,6 @@ fetch_run_dependencies
 build_preset mingw-release bench
 trap wine_down EXIT
 wine_up
+TARVO_SEVEN_ZIP=$(windows_path "$DEPS_DIR/7-Zip")
+export TARVO_SEVEN_ZIP
 in_wine_buffered en "$TARVO_BUILD_DIR/mingw-release/bin/bench.exe"

@@ -1,0 +1,108 @@
+// The three scene checks: their order, their lines, and that nothing they do matters.
+#include "scene/virus_check.h"
+
+#include "submit/client_configuration.h"
+#include "tests/support/test_folder.h"
+#include "tests/support/test_host.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+const std::vector<std::string> kLines = {"[WARN] Check ADSL virus for scene",
+                                         "[WARN] Check ALC virus for scene",
+                                         "[WARN] Check CRP virus for scene"};
+
+// Notes how far the log was when each script ran.
+class WatchingHost : public TestHost {
+public:
+    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override {
+        lines_before.push_back(tarvo_test::log_mark("qfx_data"));
+        return TestHost::run_script(command, result);
+    }
+    std::vector<std::size_t> lines_before;
+};
+
+class VirusCheck : public ::testing::Test {
+protected:
+    VirusCheck() {
+        tarvo_test::plugin_folder();
+        config.antivirusAdslScript = L"C:\\a folder/script/adsl.ms";
+        config.antivirusAlcScript = L"C:\\a folder/script/alc.ms";
+        config.antivirusCrpScript = L"C:\\a folder/script/crp.ms";
+    }
+
+    void check() {
+        mark = tarvo_test::log_mark("qfx_data");
+        tarvo::check_scene_viruses(host, scene, config);
+        lines = tarvo_test::log_lines_since("qfx_data", mark);
+    }
+
+    void expect_all_three() const {
+        EXPECT_EQ(host.scripts, (std::vector<std::wstring>{L"fileIn \"C:\\a folder/script/adsl.ms\"",
+                                                           L"fileIn \"C:\\a folder/script/alc.ms\"",
+                                                           L"fileIn \"C:\\a folder/script/crp.ms\""}));
+        EXPECT_EQ(lines, kLines);
+    }
+
+    WatchingHost host;
+    tarvo::SceneData scene;
+    tarvo::PluginConfig config;
+    std::size_t mark = 0;
+    std::vector<std::string> lines;
+};
+
+TEST_F(VirusCheck, ThreeScriptsInOrder) {
+    check();
+    expect_all_three();
+}
+
+TEST_F(VirusCheck, EachLineFollowsItsScript) {
+    check();
+    EXPECT_EQ(host.lines_before, (std::vector<std::size_t>{mark, mark + 1, mark + 2}));
+}
+
+TEST_F(VirusCheck, FailingScriptsStopNothing) {
+    host.script_result = false;
+    check();
+    expect_all_three();
+}
+
+TEST_F(VirusCheck, WhatAScriptReturnsIsIgnored) {
+    host.script_text = L"infected";
+    check();
+    expect_all_three();
+}
+
+TEST_F(VirusCheck, EveryRunWritesItsLines) {
+    check();
+    host.scripts.clear();
+    check();
+    expect_all_three();
+}
+
+TEST_F(VirusCheck, PathsComeFromTheConfiguration) {
+    tarvo::LoadClientConfiguration(scene, config);
+    check();
+    ASSERT_EQ(host.scripts.size(), 3u);
+    const wchar_t* endings[] = {L"/Tarvo Rendering/script/TarvoAntivirusAdsl_UTF8.ms\"",
+                                L"/Tarvo Rendering/script/TarvoAntivirusAlc_UTF8.ms\"",
+                                L"/Tarvo Rendering/script/TarvoAntivirusCrp_UTF8.ms\""};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::wstring ending = endings[i];
+        ASSERT_GT(host.scripts[i].size(), ending.size());
+        EXPECT_EQ(host.scripts[i].substr(host.scripts[i].size() - ending.size()), ending);
+        EXPECT_EQ(host.scripts[i].substr(0, 8), L"fileIn \"");
+    }
+}
+
+TEST_F(VirusCheck, NothingIsCheckedForExistence) {
+    config = tarvo::PluginConfig();
+    check();
+    EXPECT_EQ(host.scripts, std::vector<std::wstring>(3, L"fileIn \"\""));
+    EXPECT_EQ(lines, kLines);
+}
+
+} // namespace

@@ -156,4 +156,14 @@ TEST_F(ClientLink, ReplyEndsAtTheFirstZeroByte) {
     expect_accepted();
 }
 
+// Only the text of the reply counts, not what the client calls it.
+TEST_F(ClientLink, ContentTypeOfTheReplyDoesNotMatter) {
+    RawServer server([](SOCKET connection) {
+        say(connection, "HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nContent-Length: 13\r\n"
+                        "Connection: close\r\n\r\n{\"ret\":10001}");
+    });
+    post(server.port());
+    expect_accepted();
+}
+
 } // namespace

@@ -105,7 +105,7 @@ protected:
 TEST_F(SevenZip, SceneComesBackUnchanged) {
     ASSERT_NO_FATAL_FAILURE(install_program());
     for (const wchar_t* name : {L"Tower", L"Tower.final", L"two  blanks", L"a & b", L"100%", L"%TEMP%",
-                                L"(1)", L"a'b`c^d", L"-mx=9", L"@list", L"[x]{y}", L"a;b,c=d"}) {
+                                L"(1)", L"wow! !x!", L"a'b`c^d", L"-mx=9", L"@list", L"[x]{y}", L"a;b,c=d"}) {
         expect_round_trip(name);
     }
 }

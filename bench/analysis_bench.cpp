@@ -18,22 +18,6 @@ namespace {
 
 using tarvo_bench::report;
 
-std::string analysis_text(int references, int cameras) {
-    std::string text =
-        R"({"name":"C:\\scenes\\big.max","version":"2019","is_region":"false","image_width":"1920",)"
-        R"("image_height":"1080","start_frame":"0","image_format":"jpg","reference_file":[)";
-    for (int number = 0; number < references; ++number) {
-        text += (number == 0 ? "" : ",");
-        text += R"({"path":"D:\\projects\\textures\\wall)" + std::to_string(number) + R"(\\diffuse.png"})";
-    }
-    text += R"(],"cameras":[)";
-    for (int number = 0; number < cameras; ++number) {
-        text += (number == 0 ? "" : ",");
-        text += R"({"name":"PhysCamera)" + std::to_string(number) + R"("})";
-    }
-    return text + "]}";
-}
-
 void parse_alone(const std::string& text) {
     Json::Value root;
     Json::Reader reader;
@@ -41,7 +25,7 @@ void parse_alone(const std::string& text) {
 }
 
 void measure_reader() {
-    const std::string text = analysis_text(100000, 10000);
+    const std::string text = tarvo_bench::sample_analysis(100000, 10000);
     tarvo::SceneData scene;
     std::wstring wide = tarvo::Utf8ToWide(text);
     scene.set_analysis_text(wide);
@@ -52,8 +36,8 @@ void measure_reader() {
 
 // How time grows from one input to ten times of it; the library's own growth stands beside it.
 void measure_growth(int references, const std::string& name) {
-    const std::string small_text = analysis_text(references, references / 10);
-    const std::string large_text = analysis_text(references * 10, references);
+    const std::string small_text = tarvo_bench::sample_analysis(references, references / 10);
+    const std::string large_text = tarvo_bench::sample_analysis(references * 10, references);
     tarvo::SceneData small;
     tarvo::SceneData large;
     std::wstring small_wide = tarvo::Utf8ToWide(small_text);
@@ -70,7 +54,7 @@ void measure_growth(int references, const std::string& name) {
 
 // The floor is what has to be there in any case: the store's wide text and the parsed tree.
 void measure_memory() {
-    const std::string text = analysis_text(100000, 10000);
+    const std::string text = tarvo_bench::sample_analysis(100000, 10000);
     std::size_t tree = 0;
     {
         const std::size_t before = tarvo_bench::live_bytes();

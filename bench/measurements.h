@@ -1,7 +1,12 @@
 // What bench.exe measures, one function per subject. Each prints its lines with report().
 #pragma once
 
+#include <string>
+
 namespace tarvo_bench {
+
+// An analysis text (UTF-8) of a scene with that many referenced files and cameras; the same text every time.
+std::string sample_analysis(int references, int cameras);
 
 // The analysis reader and the log.
 void measure_analysis();

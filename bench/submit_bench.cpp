@@ -37,22 +37,6 @@ void report_ratio(const std::string& name, const tarvo_bench::Ratio& time, doubl
     std::printf("  %.2f s against %.2f s\n", time.subject_seconds, time.floor_seconds);
 }
 
-std::string analysis_text(int references, int cameras) {
-    std::string text = R"({"name":"C:\\scenes\\big.max","version":"2019","app_version":"2019","is_region":)"
-                       R"("false","image_width":"1920","image_height":"1080","start_frame":"0",)"
-                       R"("end_frame":"0","image_format":"jpg","reference_file":[)";
-    for (int number = 0; number < references; ++number) {
-        text += (number == 0 ? "" : ",");
-        text += R"({"path":"D:\\projects\\textures\\wall)" + std::to_string(number) + R"(\\diffuse.png"})";
-    }
-    text += R"(],"cameras":[)";
-    for (int number = 0; number < cameras; ++number) {
-        text += (number == 0 ? "" : ",");
-        text += R"({"name":"PhysCamera)" + std::to_string(number) + R"("})";
-    }
-    return text + "]}";
-}
-
 // The least that makes the same file: the analysis parsed, the finished document styled, the file written.
 void write_alone(const std::string& analysis, const Json::Value& document, const std::wstring& file) {
     Json::Value root;
@@ -63,7 +47,7 @@ void write_alone(const std::string& analysis, const Json::Value& document, const
 }
 
 void measure_document() {
-    const std::string text = analysis_text(100000, 10000);
+    const std::string text = tarvo_bench::sample_analysis(100000, 10000);
     tarvo::SceneData scene;
     std::wstring wide = tarvo::Utf8ToWide(text);
     scene.set_analysis_text(wide);

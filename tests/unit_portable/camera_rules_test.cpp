@@ -74,6 +74,12 @@ TEST(CameraRules, FrameIsTestedBeforeTheName) {
     EXPECT_EQ(result.lines, (Lines{"[ERROR] The parameter frame to render is less than 0!"}));
 }
 
+TEST(CameraRules, FrameZeroIsAFrame) {
+    CameraMap cameras = cameras_named({L"Cam"});
+    cameras[L"Cam"].start_frame = 0;
+    EXPECT_EQ(check({{L"Cam", kTicked}}, cameras).check, CameraCheck::valid);
+}
+
 TEST(CameraRules, NamesThatNoFileCanBear) {
     for (const wchar_t* name :
          {L" a", L"a ", L"a.", L"", L"a:b", L"a|", L"\"a", L"a<b", L"a/b", L"a\\b", L"a?b"}) {

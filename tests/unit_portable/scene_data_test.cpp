@@ -55,6 +55,34 @@ TEST(SceneData, InstanceIsOne) {
     EXPECT_EQ(&tarvo::SceneData::instance(), &tarvo::SceneData::instance());
 }
 
+std::vector<std::wstring> cameras_after(const char* second_analysis, std::int32_t expected_code) {
+    tarvo::SceneData scene;
+    std::wstring first = LR"({"cameras":[{"name":"Early"}]})";
+    scene.set_analysis_text(first);
+    EXPECT_EQ(scene.parse_analysis(), 0);
+    std::wstring second = tarvo::Utf8ToWide(second_analysis);
+    scene.set_analysis_text(second);
+    EXPECT_EQ(scene.parse_analysis(), expected_code);
+    std::vector<std::wstring> names;
+    for (const auto& camera : scene.cameras()) {
+        names.push_back(camera.first);
+    }
+    return names;
+}
+
+using Names = std::vector<std::wstring>;
+
+TEST(SceneData, CamerasOfAnEarlierAnalysisStayUntilALaterOneGetsThatFar) {
+    EXPECT_EQ(cameras_after(R"({"cameras":[]})", 1), Names{L"Early"});
+    EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"}],"corona_setting":)"
+                            R"({"pass_limit":"0","time_limit":"0","noise_level_limit":"0"}})",
+                            2),
+              Names{L"Early"});
+    EXPECT_EQ(cameras_after("no json", 0), Names{L"Early"});
+    EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"},{"name":"bad."}]})", 3), Names{L"Late"});
+    EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"}]})", 0), Names{L"Late"});
+}
+
 TEST(SceneName, PartAfterTheLastBackslash) {
     const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\a.max"})");
     EXPECT_EQ(result.name, "a.max");

@@ -37,11 +37,35 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
     endforeach()
 endforeach()
 
+# The dialogs at the screen scales besides the usual one.
+foreach(scale 150 200)
+    foreach(language en zh)
+        add_test(NAME dialog_layout.${language}.${scale}
+            COMMAND bash ${PROJECT_SOURCE_DIR}/tools/at_scale.sh ${scale} ${TARVO_WINE} ${language}
+                $<TARGET_FILE:win32_tests> --gtest_brief=1 --gtest_filter=*Layout*)
+        set_tests_properties(dialog_layout.${language}.${scale} PROPERTIES
+            ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};TARVO_EXPECTED_SCALE=${scale}"
+            RESOURCE_LOCK data_folder TIMEOUT 300)
+    endforeach()
+endforeach()
+
 file(GLOB TARVO_SCENARIOS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/*.json)
-foreach(scenario ${TARVO_SCENARIOS})
-    get_filename_component(name ${scenario} NAME_WE)
+function(add_scenario name scenario language)
     add_test(NAME scenario.${name}
         COMMAND bash ${PROJECT_SOURCE_DIR}/tools/play.sh
             ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
-    set_tests_properties(scenario.${name} PROPERTIES RESOURCE_LOCK data_folder TIMEOUT 300)
+    set_tests_properties(scenario.${name} PROPERTIES
+        ENVIRONMENT "TARVO_LANGUAGE=${language}" RESOURCE_LOCK data_folder TIMEOUT 300)
+endfunction()
+
+# A scenario for any language is played in both.
+foreach(scenario ${TARVO_SCENARIOS})
+    get_filename_component(name ${scenario} NAME_WE)
+    file(READ ${scenario} text)
+    if(text MATCHES "\"language\": \"any\"")
+        add_scenario(${name}.en ${scenario} en)
+        add_scenario(${name}.zh ${scenario} zh)
+    else()
+        add_scenario(${name} ${scenario} en)
+    endif()
 endforeach()

@@ -5,6 +5,7 @@
 cd "$ROOT"
 
 python3 tools/check_sources.py
+python3 tools/check_boxes.py
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
 clang-format --dry-run --Werror "${sources[@]}" || die "the format differs" "Run: clang-format -i on the files above"

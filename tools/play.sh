@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# play.sh BIN SCENARIO OUT [SCENE.max]: plays one scenario in the stage, in the scenario's language. The transcript
+# play.sh BIN SCENARIO OUT [SCENE.max]: plays one scenario in the stage, in the scenario's language; where that is any,
+# in TARVO_LANGUAGE or English. The transcript
 # and the screenshots are in OUT; the exit status is the stage's.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/wine.sh"
@@ -7,6 +8,7 @@ bin=$1 scenario=$2 out=$3 scene=${4:-}
 wine_environment
 language=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1], encoding="utf-8")).get("language", "en"))' "$scenario") \
     || language=en
+[ "$language" = any ] && language=${TARVO_LANGUAGE:-en}
 rm -rf "$out"
 mkdir -p "$out"
 arguments=(--scenario "$(windows_path "$scenario")" --out "$(windows_path "$out")"

@@ -12,6 +12,7 @@ namespace stage {
 namespace {
 
 constexpr UINT kRefillTable = WM_USER + 1;
+constexpr UINT kNobodys = WM_USER + 2; // a message that the module does not know
 
 DialogWatch* g_watch = nullptr;
 AnyFunction g_dialog_box = nullptr;
@@ -38,6 +39,7 @@ struct MessageName {
 const MessageName kRecorded[] = {
     {WM_INITDIALOG, "WM_INITDIALOG"}, {WM_COMMAND, "WM_COMMAND"},         {WM_NOTIFY, "WM_NOTIFY"},
     {WM_CLOSE, "WM_CLOSE"},           {WM_DESTROY, "WM_DESTROY"},         {kRefillTable, "WM_USER+1"},
+    {kNobodys, "WM_USER+2"},
     {WM_MOUSEMOVE, "WM_MOUSEMOVE"},   {WM_LBUTTONDOWN, "WM_LBUTTONDOWN"}, {WM_LBUTTONUP, "WM_LBUTTONUP"},
 };
 

@@ -90,6 +90,13 @@ void check_opened(const Check& check, const Json::Value& wanted) {
     check.compare(wanted, check.transcript["opened"]);
 }
 
+void check_repeats(const Check& check, const Json::Value& wanted) {
+    check.compare(wanted, check.transcript["repeats"]);
+}
+void check_soaks(const Check& check, const Json::Value& wanted) {
+    check.compare(wanted, check.transcript["soaks"]);
+}
+
 struct Kind {
     const char* key;
     void (*check)(const Check& check, const Json::Value& wanted);
@@ -115,6 +122,8 @@ const Kind kKinds[] = {
     {"opened", check_opened},
     {"exceptions", check_exceptions},
     {"released", check_released},
+    {"repeats", check_repeats},
+    {"soaks", check_soaks},
 };
 
 Json::Value outcome(const std::string& place, bool held) {
@@ -137,7 +146,7 @@ void append_mismatches(const std::vector<Mismatch>& mismatches, Json::Value& out
 
 bool evaluate_expectations(const Json::Value& expect, const Json::Value& transcript, const std::string& place,
                            Json::Value& outcomes) {
-    const Matcher matcher(transcript["texts"]);
+    const Matcher matcher(transcript["texts"], transcript["language"].asString());
     bool all_held = true;
     for (const Kind& kind : kKinds) {
         if (!expect.isMember(kind.key)) {

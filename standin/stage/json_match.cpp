@@ -91,7 +91,14 @@ bool Matcher::special(const Json::Value& expected, const Json::Value& got, bool 
     if (kind == "$contains") {
         return got.isString() && got.asString().find(fill_in(value.asString())) != std::string::npos;
     }
-    return kind == "$at_least" && got.isNumeric() && got.asDouble() >= value.asDouble();
+    if (kind == "$language") {
+        return equal_scalars(value[language_], got);
+    }
+    if (!got.isNumeric()) {
+        return false;
+    }
+    return kind == "$at_least" ? got.asDouble() >= value.asDouble()
+                               : kind == "$at_most" && got.asDouble() <= value.asDouble();
 }
 
 bool Matcher::match(const Json::Value& expected, const Json::Value& got, const std::string& place,

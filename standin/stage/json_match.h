@@ -1,7 +1,8 @@
 // Compares what a scenario expects with what happened. Objects match when every expected member matches,
 // lists when they have the same length and match one by one. In place of a value may stand {"$text": 84}
-// (that text of the module), {"$pattern": "*.7z"} (* and ?), {"$contains": "x"}, {"$at_least": 1}, {"$any":
-// true}, {"$absent": true}.
+// (that text of the module), {"$pattern": "*.7z"} (* and ?), {"$contains": "x"}, {"$at_least": 1},
+// {"$at_most": 1}, {"$language": {"en": 1033, "zh": 1}} (the run's language decides), {"$any": true},
+// {"$absent": true}.
 #pragma once
 
 #include <json/value.h>
@@ -19,8 +20,9 @@ struct Mismatch {
 
 class Matcher {
 public:
-    // `texts`: the module's texts by number.
-    explicit Matcher(const Json::Value& texts) : texts_(texts) {}
+    // `texts`: the module's texts by number; `language`: "en" or "zh".
+    explicit Matcher(const Json::Value& texts, const std::string& language = std::string())
+        : texts_(texts), language_(language) {}
 
     // Appends what differs; true when nothing does. `got` null with `present` false: there is no such member.
     bool match(const Json::Value& expected, const Json::Value& got, const std::string& place,
@@ -36,6 +38,7 @@ private:
     bool special(const Json::Value& expected, const Json::Value& got, bool present) const;
 
     const Json::Value& texts_;
+    std::string language_;
 };
 
 bool matches_pattern(const std::string& pattern, const std::string& text);

@@ -5,6 +5,7 @@
 
 #include <winhttp.h>
 
+#include <atomic>
 #include <map>
 
 #include <shellapi.h>
@@ -16,6 +17,8 @@ namespace {
 Transcript* g_transcript = nullptr;
 Ledger* g_ledger = nullptr;
 std::map<HANDLE, Json::ArrayIndex> g_processes; // open process handles of the module, with their entry
+
+std::atomic<bool> g_fail_next_read{false};
 
 // The functions as the module would have called them. Filled by the patches below.
 struct Originals {
@@ -34,6 +37,7 @@ struct Originals {
     AnyFunction http_open;
     AnyFunction http_connect;
     AnyFunction http_request;
+    AnyFunction http_read;
     AnyFunction http_close;
     AnyFunction load_library_w;
     AnyFunction load_library_a;
@@ -189,6 +193,15 @@ HINTERNET WINAPI watched_http_request(HINTERNET connection, LPCWSTR verb, LPCWST
         "request");
 }
 
+// Fails once when a scenario wants it: no client can bring this about.
+BOOL WINAPI watched_http_read(HINTERNET request, LPVOID buffer, DWORD size, LPDWORD read) {
+    if (g_fail_next_read.exchange(false)) {
+        ::SetLastError(ERROR_WINHTTP_CONNECTION_ERROR);
+        return FALSE;
+    }
+    return ORIGINAL(WinHttpReadData, http_read)(request, buffer, size, read);
+}
+
 BOOL WINAPI watched_http_close(HINTERNET handle) {
     g_ledger->released("WinHTTP handle", handle);
     return ORIGINAL(WinHttpCloseHandle, http_close)(handle);
@@ -249,6 +262,7 @@ const ImportPatch kPatches[] = {
     {"WinHttpOpen", any(&watched_http_open), &g_original.http_open},
     {"WinHttpConnect", any(&watched_http_connect), &g_original.http_connect},
     {"WinHttpOpenRequest", any(&watched_http_request), &g_original.http_request},
+    {"WinHttpReadData", any(&watched_http_read), &g_original.http_read},
     {"WinHttpCloseHandle", any(&watched_http_close), &g_original.http_close},
     {"LoadLibraryW", any(&watched_load_library_w), &g_original.load_library_w},
     {"LoadLibraryA", any(&watched_load_library_a), &g_original.load_library_a},
@@ -257,6 +271,10 @@ const ImportPatch kPatches[] = {
 };
 
 } // namespace
+
+void fail_next_http_read() {
+    g_fail_next_read = true;
+}
 
 void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledger) {
     g_transcript = &transcript;

@@ -12,4 +12,7 @@ namespace stage {
 // Replaces the module's imports; the transcript and the ledger must outlive the module. One watch at a time.
 void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledger);
 
+// The module's next WinHttpReadData fails with ERROR_WINHTTP_CONNECTION_ERROR.
+void fail_next_http_read();
+
 } // namespace stage

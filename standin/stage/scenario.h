@@ -11,7 +11,7 @@ namespace stage {
 // False: `problem` says where and what.
 bool read_scenario(const std::string& text, Json::Value& scenario, std::string& problem);
 
-// "en" or "zh".
+// "en", "zh", or "any": whichever the system has.
 std::string scenario_language(const Json::Value& scenario);
 
 // The one key of an object that holds exactly one ("click" for a step).

@@ -13,7 +13,7 @@ namespace {
 
 const KeyRule kRules[] = {
     {"scenario", "description", "text"},
-    {"scenario", "language", "=en,=zh"},
+    {"scenario", "language", "=en,=zh,=any"},
     {"scenario", "scene", "{scene}"},
     {"scenario", "analysis", "{analysis}"},
     {"scenario", "data_folder", "{data_folder}"},
@@ -111,6 +111,9 @@ const KeyRule kRules[] = {
     {"step", "lock_file", "{file_name}"},
     {"step", "unlock_file", "{file_name}"},
     {"step", "restart", "{nothing}"},
+    {"step", "fail_next_read", "{nothing}"},
+    {"step", "repeat", "{repeat}"},
+    {"step", "soak", "{soak}"},
     {"step", "expect", "{expect}"},
 
     {"menu", "text", "whole"},
@@ -150,6 +153,10 @@ const KeyRule kRules[] = {
     {"write_file", "text!", "text"},
     {"file_name", "in", "=data,=scene"},
     {"file_name", "name!", "text"},
+    {"repeat", "times!", "whole"},
+    {"repeat", "steps!", "[{step}]"},
+    {"soak", "actions!", "whole"},
+    {"soak", "seed!", "whole"},
 
     {"expect", "boxes", "[{box}]"},
     {"expect", "told", "null,whole"},
@@ -170,18 +177,22 @@ const KeyRule kRules[] = {
     {"expect", "opened", "[{opened}]"},
     {"expect", "exceptions", "[" STAGE_TEXT "]"},
     {"expect", "released", "flag"},
+    {"expect", "repeats", "[<any>]"},
+    {"expect", "soaks", "[<any>]"},
 
     {"matcher", "$text", "whole"},
     {"matcher", "$pattern", "text"},
     {"matcher", "$contains", "text"},
     {"matcher", "$at_least", "number"},
+    {"matcher", "$at_most", "number"},
+    {"matcher", "$language", "<any>"},
     {"matcher", "$any", "true"},
     {"matcher", "$absent", "true"},
 
     {"box", "text", "whole," STAGE_TEXT},
     {"box", "caption", "whole," STAGE_TEXT},
     {"box", "style", "whole"},
-    {"box", "language", "whole"},
+    {"box", "language", "whole,{matcher}"},
     {"box", "owner", "=main,=edit,=frame,=none"},
     {"box", "answer", STAGE_ANSWER},
     {"dialog_end", "template!", "whole"},

@@ -2,6 +2,7 @@
 
 #include "standin/stage/expectations.h"
 #include "standin/stage/files.h"
+#include "standin/stage/heap_watch.h"
 #include "standin/stage/resource_watch.h"
 #include "standin/stage/scenario.h"
 #include "standin/stage/steps.h"
@@ -63,6 +64,10 @@ void say(const std::string& line) {
 }
 
 } // namespace
+
+std::string system_language() {
+    return PRIMARYLANGID(::GetUserDefaultUILanguage()) == LANG_CHINESE ? "zh" : "en";
+}
 
 void CallList::on_call(const char* name, const std::wstring& arguments) {
     Json::Value entry(Json::objectValue);
@@ -175,13 +180,14 @@ bool StageRun::open_module(std::string& problem) {
     boxes->install(module.handle());
     dialogs->install(module.handle());
     install_resource_watch(module.handle(), transcript, ledger);
+    install_heap_watch(module.handle());
     return true;
 }
 
 bool StageRun::prepare(std::string& problem) {
     transcript.set("scenario", to_utf8(options.scenario));
     transcript.set("description", scenario.get("description", ""));
-    transcript.set("language", scenario_language(scenario));
+    transcript.set("language", system_language());
     Json::Value closed(Json::objectValue);
     closed["open"] = false;
     transcript.set("dialog_state", "main", closed);

@@ -35,6 +35,9 @@ private:
     Transcript& transcript_;
 };
 
+// "en" or "zh": the language in which the system picks resources.
+std::string system_language();
+
 class StageRun {
 public:
     // Both must outlive the run.

@@ -60,6 +60,9 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"lock_file", &Steps::lock},
     {"unlock_file", &Steps::unlock},
     {"restart", &Steps::restart},
+    {"fail_next_read", &Steps::fail_next_read},
+    {"repeat", &Steps::repeat},
+    {"soak", &Steps::soak},
     {"expect", &Steps::expect},
 };
 
@@ -72,35 +75,44 @@ void Steps::start_clock() {
 void Steps::run_all() {
     const Json::Value& limits = run_.scenario["limits"];
     total_ = Deadline::in_seconds(limits.get("total_seconds", kDefaultTotalSeconds).asUInt());
-    const Json::Value& steps = run_.scenario["steps"];
-    bool going = true;
-    for (Json::ArrayIndex i = 0; i < steps.size() && going; ++i) {
-        going = run_step(steps[i], i);
-    }
+    run_steps(run_.scenario["steps"], "steps");
     run_.place("closing what is still open");
     start_clock();
     close_everything();
     locks_.clear();
 }
 
-// False when the step could not be done; the ones after it are then left out.
-bool Steps::run_step(const Json::Value& step, unsigned index) {
+// False when a step could not be done; the ones after it are then left out.
+bool Steps::run_steps(const Json::Value& steps, const std::string& place) {
+    bool going = true;
+    for (Json::ArrayIndex i = 0; i < steps.size() && going; ++i) {
+        going = run_step(steps[i], place_of(place, i));
+    }
+    return going;
+}
+
+void Steps::do_verb(const Json::Value& step) {
     const std::string verb = only_key(step);
+    for (const VerbEntry& known : kVerbs) {
+        if (verb == known.key) {
+            (this->*known.verb)(step[verb]);
+        }
+    }
+}
+
+bool Steps::run_step(const Json::Value& step, const std::string& place) {
     const unsigned long long before = ::GetTickCount64();
-    place_ = place_of(place_of("steps", index), verb);
+    const std::string own_place = place_of(place, only_key(step));
+    place_ = own_place;
     run_.place(place_);
     start_clock();
     Json::Value entry(Json::objectValue);
-    entry["place"] = place_;
+    entry["place"] = own_place;
     bool done = true;
     try {
-        for (const VerbEntry& known : kVerbs) {
-            if (verb == known.key) {
-                (this->*known.verb)(step[verb]);
-            }
-        }
+        do_verb(step);
     } catch (const StepFailure& failure) {
-        run_.fail(place_, failure.expected, failure.got);
+        run_.fail(own_place, failure.expected, failure.got);
         done = false;
     }
     entry["done"] = done;

@@ -2,6 +2,7 @@
 // user interface waits for messages again and no message box is open. Needs windows.h.
 #pragma once
 
+#include "standin/stage/soak.h"
 #include "standin/stage/stage_run.h"
 
 #include <json/value.h>
@@ -33,7 +34,9 @@ private:
     };
     static const VerbEntry kVerbs[];
 
-    bool run_step(const Json::Value& step, unsigned index);
+    bool run_steps(const Json::Value& steps, const std::string& place);
+    bool run_step(const Json::Value& step, const std::string& place);
+    void do_verb(const Json::Value& step);
     void start_clock();
     void close_everything();
 
@@ -69,6 +72,11 @@ private:
     void select(const Json::Value& arguments);
     void double_click(const Json::Value& arguments);
 
+    // Steps that go on for long (steps_repeat.cpp).
+    void repeat(const Json::Value& arguments);
+    void soak(const Json::Value& arguments);
+    SoakView soak_view();
+
     // What is around the module (steps_world.cpp).
     void menu(const Json::Value& arguments);
     void shortcut(const Json::Value& arguments);
@@ -82,6 +90,7 @@ private:
     void lock(const Json::Value& arguments);
     void unlock(const Json::Value& arguments);
     void restart(const Json::Value& arguments);
+    void fail_next_read(const Json::Value& arguments);
     void expect(const Json::Value& arguments);
     std::wstring named_file(const Json::Value& arguments) const;
 

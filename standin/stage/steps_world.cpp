@@ -4,6 +4,7 @@
 #include "standin/stage/expectations.h"
 #include "standin/stage/files.h"
 #include "standin/stage/screenshot.h"
+#include "standin/stage/resource_watch.h"
 #include "standin/stage/steps.h"
 #include "standin/stage/wide_text.h"
 
@@ -169,6 +170,10 @@ void Steps::unlock(const Json::Value& arguments) {
     if (locks_.erase(named_file(arguments)) == 0) {
         throw StepFailure{"a locked file", "it is not locked"};
     }
+}
+
+void Steps::fail_next_read(const Json::Value&) {
+    fail_next_http_read();
 }
 
 void Steps::restart(const Json::Value&) {

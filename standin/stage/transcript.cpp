@@ -11,7 +11,8 @@ namespace {
 // Lists that are there even when nothing happened, so that a reader need not ask.
 const char* const kLists[] = {"boxes",    "dialogs", "commands",    "host_calls", "scripts",
                               "requests", "files",   "processes",   "opened",     "leaks",
-                              "plugin",   "steps",   "screenshots", "exceptions", "outcomes"};
+                              "plugin",   "steps",   "screenshots", "exceptions", "outcomes",
+                              "repeats",  "soaks"};
 
 } // namespace
 
@@ -45,6 +46,25 @@ void Transcript::set(const char* object, const char* key, const Json::Value& val
 Json::Value Transcript::copy() const {
     const std::lock_guard<std::mutex> lock(mutex_);
     return root_;
+}
+
+Transcript::Mark Transcript::mark() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Mark sizes;
+    for (const char* list : kLists) {
+        sizes[list] = root_[list].size();
+    }
+    sizes.erase("outcomes");
+    return sizes;
+}
+
+void Transcript::forget(const Mark& mark) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const auto& list : mark) {
+        if (root_[list.first].size() > list.second) {
+            root_[list.first].resize(list.second);
+        }
+    }
 }
 
 bool Transcript::write(const std::wstring& file) const {

@@ -3,6 +3,7 @@
 
 #include <json/value.h>
 
+#include <map>
 #include <mutex>
 #include <string>
 
@@ -20,6 +21,12 @@ public:
     void set(const char* object, const char* key, const Json::Value& value);
 
     Json::Value copy() const;
+
+    // Takes back what was appended to the lists since the mark, except outcomes: for rounds that are repeated so
+    // often that their record would outgrow what they do. Nothing of it may still wait for `amend`.
+    using Mark = std::map<std::string, Json::ArrayIndex>;
+    Mark mark() const;
+    void forget(const Mark& mark);
 
     // Styled, UTF-8.
     bool write(const std::wstring& file) const;

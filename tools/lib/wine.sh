@@ -73,7 +73,8 @@ start_screen() {
     [ -n "${TARVO_KEEP_DISPLAY:-}" ] && return 0
     local number=$TARVO_BUILD_DIR/display
     rm -f "$number"
-    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
+    # Large enough for the dialogs at twice the usual scale.
+    Xvfb -displayfd 3 -screen 0 2400x1600x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
     SCREEN_PID=$!
     local tries=0
     until [ -s "$number" ]; do

@@ -1,0 +1,118 @@
+// Steps that go on for long: the same ones again and again, and random ones.
+#include "standin/stage/dialog_state.h"
+#include "standin/stage/heap_watch.h"
+#include "standin/stage/json_match.h"
+#include "standin/stage/scenario.h"
+#include "standin/stage/scenario_check.h"
+#include "standin/stage/soak.h"
+#include "standin/stage/steps.h"
+#include "standin/stage/wide_text.h"
+
+#include "resources/resource_ids.h"
+
+namespace stage {
+
+namespace {
+
+struct Use {
+    HeapUse heap;
+    std::size_t leaks;
+    std::size_t process_kb;
+};
+
+Use use_now(const Ledger& ledger) {
+    return {heap_use(), ledger.open().size(), process_memory_kb()};
+}
+
+Json::Int64 grown(std::size_t before, std::size_t after) {
+    return static_cast<Json::Int64>(after) - static_cast<Json::Int64>(before);
+}
+
+} // namespace
+
+// The first round and the first half are for what is made once; what the second half leaves behind is
+// compared with that. Of the rounds only the last one stays in the transcript, or it would be what grows.
+void Steps::repeat(const Json::Value& arguments) {
+    const std::string place = place_;
+    const unsigned times = arguments["times"].asUInt();
+    const unsigned long long started = ::GetTickCount64();
+    const HWND top = run_.dialogs->top();
+    const Transcript::Mark mark = run_.transcript.mark();
+    Use half = use_now(run_.ledger);
+    for (unsigned round = 0; round < times; ++round) {
+        run_.transcript.forget(mark);
+        if (!run_steps(arguments["steps"], place_of(place + ".round", round))) {
+            throw StepFailure{"every step of every round done", "round " + std::to_string(round)};
+        }
+        if (run_.dialogs->top() != top) {
+            throw StepFailure{"after a round the dialogs that were open before it", "others"};
+        }
+        if (round == times / 2) {
+            half = use_now(run_.ledger);
+        }
+    }
+    const Use end = use_now(run_.ledger);
+    Json::Value entry(Json::objectValue);
+    entry["place"] = place;
+    entry["times"] = times;
+    entry["milliseconds"] = static_cast<Json::Int64>(::GetTickCount64() - started);
+    entry["heap_blocks"] = static_cast<Json::Int64>(end.heap.blocks);
+    entry["heap_bytes"] = static_cast<Json::Int64>(end.heap.bytes);
+    entry["heap_blocks_grown"] = grown(half.heap.blocks, end.heap.blocks);
+    entry["heap_bytes_grown"] = grown(half.heap.bytes, end.heap.bytes);
+    entry["open_handles_grown"] = grown(half.leaks, end.leaks);
+    entry["process_kb_grown"] = grown(half.process_kb, end.process_kb);
+    run_.transcript.append("repeats", entry);
+}
+
+// What random actions have to know of the dialog on top.
+SoakView Steps::soak_view() {
+    SoakView view;
+    const HWND top = run_.dialogs->top();
+    if (top == nullptr) {
+        return view;
+    }
+    view.dialog = run_.dialogs->name_of_window(top);
+    call([top, &view] {
+        for (HWND child = ::GetWindow(top, GW_CHILD); child != nullptr;
+             child = ::GetWindow(child, GW_HWNDNEXT)) {
+            if (::IsWindowVisible(child) != FALSE && ::IsWindowEnabled(child) != FALSE) {
+                view.controls.push_back({::GetDlgCtrlID(child), to_utf8(class_name(child))});
+            }
+        }
+        const HWND list = camera_table(top);
+        view.rows = list == nullptr ? 0 : row_count(list);
+        const HWND name = ::GetDlgItem(top, IDC_EDIT_NAME);
+        view.empty_name = view.dialog == "edit" && name != nullptr && ::GetWindowTextLengthW(name) == 0;
+    });
+    return view;
+}
+
+// A random action that cannot be done just now is as good as one that can; only a crash, a hang or a broken
+// expectation counts.
+void Steps::soak(const Json::Value& arguments) {
+    const std::string place = place_;
+    const unsigned actions = arguments["actions"].asUInt();
+    Soak source(arguments["seed"].asUInt());
+    unsigned done = 0;
+    for (unsigned i = 0; i < actions; ++i) {
+        const Json::Value step = source.next(soak_view());
+        place_ = place_of(place, i) + " " + compact(step);
+        run_.place(place_);
+        start_clock();
+        try {
+            do_verb(step);
+            ++done;
+        } catch (const StepFailure&) {
+            // Not possible here: a control that is disabled, a row that has gone.
+        }
+    }
+    Json::Value entry(Json::objectValue);
+    entry["place"] = place;
+    entry["actions"] = actions;
+    entry["done"] = done;
+    entry["seed"] = arguments["seed"];
+    run_.transcript.append("soaks", entry);
+}
+
+} // namespace stage

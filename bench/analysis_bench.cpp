@@ -12,17 +12,9 @@
 #include <cstdio>
 #include <fstream>
 
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-
 namespace {
 
 using tarvo_bench::report;
-
-void parse_alone(const std::string& text) {
-    Json::Value root;
-    Json::Reader reader;
-    reader.parse(text, root);
-}
 
 void measure_reader() {
     const std::string text = tarvo_bench::sample_analysis(100000, 10000);
@@ -30,26 +22,8 @@ void measure_reader() {
     std::wstring wide = tarvo::Utf8ToWide(text);
     scene.set_analysis_text(wide);
     const tarvo_bench::Ratio time = tarvo_bench::compare(
-        9, [&] { scene.parse_analysis(); }, [&] { parse_alone(text); });
+        9, [&] { scene.parse_analysis(); }, [&] { tarvo_bench::parse_alone(text); });
     report("parse_analysis / Json::Reader::parse, 100,000 files, 10,000 cameras", time.ratio(), 1.25);
-}
-
-// How time grows from one input to ten times of it; the library's own growth stands beside it.
-void measure_growth(int references, const std::string& name) {
-    const std::string small_text = tarvo_bench::sample_analysis(references, references / 10);
-    const std::string large_text = tarvo_bench::sample_analysis(references * 10, references);
-    tarvo::SceneData small;
-    tarvo::SceneData large;
-    std::wstring small_wide = tarvo::Utf8ToWide(small_text);
-    std::wstring large_wide = tarvo::Utf8ToWide(large_text);
-    small.set_analysis_text(small_wide);
-    large.set_analysis_text(large_wide);
-    const double ours = tarvo_bench::best_seconds(5, [&] { large.parse_analysis(); }) /
-                        tarvo_bench::best_seconds(9, [&] { small.parse_analysis(); });
-    const double library = tarvo_bench::best_seconds(5, [&] { parse_alone(large_text); }) /
-                           tarvo_bench::best_seconds(9, [&] { parse_alone(small_text); });
-    report("parse_analysis, growth of time for ten times " + name, ours, 11.0);
-    report("  the same growth of Json::Reader::parse alone", library, 11.0);
 }
 
 // The floor is what has to be there in any case: the store's wide text and the parsed tree.
@@ -103,8 +77,6 @@ void measure_log() {
 
 void tarvo_bench::measure_analysis() {
     measure_reader();
-    measure_growth(10000, "10,000 files");
-    measure_growth(100000, "100,000 files");
     measure_memory();
     measure_log();
 }

@@ -102,4 +102,20 @@ void report(const std::string& name, double value, double limit) {
     std::fflush(stdout);
 }
 
+GrownHeap::GrownHeap() {
+    constexpr std::size_t kBlocks = 8000000;
+    constexpr std::size_t kKeptOneIn = 500;
+    constexpr std::size_t kSmallest = 48;
+    constexpr std::size_t kStep = 16;
+    constexpr std::size_t kSizes = 7;
+    std::vector<std::unique_ptr<char[]>> blocks;
+    blocks.reserve(kBlocks);
+    for (std::size_t i = 0; i < kBlocks; ++i) {
+        blocks.emplace_back(new char[kSmallest + i % kSizes * kStep]);
+    }
+    for (std::size_t i = 0; i < kBlocks; i += kKeptOneIn) {
+        kept_.push_back(std::move(blocks[i]));
+    }
+}
+
 } // namespace tarvo_bench

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvo_bench {
 
@@ -24,6 +26,16 @@ double best_seconds(int rounds, const std::function<void()>& subject);
 void reset_peak();
 std::size_t peak_bytes();
 std::size_t live_bytes();
+
+// Makes the process's heap as large as a host's and keeps it so: many small blocks are allocated, and a few
+// of them, spread all over, stay until the end.
+class GrownHeap {
+public:
+    GrownHeap();
+
+private:
+    std::vector<std::unique_ptr<char[]>> kept_;
+};
 
 // One line of the report: "name  value  (at most limit)" and whether it holds.
 void report(const std::string& name, double value, double limit);

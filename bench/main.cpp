@@ -1,4 +1,4 @@
-// bench.exe [analysis|submit]: everything when neither is named.
+// bench.exe [analysis|submit|table|growth]: everything when none is named.
 #include "bench/measurements.h"
 #include "tests/support/test_folder.h"
 
@@ -12,6 +12,13 @@ int main(int argc, char** argv) {
     }
     if (wanted.empty() || wanted == "submit") {
         tarvo_bench::measure_submit();
+    }
+    if (wanted.empty() || wanted == "table") {
+        tarvo_bench::measure_table();
+    }
+    // Last: it leaves another heap behind.
+    if (wanted.empty() || wanted == "growth") {
+        tarvo_bench::measure_growth();
     }
     return 0;
 }

@@ -1,8 +1,8 @@
 #include "dialog/number_step.h"
 
 #include <cstdio>
+#include <cstring>
 #include <limits>
-#include <vector>
 
 namespace tarvo {
 
@@ -16,10 +16,10 @@ double StepNumber(double value, float delta, float step, float minimum, float ma
 }
 
 std::wstring OneDecimal(double value) {
-    constexpr const char* kFormat = "%.1f";
-    std::vector<char> digits(static_cast<std::size_t>(std::snprintf(nullptr, 0, kFormat, value)) + 1);
-    std::snprintf(digits.data(), digits.size(), kFormat, value);
-    return std::wstring(digits.begin(), digits.end() - 1);
+    constexpr std::size_t kLongest = 320; // the largest double has 309 digits before the point
+    char digits[kLongest] = {};
+    std::snprintf(digits, sizeof digits, "%.1f", value);
+    return std::wstring(digits, digits + std::strlen(digits));
 }
 
 std::int32_t TruncateToInt32(double value) {

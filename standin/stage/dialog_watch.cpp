@@ -37,10 +37,10 @@ struct MessageName {
 };
 
 const MessageName kRecorded[] = {
-    {WM_INITDIALOG, "WM_INITDIALOG"}, {WM_COMMAND, "WM_COMMAND"},         {WM_NOTIFY, "WM_NOTIFY"},
-    {WM_CLOSE, "WM_CLOSE"},           {WM_DESTROY, "WM_DESTROY"},         {kRefillTable, "WM_USER+1"},
-    {kNobodys, "WM_USER+2"},
-    {WM_MOUSEMOVE, "WM_MOUSEMOVE"},   {WM_LBUTTONDOWN, "WM_LBUTTONDOWN"}, {WM_LBUTTONUP, "WM_LBUTTONUP"},
+    {WM_INITDIALOG, "WM_INITDIALOG"}, {WM_COMMAND, "WM_COMMAND"},     {WM_NOTIFY, "WM_NOTIFY"},
+    {WM_CLOSE, "WM_CLOSE"},           {WM_DESTROY, "WM_DESTROY"},     {kRefillTable, "WM_USER+1"},
+    {kNobodys, "WM_USER+2"},          {WM_MOUSEMOVE, "WM_MOUSEMOVE"}, {WM_LBUTTONDOWN, "WM_LBUTTONDOWN"},
+    {WM_LBUTTONUP, "WM_LBUTTONUP"},
 };
 
 // Controls notify a lot; these are the notifications that mean a user's action.

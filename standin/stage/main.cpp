@@ -72,9 +72,8 @@ int run_scenario(const Options& options) {
     }
     const std::string wanted = scenario_language(scenario);
     if (wanted != "any" && wanted != system_language()) {
-        return refuse("the scenario wants the language '" + wanted +
-                      "' and the system's is '" + system_language() +
-                      "' (under Wine LC_ALL decides; see --print-language)");
+        return refuse("the scenario wants the language '" + wanted + "' and the system's is '" +
+                      system_language() + "' (under Wine LC_ALL decides; see --print-language)");
     }
     const OneAtATime turn;
     StageRun run(options, scenario);

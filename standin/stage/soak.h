@@ -16,7 +16,7 @@ struct SoakControl {
 
 // The dialog on top, as far as choosing an action needs it.
 struct SoakView {
-    std::string dialog; // "main", "edit"; empty when none is open
+    std::string dialog;                // "main", "edit"; empty when none is open
     std::vector<SoakControl> controls; // those that can be used
     int rows = 0;                      // of the camera table
     bool empty_name = false;           // of the camera that is being edited

@@ -3,8 +3,8 @@
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/expectations.h"
 #include "standin/stage/files.h"
-#include "standin/stage/screenshot.h"
 #include "standin/stage/resource_watch.h"
+#include "standin/stage/screenshot.h"
 #include "standin/stage/steps.h"
 #include "standin/stage/wide_text.h"
 

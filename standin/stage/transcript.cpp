@@ -9,10 +9,9 @@ namespace stage {
 namespace {
 
 // Lists that are there even when nothing happened, so that a reader need not ask.
-const char* const kLists[] = {"boxes",    "dialogs", "commands",    "host_calls", "scripts",
-                              "requests", "files",   "processes",   "opened",     "leaks",
-                              "plugin",   "steps",   "screenshots", "exceptions", "outcomes",
-                              "repeats",  "soaks"};
+const char* const kLists[] = {"boxes",       "dialogs",    "commands", "host_calls", "scripts", "requests",
+                              "files",       "processes",  "opened",   "leaks",      "plugin",  "steps",
+                              "screenshots", "exceptions", "outcomes", "repeats",    "soaks"};
 
 } // namespace
 

@@ -22,8 +22,8 @@ public:
 
     Json::Value copy() const;
 
-    // Takes back what was appended to the lists since the mark, except outcomes: for rounds that are repeated so
-    // often that their record would outgrow what they do. Nothing of it may still wait for `amend`.
+    // Takes back what was appended to the lists since the mark, except outcomes: for rounds that are repeated
+    // so often that their record would outgrow what they do. Nothing of it may still wait for `amend`.
     using Mark = std::map<std::string, Json::ArrayIndex>;
     Mark mark() const;
     void forget(const Mark& mark);

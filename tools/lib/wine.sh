@@ -74,7 +74,7 @@ start_screen() {
     local number=$TARVO_BUILD_DIR/display
     rm -f "$number"
     # Large enough for the dialogs at twice the usual scale.
-    Xvfb -displayfd 3 -screen 0 2400x1600x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
+    Xvfb -displayfd 3 -screen 0 2400x1800x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
     SCREEN_PID=$!
     local tries=0
     until [ -s "$number" ]; do

@@ -5,10 +5,12 @@
 #include "standin/stage/log_lines.h"
 #include "standin/stage/scenario.h"
 #include "standin/stage/scenario_rules.h"
+#include "standin/stage/soak.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 
 namespace {
@@ -48,7 +50,7 @@ const Refusal kRefusals[] = {
      "steps[0].click.dialog: must be \"main\" or \"edit\""},
     {"\"steps\":[{\"double_click\":{\"empty_space\":false}}]",
      "steps[0].double_click.empty_space: must be true"},
-    {"\"language\":\"de\"", "language: must be \"en\" or \"zh\""},
+    {"\"language\":\"de\"", "language: must be \"en\" or \"zh\" or \"any\""},
     {"\"answers\":{\"59\":\"maybe\"}",
      "answers.59: must be \"ok\" or \"cancel\" or \"yes\" or \"no\" or a list"},
     {"\"answers\":{\"first\":\"ok\"}", "answers.first: the key must be a number"},
@@ -215,7 +217,67 @@ TEST(StageMatch, PatternsAndMatchers) {
         matcher.matches(parsed_or_null("{\"b\":{\"$absent\":true}}"), parsed_or_null("{\"b\":null}")));
     EXPECT_FALSE(matcher.matches(parsed_or_null("{\"a\":null}"), parsed_or_null("{\"b\":1}")));
     EXPECT_TRUE(matcher.matches(parsed_or_null("{\"$at_least\":2}"), Json::Value(2)));
+    EXPECT_FALSE(matcher.matches(parsed_or_null("{\"$at_least\":2}"), Json::Value(1)));
+    EXPECT_TRUE(matcher.matches(parsed_or_null("{\"$at_most\":2}"), Json::Value(2)));
+    EXPECT_FALSE(matcher.matches(parsed_or_null("{\"$at_most\":2}"), Json::Value(3)));
+    EXPECT_FALSE(matcher.matches(parsed_or_null("{\"$at_most\":2}"), Json::Value("1")));
     EXPECT_TRUE(matcher.matches(parsed_or_null("5"), Json::Value(5.0)));
+}
+
+TEST(StageMatch, TheLanguageOfTheRunDecides) {
+    const Json::Value expected = parsed_or_null("{\"$language\":{\"en\":1033,\"zh\":1}}");
+    const Json::Value texts;
+    EXPECT_TRUE(Matcher(texts, "en").matches(expected, Json::Value(1033)));
+    EXPECT_FALSE(Matcher(texts, "en").matches(expected, Json::Value(1)));
+    EXPECT_TRUE(Matcher(texts, "zh").matches(expected, Json::Value(1)));
+    EXPECT_FALSE(Matcher(texts, "zh").matches(expected, Json::Value(1033)));
+}
+
+SoakView view_of_main() {
+    SoakView view;
+    view.dialog = "main";
+    view.rows = 3;
+    view.controls = {{1036, "Edit"}, {1048, "msctls_updown32"}, {1018, "ComboBox"}, {1005, "Button"}};
+    return view;
+}
+
+// What a soak chose: verb → how often; every step has to be one that a scenario may hold.
+std::map<std::string, int> verbs_chosen(unsigned seed, int count, std::string& all) {
+    std::map<std::string, int> chosen;
+    Soak soak(seed);
+    for (int i = 0; i < count; ++i) {
+        const Json::Value step = soak.next(view_of_main());
+        ++chosen[only_key(step)];
+        all += compact(step);
+        EXPECT_EQ(problem_with("\"steps\":[" + compact(step) + "]"), "accepted");
+    }
+    return chosen;
+}
+
+TEST(StageSoak, IsTheSameForTheSameSeedAndUsesEverything) {
+    std::string first;
+    std::string again;
+    std::string other;
+    const std::map<std::string, int> chosen = verbs_chosen(7, 500, first);
+    verbs_chosen(7, 500, again);
+    verbs_chosen(8, 500, other);
+    EXPECT_EQ(first, again);
+    EXPECT_NE(first, other);
+    for (const char* verb :
+         {"check", "uncheck", "select", "double_click", "key", "type", "spin", "choose", "click"}) {
+        EXPECT_GT(chosen.count(verb), 0U) << verb;
+    }
+}
+
+TEST(StageSoak, OpensTheDialogAndNeverLeavesANameEmpty) {
+    Soak soak(7);
+    SoakView view;
+    EXPECT_EQ(compact(soak.next(view)), "{\"menu\":{\"command\":1497}}");
+    view.dialog = "edit";
+    view.empty_name = true;
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(soak.next(view)["type"]["control"].asInt(), 1020);
+    }
 }
 
 TEST(StageLog, LinesContinuationsAndChannels) {

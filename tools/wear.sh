@@ -22,6 +22,7 @@ with open(sys.argv[1], encoding="utf-8") as file:
 repeats = [step["repeat"] for step in scenario["steps"] if "repeat" in step]
 for repeat, times in zip(repeats, sys.argv[2:]):
     repeat["times"] = int(times)
+scenario["expect"]["request_count"] = int(sys.argv[3])
 json.dump(scenario, sys.stdout)
 PYTHON
 status=0

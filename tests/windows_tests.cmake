@@ -38,6 +38,7 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
 endforeach()
 
 file(GLOB TARVO_SCENARIOS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/*.json)
+list(APPEND TARVO_SCENARIOS ${PROJECT_SOURCE_DIR}/tools/scenarios/pictures.json)
 foreach(scenario ${TARVO_SCENARIOS})
     get_filename_component(name ${scenario} NAME_WE)
     add_test(NAME scenario.${name}

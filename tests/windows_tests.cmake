@@ -46,3 +46,15 @@ foreach(scenario ${TARVO_SCENARIOS})
             ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
     set_tests_properties(scenario.${name} PROPERTIES RESOURCE_LOCK data_folder TIMEOUT 300)
 endforeach()
+
+# What the scenarios really wrote and posted, held against the schemas.
+find_program(TARVO_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+set(TARVO_SCENARIO_NAMES ${TARVO_SCENARIOS})
+list(TRANSFORM TARVO_SCENARIO_NAMES REPLACE "^.*/([^/]+)\\.json$" "\\1")
+set(TARVO_SCENARIO_TESTS ${TARVO_SCENARIO_NAMES})
+list(TRANSFORM TARVO_SCENARIO_TESTS PREPEND scenario.)
+set_tests_properties(${TARVO_SCENARIO_TESTS} PROPERTIES FIXTURES_SETUP played)
+add_test(NAME docs.formats_of_runs
+    COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
+        --runs ${PROJECT_BINARY_DIR}/scenarios ${TARVO_SCENARIO_NAMES})
+set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)

@@ -37,7 +37,10 @@ class Checker:
         for path in sorted(FORMATS.glob("*.schema.json")):
             schema = load(path)
             kind = jsonschema.validators.validator_for(schema)
-            kind.check_schema(schema)
+            try:
+                kind.check_schema(schema)
+            except jsonschema.SchemaError as error:
+                sys.exit(f"{path.relative_to(ROOT)}: no schema: {pointer(error)}: {error.message}")
             self.validators[path.name[:-len(".schema.json")]] = kind(schema)
 
     def add(self, problem: str) -> None:

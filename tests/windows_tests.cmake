@@ -50,22 +50,36 @@ foreach(scale 150 200)
 endforeach()
 
 file(GLOB TARVO_SCENARIOS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/*.json)
+list(APPEND TARVO_SCENARIOS ${PROJECT_SOURCE_DIR}/tools/scenarios/pictures.json)
+
+# `name` is the test's and the run's folder.
 function(add_scenario name scenario language)
     add_test(NAME scenario.${name}
         COMMAND bash ${PROJECT_SOURCE_DIR}/tools/play.sh
             ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
     set_tests_properties(scenario.${name} PROPERTIES
-        ENVIRONMENT "TARVO_LANGUAGE=${language}" RESOURCE_LOCK data_folder TIMEOUT 300)
+        ENVIRONMENT "TARVO_LANGUAGE=${language}" RESOURCE_LOCK data_folder TIMEOUT 300 FIXTURES_SETUP played)
 endfunction()
 
 # A scenario for any language is played in both.
+set(TARVO_RUNS "")
 foreach(scenario ${TARVO_SCENARIOS})
     get_filename_component(name ${scenario} NAME_WE)
     file(READ ${scenario} text)
     if(text MATCHES "\"language\": \"any\"")
-        add_scenario(${name}.en ${scenario} en)
-        add_scenario(${name}.zh ${scenario} zh)
+        foreach(language en zh)
+            add_scenario(${name}.${language} ${scenario} ${language})
+            list(APPEND TARVO_RUNS ${name}.${language})
+        endforeach()
     else()
         add_scenario(${name} ${scenario} en)
+        list(APPEND TARVO_RUNS ${name})
     endif()
 endforeach()
+
+# What the scenarios really wrote and posted, held against the schemas.
+find_program(TARVO_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+add_test(NAME docs.formats_of_runs
+    COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
+        --runs ${PROJECT_BINARY_DIR}/scenarios ${TARVO_RUNS})
+set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)

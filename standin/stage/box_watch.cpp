@@ -82,9 +82,10 @@ std::string answer_name(int answer) {
     return answer == 0 ? "not shown" : std::to_string(answer);
 }
 
-void BoxWatch::prepare(const Json::Value& answers, const Json::Value& screenshots) {
-    answers_ = answers;
-    screenshots_ = screenshots;
+void BoxWatch::prepare(const Json::Value& scenario) {
+    answers_ = scenario["answers"];
+    screenshots_ = scenario["box_screenshots"];
+    system_buttons_ = scenario["box_buttons"].asString() == "system";
 }
 
 void BoxWatch::install(HMODULE module) {
@@ -159,7 +160,7 @@ int BoxWatch::show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT
         }
         open_.push_back(box);
     }
-    const int answer = real_message_box(owner, text, caption, style, language);
+    const int answer = real_message_box(owner, text, caption, style, system_buttons_ ? 0 : language);
     const std::lock_guard<std::mutex> lock(mutex_);
     open_.pop_back();
     transcript_.amend("boxes", box.index, "answer", answer_name(answer));

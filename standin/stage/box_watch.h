@@ -31,8 +31,8 @@ public:
     BoxWatch(Transcript& transcript, const ModuleFile& module, const DialogWatch& dialogs)
         : transcript_(transcript), module_(module), dialogs_(dialogs) {}
 
-    // `answers` and `screenshots` as in the scenario, by text number.
-    void prepare(const Json::Value& answers, const Json::Value& screenshots);
+    // Takes what the scenario says about boxes.
+    void prepare(const Json::Value& scenario);
 
     // Replaces the module's MessageBoxExW. One watch at a time.
     void install(HMODULE module);
@@ -59,6 +59,7 @@ private:
     const DialogWatch& dialogs_;
     Json::Value answers_;
     Json::Value screenshots_;
+    bool system_buttons_ = false;
     mutable std::mutex mutex_;
     std::map<unsigned, unsigned> seen_; // how often a text number came
     std::vector<OpenBox> open_;

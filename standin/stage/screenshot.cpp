@@ -4,6 +4,9 @@
 
 #include <gdiplus.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace stage {
 
 namespace {
@@ -48,33 +51,53 @@ RECT area_of(HWND window) {
     return area;
 }
 
-// The window's own surface holds all of it, covered or not.
-bool copy_picture(HWND window, HDC target, const SIZE& size) {
-    const HDC source = window == nullptr ? ::GetDC(nullptr) : ::GetWindowDC(window);
-    const BOOL copied = ::BitBlt(target, 0, 0, size.cx, size.cy, source, 0, 0, SRCCOPY);
-    ::ReleaseDC(window, source);
-    return copied != FALSE;
+// Each window's own surface holds all of it, covered or not; null: the screen. Later ones lie on top.
+bool copy_windows(const std::vector<HWND>& windows, HDC target, const RECT& area) {
+    bool all_copied = true;
+    for (HWND window : windows) {
+        const RECT own = area_of(window);
+        const HDC source = window == nullptr ? ::GetDC(nullptr) : ::GetWindowDC(window);
+        const BOOL copied = ::BitBlt(target, own.left - area.left, own.top - area.top, own.right - own.left,
+                                     own.bottom - own.top, source, 0, 0, SRCCOPY);
+        ::ReleaseDC(window, source);
+        all_copied = all_copied && copied != FALSE;
+    }
+    return all_copied;
 }
 
-} // namespace
-
-bool take_screenshot(HWND window, const std::wstring& file, SIZE& size) {
-    if (window != nullptr) {
-        ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+bool save_area(const std::vector<HWND>& windows, const RECT& area, const std::wstring& file, SIZE& size) {
+    for (HWND window : windows) {
+        if (window != nullptr) {
+            ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+        }
     }
-    const RECT area = area_of(window);
     size = {area.right - area.left, area.bottom - area.top};
     const HDC screen = ::GetDC(nullptr);
     const HDC memory = ::CreateCompatibleDC(screen);
     const HBITMAP picture = ::CreateCompatibleBitmap(screen, size.cx, size.cy);
     const HGDIOBJ before = ::SelectObject(memory, picture);
-    const bool copied = copy_picture(window, memory, size);
+    const bool copied = copy_windows(windows, memory, area);
     ::SelectObject(memory, before);
     const bool saved = copied && save_png(picture, file);
     ::DeleteObject(picture);
     ::DeleteDC(memory);
     ::ReleaseDC(nullptr, screen);
     return saved;
+}
+
+} // namespace
+
+bool take_screenshot(HWND window, const std::wstring& file, SIZE& size) {
+    return save_area({window}, area_of(window), file, size);
+}
+
+bool take_menu_screenshot(HWND frame, HWND menu, const std::wstring& file, SIZE& size) {
+    constexpr LONG kMargin = 30; // pixels
+    RECT area = area_of(frame);
+    const RECT below = area_of(menu);
+    area.right = std::min(area.right, below.right + kMargin);
+    area.bottom = std::min(area.bottom, below.bottom + kMargin);
+    return save_area({frame, menu}, area, file, size);
 }
 
 } // namespace stage

@@ -176,7 +176,7 @@ bool StageRun::open_module(std::string& problem) {
     transcript.set("module", module.description());
     dialogs.reset(new DialogWatch(transcript, frame.window()));
     boxes.reset(new BoxWatch(transcript, module, *dialogs));
-    boxes->prepare(scenario["answers"], scenario["box_screenshots"]);
+    boxes->prepare(scenario);
     boxes->install(module.handle());
     dialogs->install(module.handle());
     install_resource_watch(module.handle(), transcript, ledger);

@@ -81,7 +81,10 @@ private:
     void menu(const Json::Value& arguments);
     void shortcut(const Json::Value& arguments);
     void screenshot(const Json::Value& arguments);
+    using Photograph = std::function<bool(const std::wstring& file, SIZE& size)>;
     void picture(HWND window, const std::string& name);
+    void picture(const Photograph& take, const std::string& name);
+    void menu_picture(const std::string& name);
     void change_scene(const Json::Value& arguments);
     void client(const Json::Value& arguments);
     void no_client(const Json::Value& arguments);

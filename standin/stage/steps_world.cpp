@@ -83,10 +83,15 @@ void Steps::shortcut(const Json::Value& arguments) {
 }
 
 void Steps::picture(HWND window, const std::string& name) {
+    picture([window](const std::wstring& file, SIZE& size) { return take_screenshot(window, file, size); },
+            name);
+}
+
+void Steps::picture(const Photograph& take, const std::string& name) {
     SIZE size = {};
     bool taken = false;
     const std::wstring file = run_.out_file(to_wide(name));
-    call([&] { taken = take_screenshot(window, file, size); });
+    call([&] { taken = take(file, size); });
     if (!taken) {
         throw StepFailure{"a picture " + name, "it could not be made"};
     }
@@ -98,8 +103,36 @@ void Steps::picture(HWND window, const std::string& name) {
     run_.transcript.append("screenshots", entry);
 }
 
+// Drops the plugin's menu down, the last one of the bar, and closes it again. The menu's own loop runs what
+// is called meanwhile.
+void Steps::menu_picture(const std::string& name) {
+    const HWND frame = run_.frame.window();
+    run_.ui->post([frame] {
+        const HMENU bar = ::GetMenu(frame);
+        const UINT last = static_cast<UINT>(::GetMenuItemCount(bar) - 1);
+        RECT item = {};
+        ::GetMenuItemRect(frame, bar, last, &item);
+        ::HiliteMenuItem(frame, bar, last, MF_BYPOSITION | MF_HILITE);
+        ::TrackPopupMenu(::GetSubMenu(bar, static_cast<int>(last)), TPM_NONOTIFY, item.left, item.bottom, 0,
+                         frame, nullptr);
+        ::HiliteMenuItem(frame, bar, last, MF_BYPOSITION | MF_UNHILITE);
+    });
+    const auto take = [frame](const std::wstring& file, SIZE& size) {
+        const HWND menu = ::FindWindowW(L"#32768", nullptr);
+        const bool taken = menu != nullptr && take_menu_screenshot(frame, menu, file, size);
+        ::EndMenu();
+        return taken;
+    };
+    picture(take, name);
+    settle();
+}
+
 void Steps::screenshot(const Json::Value& arguments) {
     const std::string of = arguments.get("of", "").asString();
+    if (of == "menu") {
+        menu_picture(arguments["name"].asString());
+        return;
+    }
     HWND window = of == "frame" ? run_.frame.window() : nullptr;
     if (of == "main" || of == "edit") {
         window = run_.dialogs->window(of == "main" ? kMainTemplate : kEditTemplate);

@@ -139,6 +139,18 @@ TEST_F(SevenZip, RefusedNameIsNotPacked) {
     EXPECT_FALSE(archive_exists());
 }
 
+// The program's path is not quoted: a program by the name of its first word is taken for it.
+// docs/threat-model.md says why this stays.
+TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
+    ASSERT_NO_FATAL_FAILURE(install_program());
+    const std::wstring other = tarvo::common_app_data_folder() + L"/Tarvo.exe";
+    ASSERT_TRUE(::CopyFileW(config.sevenZipExe.c_str(), other.c_str(), FALSE)) << ::GetLastError();
+    EXPECT_TRUE(pack(L"mistaken"));
+    EXPECT_FALSE(archive_exists());
+    EXPECT_TRUE(::DeleteFileW(other.c_str())) << ::GetLastError();
+    expect_round_trip(L"mistaken");
+}
+
 TEST_F(SevenZip, MissingProgramIsSilent) {
     config.sevenZipExe = tarvo::common_app_data_folder() + L"/Tarvo Rendering/7-Zip/not there/7z.exe";
     ASSERT_TRUE(pack(L"alone"));

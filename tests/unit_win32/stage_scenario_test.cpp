@@ -51,6 +51,7 @@ const Refusal kRefusals[] = {
     {"\"steps\":[{\"double_click\":{\"empty_space\":false}}]",
      "steps[0].double_click.empty_space: must be true"},
     {"\"language\":\"de\"", "language: must be \"en\" or \"zh\" or \"any\""},
+    {"\"box_buttons\":\"english\"", "box_buttons: must be \"system\""},
     {"\"answers\":{\"59\":\"maybe\"}",
      "answers.59: must be \"ok\" or \"cancel\" or \"yes\" or \"no\" or a list"},
     {"\"answers\":{\"first\":\"ok\"}", "answers.first: the key must be a number"},

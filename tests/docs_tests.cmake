@@ -1,0 +1,6 @@
+# Checks of what is written: pages, formats, links. Debian's packages are for Debian's own Python, which need not be the
+# first one in the PATH.
+find_program(TARVO_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+add_test(NAME docs.guide COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/make_guide.py --check)
+add_test(NAME docs.formats COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py)
+add_test(NAME docs.links COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)

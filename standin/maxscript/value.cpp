@@ -1,0 +1,1 @@
+#include "standin/maxscript/value.h"

@@ -7,6 +7,7 @@ RUN_PACKAGES=(
 )
 TEST_PACKAGES=(
     g++ libjsoncpp-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
+    python3-jsonschema
 )
 
 # npm comes with Node.js where that was installed from elsewhere; asking for Debian's would clash with it.

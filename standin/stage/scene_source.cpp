@@ -3,6 +3,7 @@
 #include "standin/scene/scene_file_win32.h"
 #include "standin/scene/scene_writer_win32.h"
 #include "standin/stage/files.h"
+#include "standin/stage/infection.h"
 #include "standin/stage/scene_literal.h"
 #include "standin/stage/wide_text.h"
 
@@ -44,6 +45,11 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
     scene.literal = wanted;
     scene.model = literal_model(wanted);
     scene.needs_save = wanted.get("needs_save", false).asBool();
+    scene.startup_folder = joined(folder, L"startup");
+    if (!write_startup_files(wanted["infection"]["startup_files"], scene.startup_folder)) {
+        problem = to_utf8(scene.startup_folder) + ": cannot be written";
+        return false;
+    }
     if (wanted.get("unsaved", false).asBool()) {
         return true;
     }

@@ -13,7 +13,8 @@ namespace stage {
 struct StageScene {
     standin::SceneModel model; // its path is empty for a scene that was never saved
     bool needs_save = false;
-    Json::Value literal; // the scenario's "literal"; null for a real file
+    std::wstring startup_folder; // holds the host's start-up folders; empty: there are none
+    Json::Value literal;         // the scenario's "literal"; null for a real file
 };
 
 // For a person: the file itself. False: `problem` is a sentence.

@@ -33,6 +33,7 @@ void StageScripts::start_host(const std::wstring& folder, const std::wstring& pr
     host_ = maxscript_host::SceneHost();
     host_.environment_variables[u"ProgramData"] = maxscript::text_from_wide(program_data);
     maxscript_host::install_scene_library(*interpreter_, host_);
+    infection_.install(*interpreter_);
     const std::wstring start_script = joined(folder, kStartScript);
     if (file_exists(start_script)) {
         const std::wstring command = L"fileIn @\"" + start_script + L"\"";
@@ -49,6 +50,7 @@ void StageScripts::set_scene(const StageScene& scene, const Json::Value& analysi
     for (const Json::Value& query : scene.literal["failing"]) {
         host_.fail_query(maxscript::text_from_utf8(query.asString()));
     }
+    infection_.open(*interpreter_, scene.literal["infection"], scene.startup_folder);
     analysis_ = analysis;
 }
 

@@ -5,6 +5,7 @@
 #include "standin/maxscript/interpreter.h"
 #include "standin/maxscript_host/scene_library.h"
 #include "standin/sdk/control.h"
+#include "standin/stage/infection.h"
 #include "standin/stage/scene_source.h"
 #include "standin/stage/script_files.h"
 #include "standin/stage/transcript.h"
@@ -43,6 +44,7 @@ private:
     Transcript& transcript_;
     ScriptFiles files_;
     maxscript_host::SceneHost host_;
+    Infection infection_;
     std::unique_ptr<maxscript::Interpreter> interpreter_;
     Json::Value analysis_;
     maxscript::Text printed_; // by the running script, in the listener

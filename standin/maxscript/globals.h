@@ -10,7 +10,9 @@ namespace maxscript {
 
 // One variable. Compiled code holds its cells, so a removed global lives on in code that was compiled before,
 // as it does in the host.
-struct Cell {
+struct Cell : Container {
+    void surrender(std::vector<Value>& content) override;
+
     Text name; // as it was first written
     Value value;
     std::function<Value()> getter;            // set: the host owns the value
@@ -49,6 +51,9 @@ public:
     void add_variable(const Text& name, std::function<Value()> getter,
                       std::function<void(const Value&)> setter = nullptr);
     void add_function(NativeFunction function);
+    // The same, spelled out; keywords in any case.
+    void add_function(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
+                      NativeCode code);
     // A name that is undefined here but may be another host's: a renderer's class.
     void tolerate(const Text& name);
     // Drops all values.

@@ -169,7 +169,8 @@ public:
 protected:
     // Hands the content over to be dropped in a loop: a deep nest must not end in a deep recursion.
     static void drop_later(std::vector<Value>& content);
-    virtual void empty() = 0;
+    // Moves what the container holds to the end of the other.
+    virtual void surrender(std::vector<Value>& content) = 0;
 
 private:
     Container* previous_;
@@ -178,7 +179,7 @@ private:
 
 struct ArrayObject : Container {
     ~ArrayObject() override { drop_later(items); }
-    void empty() override { std::vector<Value>().swap(items); }
+    void surrender(std::vector<Value>& content) override;
 
     std::vector<Value> items;
 };
@@ -241,10 +242,10 @@ public:
 
 struct InstanceObject : Container {
     ~InstanceObject() override { drop_later(members); }
-    void empty() override { std::vector<Value>().swap(members); }
+    void surrender(std::vector<Value>& content) override;
 
     std::shared_ptr<StructDefinition> definition;
-    std::vector<Value> members;
+    std::vector<Value> members; // data only
 };
 
 // ASCII, Latin, Greek and Cyrillic letters; every other unit stays.

@@ -71,7 +71,10 @@ Value append_if_unique(Arguments& arguments) {
 }
 
 Value join(Arguments& arguments) {
-    const std::vector<Value> more = arguments.array(1).items;
+    std::vector<Value> more;
+    if (!elements_of(arguments.interpreter().engine(), arguments[1], more)) {
+        arguments.fail_conversion(1, u"Array");
+    }
     std::vector<Value>& items = arguments.array(0).items;
     refuse_growth(arguments, items.size() + more.size());
     arguments.interpreter().charge(more.size() * 16);

@@ -101,6 +101,15 @@ Value copied(Engine& engine, const Value& value, int levels) {
     }
 }
 
+// Without #noMap the host copies the elements, and gives no array.
+Value copy_value(Arguments& arguments) {
+    const bool is_flat = arguments.count() == 2 && arguments.name(1) == u"nomap";
+    if (arguments[0].is(Kind::array) && !is_flat) {
+        arguments.fail(u"Runtime error: the copy of an array needs #noMap");
+    }
+    return copied(arguments.interpreter().engine(), arguments[0], 0);
+}
+
 void add_constants(Globals& globals) {
     globals.add_constant(u"true", Value::boolean(true));
     globals.add_constant(u"false", Value::boolean(false));

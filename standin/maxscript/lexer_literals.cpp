@@ -101,7 +101,7 @@ void Lexer::read_integer(const Spot& spot, const std::string& digits) {
     Token& token = add(TokenKind::number, spot);
     token.value = Value::integer(static_cast<std::int32_t>(static_cast<std::uint32_t>(number)));
     if (number == 2147483648LL) {
-        token.text = kNeedsMinus;
+        token.text.assign(1, u'-'); // kNeedsMinus
     }
 }
 

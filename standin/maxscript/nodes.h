@@ -236,6 +236,7 @@ private:
     bool run_range(Engine& engine, std::vector<Value>& collected) const;
     bool run_whole(Engine& engine, std::int64_t first, std::int64_t last, std::int64_t step,
                    std::vector<Value>& collected) const;
+    bool run_times(Engine& engine, const Value (&limits)[3], std::vector<Value>& collected) const;
     bool run_items(Engine& engine, std::vector<Value>& collected) const;
     bool pass(Engine& engine, const Value& value, std::vector<Value>& collected) const;
 };

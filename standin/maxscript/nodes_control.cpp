@@ -2,6 +2,7 @@
 #include "standin/maxscript/engine.h"
 #include "standin/maxscript/nodes.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace maxscript {
@@ -146,6 +147,26 @@ bool ForNode::run_whole(Engine& engine, std::int64_t first, std::int64_t last, s
     return true;
 }
 
+bool ForNode::run_times(Engine& engine, const Value (&limits)[3], std::vector<Value>& collected) const {
+    constexpr std::int64_t kTicksPerFrame = 160;
+    std::int32_t step = 0;
+    if (limits[2].is(Kind::time)) {
+        step = limits[2].as_ticks();
+    } else if (number_to_integer(limits[2], step)) {
+        step = static_cast<std::int32_t>(std::min<std::int64_t>(step * kTicksPerFrame, INT32_MAX));
+    }
+    if (step == 0) {
+        engine.fail(u"Runtime error: For loop 'by' expression cannot be 0");
+    }
+    const std::int64_t last = limits[1].as_ticks();
+    for (std::int64_t ticks = limits[0].as_ticks(); step > 0 ? ticks <= last : ticks >= last; ticks += step) {
+        if (!pass(engine, Value::time(static_cast<std::int32_t>(ticks)), collected)) {
+            break;
+        }
+    }
+    return true;
+}
+
 bool ForNode::run_range(Engine& engine, std::vector<Value>& collected) const {
     Value limits[3] = {source->evaluate(engine), Value(), Value::integer(1)};
     limits[1] = engine.interrupted() ? Value() : to->evaluate(engine);
@@ -156,6 +177,9 @@ bool ForNode::run_range(Engine& engine, std::vector<Value>& collected) const {
         return false;
     }
     engine.at(spot());
+    if (limits[0].is(Kind::time) && limits[1].is(Kind::time)) {
+        return run_times(engine, limits, collected);
+    }
     bool whole = true;
     for (const Value& limit : limits) {
         if (!limit.is_number()) {

@@ -162,11 +162,11 @@ Value add(Engine& engine, const Value& one, const Value& other) {
         engine.charge(left.size() + right.size());
         return Value::string(left + right);
     }
-    if (!other.is(Kind::array)) {
+    std::vector<Value> more;
+    if (!elements_of(engine, other, more)) {
         fail_conversion(engine, other, one);
     }
     std::vector<Value> items = one.as_array().items;
-    const std::vector<Value>& more = other.as_array().items;
     engine.charge((items.size() + more.size()) * 16);
     if (items.size() + more.size() > kMostElements) {
         engine.stop_at_limit(u"an array grows too large");

@@ -151,8 +151,7 @@ void add_value_functions(Globals& globals) {
                          [](Arguments& a) { return Value::boolean(a[0].is(Kind::instance)); });
     globals.add_function(u"isStructDef", 1, 1, {},
                          [](Arguments& a) { return Value::boolean(a[0].is(Kind::struct_definition)); });
-    globals.add_function(u"copy", 1, 2, {},
-                         [](Arguments& a) { return copied(a.interpreter().engine(), a[0], 0); });
+    globals.add_function(u"copy", 1, 2, {}, copy_value);
     globals.add_function(u"deepCopy", 1, 1, {},
                          [](Arguments& a) { return copied(a.interpreter().engine(), a[0], kDeepestCopy); });
 }

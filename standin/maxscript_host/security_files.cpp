@@ -1,4 +1,4 @@
-// getDir for the start-up folders, and streams of bytes (fopen, readByte, writeByte, fclose).
+// getDir for the start-up folders, and files as bytes (fopen, readByte, writeByte, fclose, getFileSize).
 #include "standin/maxscript_host/security_scene.h"
 
 namespace maxscript_host {
@@ -94,6 +94,13 @@ Value write_byte(Arguments& arguments) {
     return Value::boolean(fits && stream_of(arguments)->append(byte));
 }
 
+Value file_size(Arguments& arguments) {
+    FileAccess* const files = arguments.interpreter().environment().files;
+    std::string bytes;
+    const bool there = files != nullptr && files->read(arguments.text(0), bytes);
+    return Value::integer(there ? static_cast<std::int32_t>(bytes.size()) : 0);
+}
+
 Value close_stream(Arguments& arguments) {
     return Value::boolean(stream_of(arguments)->close());
 }
@@ -124,6 +131,7 @@ void install_binary_streams(Interpreter& interpreter) {
     add_function(interpreter, u"readByte", 1, 2, read_byte);
     add_function(interpreter, u"writeByte", 2, 3, write_byte);
     add_function(interpreter, u"fclose", 1, 1, close_stream);
+    add_function(interpreter, u"getFileSize", 1, 1, file_size);
 }
 
 } // namespace maxscript_host

@@ -72,6 +72,7 @@ void Engine::begin_from_outside() {
         steps_left_ = environment_.settings.step_limit;
         flow_ = Flow::normal;
         print_all_elements = false;
+        undo = false;
     }
 }
 

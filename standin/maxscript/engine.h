@@ -82,6 +82,7 @@ public:
     const ScriptError* set_current_error(const ScriptError* error);
 
     bool print_all_elements = false;
+    bool undo = false;
 
 private:
     friend class FrameGuard;

@@ -103,6 +103,10 @@ void Interpreter::fail(const Text& message) const {
     engine_->fail(message);
 }
 
+bool Interpreter::undo_is_on() const {
+    return engine_->undo;
+}
+
 void Interpreter::charge(std::size_t units) {
     engine_->charge(units);
 }

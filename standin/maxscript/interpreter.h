@@ -132,6 +132,8 @@ public:
     [[noreturn]] void fail(const Text& message) const;
     // For native code whose work grows with its input.
     void charge(std::size_t units);
+    // Whether what runs stands inside `undo on (…)`.
+    bool undo_is_on() const;
 
     Engine& engine() { return *engine_; }
 

@@ -282,12 +282,18 @@ Value ContextNode::evaluate(Engine& engine) const {
     engine.at(state->spot());
     const bool is_on = as_condition(engine, on, context.c_str());
     struct Restore {
-        bool& place;
-        bool before;
-        ~Restore() { place = before; }
-    } restore{engine.print_all_elements, engine.print_all_elements};
+        Engine& engine;
+        bool print_all_elements;
+        bool undo;
+        ~Restore() {
+            engine.print_all_elements = print_all_elements;
+            engine.undo = undo;
+        }
+    } restore{engine, engine.print_all_elements, engine.undo};
     if (context == u"printallelements") {
         engine.print_all_elements = is_on;
+    } else if (context == u"undo") {
+        engine.undo = is_on;
     }
     return body->evaluate(engine);
 }

@@ -12,6 +12,7 @@ import jsonschema
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 FEWEST_TEXTS = 100
+MOST_SHOWN = 20
 
 FULL = {
     "name": "C:\\a.max", "version": "21.0", "app_version": "2019",
@@ -86,7 +87,7 @@ def main() -> int:
     if len(texts) < FEWEST_TEXTS:
         problems.append(f"only {len(texts)} texts in {sys.argv[1]}: did the tests of the script run?")
     problems += [problem for path in texts for problem in check_text(path, validator)]
-    for problem in problems:
+    for problem in problems[:MOST_SHOWN]:
         print(problem, file=sys.stderr)
     print(f"{len(texts)} analysis texts and {len(REFUSED)} wrong documents checked: {len(problems)} problems")
     return 1 if problems else 0

@@ -11,6 +11,7 @@ using Strings = std::vector<std::string>;
 
 void fill(ScriptedScene& scene, const wchar_t* renderer) {
     scene.model().path = L"C:\\scenes\\a.max";
+    scene.files.put(u"C:\\scenes\\a.max", "scene");
     scene.model().cameras = {L"One", L"Two"};
     scene.render().output_file = L"D:\\out\\frame.png";
     scene.add_file(L"D:\\maps\\wood.png");
@@ -61,10 +62,14 @@ void expect_only(const Failure& failure, const wchar_t* renderer) {
         << maxscript::utf8_from_text(failure.query);
 }
 
+// The tracker lists the scene too, and nothing tells that file from the others then.
+constexpr const char* kSceneUnknown =
+    R"({"name":"","reference_file":[{"path":"C:\\scenes\\a.max"},{"path":"D:\\maps\\wood.png"}]})";
+
 TEST(AnalysisScriptFailures, EachQueryAlone) {
     const Failure kFailures[] = {
-        {u"maxFilePath", "1001", R"({"name":""})", ""},
-        {u"maxFileName", "1001", R"({"name":""})", ""},
+        {u"maxFilePath", "1001", kSceneUnknown, ""},
+        {u"maxFileName", "1001", kSceneUnknown, ""},
         {u"maxVersion", "1002", R"({"version":"","app_version":""})", ""},
         {u"cameras", "1003", R"({"cameras":[]})", ""},
         {u"One.name", "1003", R"({"cameras":[{"name":"Two"}]})", ""},

@@ -1,6 +1,6 @@
 // Nodes with what a virus needs of them: a class, a name, a scale that a script may drive. Like the host's
-// own commands, `delete` leaves hidden and frozen nodes alone, and it is to stand inside an undo context: the
-// host crashes later when a node vanished behind the back of its undo list.
+// own commands, `delete` leaves hidden and frozen nodes alone. It refuses to work outside an undo step, where
+// the host would crash later, when a node vanished behind the back of its undo list.
 #include "standin/maxscript_host/security_scene.h"
 
 namespace maxscript_host {
@@ -164,6 +164,9 @@ Value delete_node(Arguments& arguments, SecurityScene& scene) {
     const std::shared_ptr<NodeObject> object = arguments[0].object_as<NodeObject>();
     if (!object || object->node()->deleted) {
         arguments.fail(u"delete takes a node of the scene");
+    }
+    if (!arguments.interpreter().undo_is_on()) {
+        arguments.fail(u"delete stands outside an undo step");
     }
     const std::shared_ptr<SceneNode> node = object->node();
     if (node->stuck || node->hidden || node->frozen) {

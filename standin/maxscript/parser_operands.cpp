@@ -220,12 +220,10 @@ Variable Parser::known_variable(const Token& name) {
     case Scopes::Answer::outer_local:
         fail(name.spot, u"Compile error: No outer local variable references permitted here: " + name.text);
     case Scopes::Answer::unknown:
-        refuse(name.spot, u"undeclared name: " + name.text);
+        refuse(name.spot, name.folded == u"executescriptfile" ? u"executeScriptFile is newer than the host"
+                                                              : u"undeclared name: " + name.text);
         variable = scopes_.declare(name.text, name.folded);
         break;
-    }
-    if (variable.cell && variable.cell->from_host && name.folded == u"executescriptfile") {
-        refuse(name.spot, u"executeScriptFile is newer than the host");
     }
     return variable;
 }

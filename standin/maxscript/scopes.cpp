@@ -99,6 +99,7 @@ void Scopes::declare_member(const Text& folded_name, const std::shared_ptr<const
                             std::size_t index) {
     Variable variable;
     variable.kind = Variable::Kind::member;
+    variable.name = layout->members[index].name;
     variable.layout = layout;
     variable.slot = index;
     scopes_.back().names[folded_name] = variable;

@@ -1,5 +1,7 @@
 #include "standin/maxscript_host/memory_files.h"
 
+#include <algorithm>
+
 namespace maxscript_host {
 
 namespace {
@@ -10,7 +12,7 @@ Text folder_of(const Text& key) {
 }
 
 Text name_of(const Text& key) {
-    const std::size_t slash = key.rfind(u'\\');
+    const std::size_t slash = key.find_last_of(u"\\/");
     return slash == Text::npos ? key : key.substr(slash + 1);
 }
 
@@ -92,17 +94,21 @@ bool MemoryFiles::write(const Text& path, const std::string& bytes) {
     if (!may_change(path) || (file != nullptr && (file->read_only || file->held || file->unreadable))) {
         return false;
     }
-    put(path, bytes);
-    return true;
+    const std::size_t before = file == nullptr ? 0 : file->bytes.size();
+    const std::size_t fits = std::min(bytes.size(), space_ > bytes.size() ? bytes.size() : before + space_);
+    put(path, bytes.substr(0, fits));
+    space_ -= fits > before ? fits - before : 0;
+    return fits == bytes.size();
 }
 
 std::vector<Text> MemoryFiles::list(const Text& pattern) {
     const Text wanted = key(pattern);
+    const Text folder = pattern.substr(0, pattern.find_last_of(u"\\/") + 1);
     std::vector<Text> paths;
     for (const auto& file : files_) {
         if (folder_of(file.first) == folder_of(wanted) &&
             matches_folded(name_of(file.first), name_of(wanted))) {
-            paths.push_back(file.second.path);
+            paths.push_back(folder + name_of(file.second.path));
         }
     }
     return paths;
@@ -145,9 +151,10 @@ bool MemoryFiles::rename(const Text& from, const Text& to) {
 
 bool MemoryFiles::copy(const Text& from, const Text& to) {
     const MemoryFile* file = find(from);
-    if (file == nullptr || file->unreadable || exists(to) || !may_change(to)) {
+    if (file == nullptr || file->unreadable || exists(to) || !may_change(to) || file->bytes.size() > space_) {
         return false;
     }
+    space_ -= file->bytes.size();
     MemoryFile copied = *file;
     copied.path = to;
     copied.held = false;

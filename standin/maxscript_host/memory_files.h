@@ -27,6 +27,8 @@ public:
     MemoryFile* find(const Text& path);
     // Without the closing separator: nothing in it can be made, changed or deleted.
     void lock_folder(const Text& folder) { locked_folders_.insert(key(folder)); }
+    // From now on so many bytes can be added; a file that does not fit is cut off, and writing it fails.
+    void leave_space(std::size_t bytes) { space_ = bytes; }
     // From now on no file can get another name.
     void refuse_renaming() { renames_ = false; }
     // All paths, sorted.
@@ -35,6 +37,7 @@ public:
     bool exists(const Text& path) override { return find(path) != nullptr; }
     bool read(const Text& path, std::string& bytes) override;
     bool write(const Text& path, const std::string& bytes) override;
+    // The names stand behind the pattern's own folder, as it is written.
     std::vector<Text> list(const Text& pattern) override;
     std::vector<Text> folders(const Text& pattern) override;
     bool remove(const Text& path) override;
@@ -49,6 +52,7 @@ private:
 
     std::map<Text, MemoryFile> files_; // by key
     std::set<Text> locked_folders_;
+    std::size_t space_ = static_cast<std::size_t>(-1);
     bool renames_ = true;
 };
 

@@ -61,7 +61,9 @@ Value set(Arguments& arguments, SecurityScene& scene) {
 
 Value remove(Arguments& arguments, SecurityScene& scene) {
     const Text name = arguments.name(0);
-    if (scene.stuck_globals.count(name) != 0 || !arguments.interpreter().globals().remove(name)) {
+    Globals& globals = arguments.interpreter().globals();
+    // While the scene keeps the variable, it would come back.
+    if (scene.stuck_globals.count(name) != 0 || globals.is_persistent(name) || !globals.remove(name)) {
         return Value::boolean(false);
     }
     scene.journal.push_back(u"globalVars.remove " + name);

@@ -104,9 +104,8 @@ TEST_P(StartupFiles, TakesTheMarkOfAGlobalNameWithIt) {
 
 TEST_P(StartupFiles, FindsThePayloadBehindTextsThatMentionIt) {
     const std::string& mark = GetParam().mark;
-    const std::string host = "-- " + mark + "\n/* " + mark + "\n*/ a = \"\\\"" +
-                             mark.substr(0, mark.size() - 1) +
-                             "\\\"\"\nb = @\"C:\\\" /* \" */\nprint 1 -- \"\n";
+    const std::string host = "-- " + mark + "\n/* " + mark + "\n*/ a = \"\\\" " + mark +
+                             "\nb = @\"C:\\\"; c = \"" + mark + " /* \" */\nprint 1 -- \"\n";
     expect_cut(host + payload(), host);
 }
 
@@ -167,6 +166,8 @@ TEST_P(StartupFiles, AsksForALookAtAnUnknownForm) {
     EXPECT_NE(lines[0].find(utf8(kFile)), std::string::npos) << lines[0];
     EXPECT_EQ(lines[1], "nothing found");
     EXPECT_EQ(bench_.content(kFile), whole);
+    bench_.scene.system_startup = bench_.scene.user_startup;
+    EXPECT_EQ(bench_.check(), lines);
 }
 
 TEST_P(StartupFiles, LeavesFilesOfOtherTypes) {
@@ -199,6 +200,7 @@ TEST_P(StartupFiles, TreatsOneFolderUnderTwoNamesOnce) {
 
 TEST_P(StartupFiles, GoesOnWithoutAStartupFolder) {
     bench_.scene.system_startup.clear();
+    bench_.files.put(u"\\root.ms", payload());
     expect_cut("-- a\n" + payload(), "-- a\n");
 }
 
@@ -216,6 +218,15 @@ TEST_P(StartupFiles, KeepsEveryEarlierBackup) {
     EXPECT_EQ(bench_.content(kFile), "-- b\n");
     EXPECT_EQ(bench_.content(kFile + u".bak"), "-- a\n" + payload() + "-- mine too\n");
     EXPECT_EQ(bench_.content(kFile + u".bak2"), "-- b\n" + payload());
+}
+
+TEST_P(StartupFiles, CountsBackupsUpToTheFirstFreeName) {
+    for (const char16_t* ending : {u".bak", u".bak2", u".bak3", u".bak4", u".bak5", u".bak6", u".bak8"}) {
+        bench_.files.put(kFile + ending, "old");
+    }
+    put("-- a\n" + payload());
+    EXPECT_EQ(bench_.check(), removed());
+    EXPECT_EQ(bench_.content(kFile + u".bak7"), "-- a\n" + payload());
 }
 
 TEST_P(StartupFiles, GivesUpWhenNoNameForABackupIsFree) {
@@ -250,6 +261,15 @@ TEST_P(StartupFiles, ReportsAFolderInWhichNothingCanBeWritten) {
     bench_.files.lock_folder(u"C:\\Users\\me\\Startup");
     EXPECT_EQ(bench_.check(), stays("no backup can be written beside it"));
     EXPECT_EQ(bench_.content(kFile), "-- a\n" + payload());
+}
+
+TEST_P(StartupFiles, ReportsADiskThatIsFullAndLeavesNoTrace) {
+    const std::string whole = "-- a\n" + payload();
+    put(whole);
+    bench_.files.leave_space(whole.size() + 2);
+    EXPECT_EQ(bench_.check(), stays("nothing can be written beside it"));
+    EXPECT_EQ(bench_.content(kFile), whole);
+    EXPECT_EQ(bench_.startup_names(), Lines({"tools.ms"}));
 }
 
 TEST_P(StartupFiles, PutsTheFileBackWhenTheNewOneCannotTakeItsName) {
@@ -306,7 +326,28 @@ TEST(VirusCheckAlcFiles, RemovesReadOnlyFilesFromBothFoldersAndKeepsEarlierBacku
     EXPECT_EQ(bench.check().back(), "2 found, 2 removed, 0 left.");
     EXPECT_EQ(bench.startup_names(), Lines({"vrayimportinfo.ms.bak", "vrayimportinfo.ms.bak2"}));
     EXPECT_EQ(bench.content(VirusBench::user(u"vrayimportinfo.ms.bak")), "old");
+    EXPECT_FALSE(bench.files.is_read_only(VirusBench::user(u"vrayimportinfo.ms.bak2")));
     EXPECT_EQ(bench.content(VirusBench::system(u"vrdematprop.mse.bak")), "new");
+}
+
+TEST(VirusCheckAlcFiles, GivesUpWhenNoNameForABackupIsFree) {
+    VirusBench bench("Alc");
+    const Text path = VirusBench::user(u"vrayimportinfo.ms");
+    bench.files.put(path, "x");
+    bench.files.put(path + u".bak", "old");
+    for (int number = 2; number <= 100; ++number) {
+        bench.files.put(path + u".bak" + maxscript::text_from_number(number), "old");
+    }
+    EXPECT_EQ(bench.check().front(),
+              "could not remove start-up file " + utf8(path) + ": there is no free name for a backup");
+    EXPECT_EQ(bench.content(path), "x");
+}
+
+TEST(VirusCheckAlcFiles, TreatsOneFolderUnderTwoNamesOnce) {
+    VirusBench bench("Alc");
+    bench.scene.system_startup = bench.scene.user_startup;
+    bench.files.put(VirusBench::user(u"vrayimportinfo.ms"), "x");
+    EXPECT_EQ(bench.check().back(), "1 found, 1 removed, 0 left.");
 }
 
 TEST(VirusCheckAlcFiles, ReportsFilesThatStayAndGoesOn) {

@@ -201,6 +201,16 @@ TEST_P(EachFamily, FindsGlobalsInAnyCaseAndWithoutPersistence) {
     EXPECT_FALSE(bench.has_global(lower));
 }
 
+// The scene keeps the name even when it holds no value.
+TEST_P(EachFamily, TakesPersistentNamesWithoutAValueAway) {
+    VirusBench bench(GetParam().name);
+    const Text name = GetParam().globals[0];
+    bench.run(u"persistent global " + name);
+    EXPECT_EQ(bench.check(),
+              Lines({"removed global " + utf8(name), std::string("1 found, 1 removed, 0 left") + kSave}));
+    EXPECT_FALSE(bench.has_global(name));
+}
+
 // A function that still runs could put back what is taken away; so callbacks go first, then all values, and
 // only then the variables.
 TEST_P(EachFamily, TakesAwayInTheOrderThatStopsReinfection) {

@@ -163,7 +163,14 @@ TEST(AnalysisScriptFailures, EvenWritingFails) {
     const Json::Value root = scene.analysis();
     EXPECT_EQ(error_codes(root), Strings{"1000"});
     EXPECT_EQ(root["cameras"].size(), 0u);
-    EXPECT_EQ(root["name"].asString(), "");
+    EXPECT_EQ(root["is_region"], Json::Value("false"));
+    for (const char* const key : {"name", "version", "app_version", "image_width", "image_height",
+                                  "image_format", "start_frame", "end_frame"}) {
+        EXPECT_EQ(root[key], Json::Value("")) << key;
+    }
+    for (const char* const key : {"missing_file", "same_file", "reference_file"}) {
+        EXPECT_EQ(root[key], Json::Value(Json::arrayValue)) << key;
+    }
 }
 
 } // namespace

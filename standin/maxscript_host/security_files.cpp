@@ -59,7 +59,7 @@ private:
 };
 
 std::shared_ptr<ByteStream> stream_of(Arguments& arguments) {
-    const std::shared_ptr<ByteStream> stream = arguments[0].object_as<ByteStream>();
+    std::shared_ptr<ByteStream> stream = arguments[0].object_as<ByteStream>();
     if (!stream) {
         arguments.fail_conversion(0, u"BinStream");
     }
@@ -68,7 +68,7 @@ std::shared_ptr<ByteStream> stream_of(Arguments& arguments) {
 
 Value open_stream(Arguments& arguments) {
     FileAccess* const files = arguments.interpreter().environment().files;
-    const Text mode = arguments.text(1);
+    const Text& mode = arguments.text(1);
     if (mode != u"rb" && mode != u"wb") {
         arguments.fail(u"fopen: this host takes only \"rb\" and \"wb\"");
     }

@@ -9,10 +9,10 @@ namespace {
 using maxscript::Arguments;
 using maxscript::Globals;
 using maxscript::HostInterface;
-using maxscript::Kind;
 
 Value names(const std::vector<Text>& texts) {
     std::vector<Value> values;
+    values.reserve(texts.size());
     for (const Text& text : texts) {
         values.push_back(Value::name(text));
     }
@@ -48,7 +48,7 @@ Value get(Arguments& arguments) {
 }
 
 Value set(Arguments& arguments, SecurityScene& scene) {
-    const Text name = arguments.name(0);
+    const Text& name = arguments.name(0);
     if (scene.stuck_globals.count(name) != 0) {
         arguments.fail(u"Cannot assign to read-only variable: " + name);
     }
@@ -60,7 +60,7 @@ Value set(Arguments& arguments, SecurityScene& scene) {
 }
 
 Value remove(Arguments& arguments, SecurityScene& scene) {
-    const Text name = arguments.name(0);
+    const Text& name = arguments.name(0);
     Globals& globals = arguments.interpreter().globals();
     // While the scene keeps the variable, it would come back.
     if (scene.stuck_globals.count(name) != 0 || globals.is_persistent(name) || !globals.remove(name)) {

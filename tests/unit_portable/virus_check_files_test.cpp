@@ -343,6 +343,13 @@ TEST(VirusCheckAlcFiles, GivesUpWhenNoNameForABackupIsFree) {
     EXPECT_EQ(bench.content(path), "x");
 }
 
+TEST(VirusCheckAlcFiles, GoesOnWithoutAStartupFolder) {
+    VirusBench bench("Alc");
+    bench.scene.system_startup.clear();
+    bench.files.put(u"\\vrayimportinfo.ms", "x");
+    EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+}
+
 TEST(VirusCheckAlcFiles, TreatsOneFolderUnderTwoNamesOnce) {
     VirusBench bench("Alc");
     bench.scene.system_startup = bench.scene.user_startup;

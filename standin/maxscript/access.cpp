@@ -56,14 +56,6 @@ bool time_property(const Value& object, const Text& name, Value& result) {
     return true;
 }
 
-bool class_property(const Value& object, const Text& name, Value& result) {
-    if (name != u"name") {
-        return false;
-    }
-    result = Value::string(object.as_class().name);
-    return true;
-}
-
 const StructMember& member_of(Engine& engine, const Value& object, const Text& name) {
     const bool is_instance = object.is(Kind::instance);
     const StructLayout& layout =
@@ -117,11 +109,6 @@ Value property_of(Engine& engine, const Value& object, const Text& name) {
         break;
     case Kind::time:
         if (time_property(object, name, result)) {
-            return result;
-        }
-        break;
-    case Kind::host_class:
-        if (class_property(object, name, result)) {
             return result;
         }
         break;

@@ -52,7 +52,6 @@ struct FunctionCode {
     NodePointer body;
     std::size_t slots = 0;
     int height = 1; // how deep its evaluation can go without calls
-    bool is_member = false;
 };
 
 struct FunctionObject : Container {

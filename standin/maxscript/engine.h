@@ -135,7 +135,7 @@ bool as_condition(Engine& engine, const Value& value, const char16_t* what);
 bool number_to_integer(const Value& value, std::int32_t& result);
 float number_to_real(const Value& value);
 
-// Built-in classes, in classes.cpp.
+// Built-in classes, in classes.cpp. The class of all values for a kind that has none of its own.
 std::shared_ptr<const HostClass> class_of_kind(Kind kind);
 void add_classes(Globals& globals);
 

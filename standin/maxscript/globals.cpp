@@ -135,8 +135,4 @@ void Globals::tolerate(const Text& name) {
     cell->tolerated = true;
 }
 
-void Globals::clear() {
-    cells_.clear();
-}
-
 } // namespace maxscript

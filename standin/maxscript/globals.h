@@ -56,8 +56,6 @@ public:
                       NativeCode code);
     // A name that is undefined here but may be another host's: a renderer's class.
     void tolerate(const Text& name);
-    // Drops all values.
-    void clear();
 
 private:
     std::unordered_map<Text, CellPointer> cells_; // by folded name

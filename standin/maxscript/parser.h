@@ -97,9 +97,8 @@ private:
     NodePointer declaration();
     void declared_item(DeclareNode& node, bool is_global, bool is_persistent);
     NodePointer function_definition();
-    std::shared_ptr<FunctionCode> function_rest(const Text& name, bool in_struct);
+    std::shared_ptr<FunctionCode> function_rest(const Text& name, bool in_struct, Knowledge* knowledge);
     void parameters(FunctionCode& code);
-    NodePointer function_body(FunctionCode& code);
     std::shared_ptr<FunctionCode> body_code(const Text& name);
     NodePointer struct_definition();
     void find_members(StructLayout& layout) const;

@@ -60,21 +60,24 @@ NodePointer Parser::function_definition() {
     const Variable variable = scopes_.declare(name.text, name.folded);
     check_assignable(name.spot, variable);
     node->variable = variable_node(name.spot, variable);
-    node->code = function_rest(name.text, scopes_.function().in_struct);
+    // Its own body may call it by its new count of arguments.
     forget(name.spot, variable, nullptr);
-    variable.knowledge->arguments = static_cast<int>(node->code->by_reference.size());
+    node->code = function_rest(name.text, scopes_.function().in_struct, variable.knowledge.get());
     return node;
 }
 
-std::shared_ptr<FunctionCode> Parser::function_rest(const Text& name, bool in_struct) {
+std::shared_ptr<FunctionCode> Parser::function_rest(const Text& name, bool in_struct, Knowledge* knowledge) {
     auto code = std::make_shared<FunctionCode>();
     code->name = name;
     const int outer_depth = depth_;
     scopes_.begin_function(false, in_struct);
     parameters(*code);
+    if (knowledge != nullptr) {
+        knowledge->arguments = static_cast<int>(code->by_reference.size());
+    }
     expect_symbol(u"=");
     skip_newlines();
-    code->body = function_body(*code);
+    code->body = expression();
     const FunctionScope function = scopes_.end_function();
     code->slots = function.most_slots;
     code->height = function.height - outer_depth + 1;
@@ -115,16 +118,10 @@ void Parser::parameters(FunctionCode& code) {
     }
 }
 
-NodePointer Parser::function_body(FunctionCode& code) {
-    static_cast<void>(code);
-    return expression();
-}
-
 // What computes a member's first value, or a handler: a function without parameters.
 std::shared_ptr<FunctionCode> Parser::body_code(const Text& name) {
     auto code = std::make_shared<FunctionCode>();
     code->name = name;
-    code->is_member = true;
     const int outer_depth = depth_;
     scopes_.begin_function(false, true);
     code->body = expression();
@@ -257,8 +254,7 @@ void Parser::struct_member(StructLayout& layout) {
     }
     StructMember& member = layout.members[found->second];
     if (is_function) {
-        member.code = function_rest(name.text, true);
-        member.code->is_member = true;
+        member.code = function_rest(name.text, true, nullptr);
     } else if (take_symbol(u"=")) {
         skip_newlines();
         member.code = body_code(name.text);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 
 namespace tarvo_test {
 
@@ -51,6 +52,7 @@ public:
         return lines;
     }
 
+    const std::string& written() const { return written_; }
     void run(const Text& source) { interpreter_.run(source, Text()); }
     void add_callback(const Text& id, bool persistent = true) {
         scene.callbacks.push_back({u"filePostOpen", id, u"messageBox \"x\"", persistent, false});

@@ -125,6 +125,8 @@ TEST(MaxscriptCalls, Scopes) {
          "#new)",
          "#new"},
         {"x = 1; (local x = x + 1; x)", "2"},
+        {"fn f = (local a = 1; (local b = 2); local c = 3; #(a, c)); f()", "#(1, 3)"},
+        {"fn f p = (for i = 1 to 2 do (local q = i); local r = 5; p + r); f 4", "9"},
         {"persistent global p1 = 4; p1", "4"},
         {"for q = 1 to 2 do q; try (execute \"q\") catch (#none)", "#none"},
     });

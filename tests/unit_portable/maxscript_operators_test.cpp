@@ -23,6 +23,7 @@ TEST(MaxscriptOperators, Ranks) {
         {"not (true and false)", "true"},
         {"not not true", "true"},
         {"true or false and false", "true"},
+        {"false and true or true", "true"},
         {"1 < 2 and 2 < 3", "true"},
         {"1 == 1 or undefined", "true"}, // the rest is not looked at
         {"1 == 2 and undefined", "false"},
@@ -42,6 +43,8 @@ TEST(MaxscriptOperators, Arithmetic) {
         {"65536 * 65536", "0"},
         {"65536L * 65536", "4294967296L"},
         {"-2147483648 / -1", "-2147483648"},
+        {"(-9223372036854775807L - 1) / -1", "-9223372036854775808L"},
+        {"9223372036854775807L + 1", "-9223372036854775808L"},
         {"2 ^ 10", "1024"},
         {"2 ^ -1", "0"}, // the first number decides
         {"2 ^ 0.5", "1"},

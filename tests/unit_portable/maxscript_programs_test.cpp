@@ -148,6 +148,7 @@ TEST_F(MaxscriptPrograms, NothingRunsForEver) {
     environment_.settings.step_limit = 100000;
     EXPECT_EQ(run("while true do ()"), "1,1 the script takes too many steps");
     EXPECT_EQ(run("try (while true do ()) catch ()"), "1,6 the script takes too many steps");
+    EXPECT_EQ(run("fn f = f(); try (f()) catch (#caught)"), "1,8 the script's calls go too deep");
     EXPECT_EQ(run("fn f = f(); f()"), "1,8 the script's calls go too deep");
     EXPECT_EQ(run("s1 = \"x\"; while true do s1 = s1 + s1"), "1,33 the script takes too many steps");
     EXPECT_EQ(run("a = #(1); while true do join a a"), "1,25 the script takes too many steps");

@@ -42,6 +42,37 @@ TEST_P(VirusScript, HasNoProblemThatShowsWithoutRunning) {
     }
 }
 
+bool is_word_end(char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) == 0 && letter != '_';
+}
+
+// The first time that the word stands in the script; npos: nowhere.
+std::size_t first_use(const std::string& script, const std::string& word) {
+    std::size_t at = script.find(word);
+    while (at != std::string::npos &&
+           !(is_word_end(script[at - 1]) && is_word_end(script[at + word.size()]))) {
+        at = script.find(word, at + 1);
+    }
+    return at;
+}
+
+// Without a declaration a function of the script could become the value of a global of its name.
+TEST_P(VirusScript, DeclaresEveryFunctionBeforeItsDefinition) {
+    const std::string begin = "\n    fn ";
+    std::size_t count = 0;
+    for (std::size_t at = script_.find(begin); at != std::string::npos; at = script_.find(begin, at + 1)) {
+        const std::size_t name_at = at + begin.size();
+        const std::string name = script_.substr(name_at, script_.find(' ', name_at) - name_at);
+        const std::size_t declared = first_use(script_, name);
+        const std::size_t line = script_.rfind("\n    local ", declared);
+        ASSERT_NE(line, std::string::npos) << name;
+        EXPECT_LT(declared, at) << name;
+        EXPECT_EQ(script_.substr(line, declared - line).find_first_of("=(-#"), std::string::npos) << name;
+        ++count;
+    }
+    EXPECT_GT(count, 15U);
+}
+
 // The words of the script's own part that can be variables.
 std::vector<Text> words_of(const std::string& script, VirusBench& bench) {
     std::vector<Text> words;

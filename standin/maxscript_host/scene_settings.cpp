@@ -9,7 +9,6 @@ namespace {
 using maxscript::Arguments;
 using maxscript::HostInterface;
 using maxscript::Interpreter;
-using maxscript::Kind;
 using maxscript::NativeFunction;
 using maxscript::Text;
 using maxscript::Value;

@@ -39,15 +39,15 @@ void refuse_growth(Arguments& arguments, std::size_t size) {
 
 Value append(Arguments& arguments) {
     Engine& engine = arguments.interpreter().engine();
-    const Value target = arguments[0];
+    Value target = arguments[0];
     if (target.is(Kind::string)) {
         engine.charge(arguments.text(1).size());
-        const Text more = arguments.text(1);
+        const Text& more = arguments.text(1);
         target.as_string().text += more;
         return target;
     }
     if (target.is(Kind::string_stream)) {
-        const Text more = arguments.text(1);
+        const Text& more = arguments.text(1);
         write_to_stream(engine, target, more);
         return target;
     }

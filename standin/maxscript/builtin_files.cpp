@@ -27,6 +27,7 @@ std::size_t type_start(const Text& path) {
 
 Value text_array(const std::vector<Text>& texts) {
     std::vector<Value> items;
+    items.reserve(texts.size());
     for (const Text& text : texts) {
         items.push_back(Value::string(text));
     }

@@ -22,7 +22,7 @@ void put(Arguments& arguments, const Text& text) {
 }
 
 Value print(Arguments& arguments) {
-    const Value value = arguments[0];
+    Value value = arguments[0];
     put(arguments, printed_text(arguments.interpreter().engine(), value) + u"\n");
     return value;
 }

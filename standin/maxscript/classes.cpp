@@ -154,7 +154,7 @@ Value to_bit_array(Engine& engine, const Value& value, const Value& to) {
     if (!value.is(Kind::array)) {
         fail_conversion(engine, value, to);
     }
-    const Value result = Value::shared(Kind::bit_array, std::make_shared<BitArrayObject>());
+    Value result = Value::shared(Kind::bit_array, std::make_shared<BitArrayObject>());
     for (const Value& item : value.as_array().items) {
         set_element_of(engine, result, item, Value::boolean(true));
     }

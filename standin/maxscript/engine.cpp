@@ -278,7 +278,7 @@ Value Engine::construct(const Value& definition, std::size_t count,
     object->definition = definition.pointer<StructDefinition>();
     const std::shared_ptr<const StructLayout> layout = object->definition->layout;
     object->members.resize(layout->data.size());
-    const Value instance = Value::shared(Kind::instance, object);
+    Value instance = Value::shared(Kind::instance, object);
     std::vector<bool> given(layout->data.size());
     set_members(instance, stack_.size() - count, count, keywords, given);
     static const std::vector<Arguments::Keyword> none;

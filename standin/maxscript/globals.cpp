@@ -64,6 +64,7 @@ std::vector<Text> Globals::gather(bool with_host) const {
         return compare_folded(one->name, other->name) < 0;
     });
     std::vector<Text> names;
+    names.reserve(cells.size());
     for (const CellPointer& cell : cells) {
         names.push_back(cell->name);
     }

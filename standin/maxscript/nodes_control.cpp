@@ -302,7 +302,7 @@ Value FunctionNode::evaluate(Engine& engine) const {
     auto function = std::make_shared<FunctionObject>();
     function->code = code;
     function->self = engine.self();
-    const Value value = Value::shared(Kind::function, std::move(function));
+    Value value = Value::shared(Kind::function, std::move(function));
     variable->assign(engine, value);
     return value;
 }
@@ -311,7 +311,7 @@ Value StructNode::evaluate(Engine& engine) const {
     auto definition = std::make_shared<StructDefinition>();
     definition->layout = layout;
     engine.keep(layout);
-    const Value value = Value::shared(Kind::struct_definition, std::move(definition));
+    Value value = Value::shared(Kind::struct_definition, std::move(definition));
     variable->assign(engine, value);
     return value;
 }

@@ -57,7 +57,7 @@ Value ChainNode::evaluate(Engine& engine) const {
 
 Value LogicNode::evaluate(Engine& engine) const {
     for (const NodePointer& operand : operands) {
-        const Value value = operand->evaluate(engine);
+        Value value = operand->evaluate(engine);
         if (engine.interrupted()) {
             return Value();
         }

@@ -89,7 +89,7 @@ Variable Scopes::declare_local(const Text& name, const Text& folded_name, bool b
 }
 
 Variable Scopes::declare_global(const Text& name, const Text& folded_name) {
-    const Variable variable = find_global(globals_.declare(name));
+    Variable variable = find_global(globals_.declare(name));
     // Also where a local of an outer block has the name.
     scopes_.back().names[folded_name] = variable;
     return variable;

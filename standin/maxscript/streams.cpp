@@ -161,7 +161,7 @@ Text decoded(const std::string& bytes, bool& has_mark) {
     if (bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0) {
         return utf16_text(bytes, bytes[0] == '\xFF');
     }
-    const Text text = text_from_utf8(has_mark ? bytes.substr(3) : bytes);
+    Text text = text_from_utf8(has_mark ? bytes.substr(3) : bytes);
     if (text.find(u'\xFFFD') == Text::npos || has_mark) {
         return text;
     }

@@ -11,7 +11,7 @@ file(GLOB TARVO_TEST_SUPPORT CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/suppo
 add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
-    tarvo_win32 standin_scene stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 -static)
+    tarvo_win32 standin_scene maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 -static)
 add_dependencies(win32_tests client make_scene)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)

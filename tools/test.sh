@@ -18,7 +18,7 @@ bash "$ROOT/tools/check_module.sh" "$TARVO_BUILD_DIR/mingw-release/bin/TarvoRend
 step "Building natively with the sanitizers"
 build_preset native-asan
 step "Building the fuzz targets"
-build_preset native-fuzz analysis_fuzzer
+build_preset native-fuzz analysis_fuzzer maxscript_fuzzer
 
 step "Checking the sources"
 bash "$ROOT/tools/lint.sh"

@@ -3,6 +3,8 @@
 // UTF-16.
 #pragma once
 
+#include <json/value.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -15,29 +17,29 @@ struct ReferencedFile {
     std::wstring found; // path at which it was found when the scene was saved; empty: nowhere
 };
 
-// Limits of a progressive render; 0: unlimited.
-struct CoronaSettings {
-    bool present = false; // false: the scene is not set up for this renderer
-    std::int32_t pass_limit = 0;
-    std::int32_t time_limit = 0; // milliseconds
-    double noise_level_limit = 0.0;
+// The production renderer. Its settings differ from build to build, so they are a list: flags, whole
+// numbers, numbers and texts by name.
+struct RendererSettings {
+    std::wstring class_name; // empty: made from SceneModel::renderer
+    Json::Value properties = Json::Value(Json::objectValue);
+    bool nested = false; // the settings stand one level down, in the property V_Ray_settings
 };
 
-struct VraySettings {
-    bool present = false;
-    bool camera_override_fov = false;
-    double camera_fov = 45.0; // degrees
-    bool is_spherical = false;
-};
+// Which frames are rendered, as the host numbers the choices.
+enum class FrameChoice : std::int32_t { single = 1, active_segment = 2, range = 3, picked = 4 };
 
 // None of this is read from a scene file.
 struct RenderSettings {
     double gamma_out = 2.2;
-    bool is_region = false;
-    std::wstring image_format = L"jpg";
-    CoronaSettings corona;
-    VraySettings vray;
-    std::vector<std::string> error_codes;
+    std::wstring gamma_mode = L"gamma"; // "none": gamma is switched off
+    std::wstring kind = L"view";        // of rendering: "view", "region", "crop", "blowUp", ...
+    std::wstring output_file;           // empty: the picture is not saved
+    FrameChoice frames = FrameChoice::active_segment;
+    std::int32_t current_frame = 0;
+    std::int32_t range_start = 0; // FrameChoice::range
+    std::int32_t range_end = 100;
+    std::wstring picked_frames = L"1,3,5-12"; // FrameChoice::picked
+    RendererSettings renderer;
 };
 
 constexpr std::int32_t kDefaultWidth = 640;
@@ -50,10 +52,12 @@ struct SceneModel {
     std::wstring app_version; // the same as the year in the product's name, "2019"
     std::wstring renderer;    // name of the production renderer
 
-    std::vector<std::wstring> cameras; // in scene order
+    std::vector<std::wstring> cameras;        // in scene order
+    std::vector<std::wstring> camera_classes; // by camera, "Freecamera" where none is given
+    std::vector<std::wstring> camera_targets; // the nodes that cameras look at
     std::int32_t width = kDefaultWidth;
     std::int32_t height = kDefaultHeight;
-    std::int32_t start_frame = 0;
+    std::int32_t start_frame = 0; // of the animation
     std::int32_t end_frame = 0;
 
     // The file's summary is a second witness for the cameras.

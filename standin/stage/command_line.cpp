@@ -79,7 +79,7 @@ std::string usage() {
            "  --module FILE      the module (TarvoRendering.gup beside the program)\n"
            "  --client FILE      the desktop client (client.exe beside the program)\n"
            "  --seven-zip FOLDER where 7z.exe and 7z.dll are copied from\n"
-           "  --scripts FOLDER   where the script files are copied from\n"
+           "  --scripts FOLDER   where the scripts are copied from\n"
            "ends with 0 when every expectation holds, 1 when one does not, 2 for bad input, 3 for trouble\n";
 }
 

@@ -17,13 +17,11 @@ namespace stage {
 namespace {
 
 constexpr long long kLargestShownFile = 1024 * 1024;
-constexpr const wchar_t* kAnalysisScript = L"MaxRenderGlobalsParser.mse";
+// The second one makes the encrypted form of the first, which is what the plugin loads.
+const wchar_t* const kAnalysisScripts[] = {L"MaxRenderGlobalsParser.ms", L"PrepareAnalysisScript.ms"};
 const wchar_t* const kVirusScripts[] = {L"TarvoAntivirusAdsl_UTF8.ms", L"TarvoAntivirusAlc_UTF8.ms",
                                         L"TarvoAntivirusCrp_UTF8.ms"};
 const wchar_t* const kSevenZipFiles[] = {L"7z.exe", L"7z.dll"};
-
-// The stage answers for the script itself; the file only has to be there.
-constexpr const char* kScriptStandIn = "-- The stage answers in this script's place.\r\n";
 
 std::wstring machine_wide_folder() {
     wchar_t folder[MAX_PATH] = {};
@@ -85,7 +83,11 @@ bool empty_folder(const std::wstring& folder) {
 DataFolder::DataFolder() : path_(joined(machine_wide_folder(), L"Tarvo Rendering")) {}
 
 std::wstring DataFolder::ini_file() const {
-    return path_ + L"\\script\\qfx_plugin.ini";
+    return joined(script_folder(), L"qfx_plugin.ini");
+}
+
+std::wstring DataFolder::script_folder() const {
+    return joined(path_, L"script");
 }
 
 bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
@@ -119,20 +121,19 @@ bool DataFolder::copy_seven_zip(bool wanted, const std::wstring& source, std::st
 bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& source,
                               std::string& problem) const {
     std::vector<std::wstring> names;
+    if (source.empty()) {
+        return true;
+    }
     if (wanted.get("analysis_script", true).asBool()) {
-        names.emplace_back(kAnalysisScript);
+        names.insert(names.end(), std::begin(kAnalysisScripts), std::end(kAnalysisScripts));
     }
     if (wanted.get("virus_scripts", true).asBool()) {
         names.insert(names.end(), std::begin(kVirusScripts), std::end(kVirusScripts));
     }
-    const std::wstring folder = joined(path_, L"script");
     for (const std::wstring& name : names) {
-        const std::wstring file = joined(folder, name);
-        const bool given = !source.empty() && file_exists(joined(source, name));
-        const bool there = given ? ::CopyFileW(joined(source, name).c_str(), file.c_str(), FALSE) != FALSE
-                                 : write_file(file, kScriptStandIn);
-        if (!there) {
-            problem = to_utf8(file) + ": cannot be written";
+        const std::wstring file = joined(source, name);
+        if (::CopyFileW(file.c_str(), joined(script_folder(), name).c_str(), FALSE) == FALSE) {
+            problem = to_utf8(file) + ": cannot be copied into " + to_utf8(script_folder());
             return false;
         }
     }
@@ -156,8 +157,8 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
         problem = to_utf8(path_) + ": cannot be removed";
         return remove_tree(path_);
     }
-    if (!empty_folder(joined(path_, L"script")) || !write_ini(wanted, port)) {
-        problem = to_utf8(joined(path_, L"script")) + ": cannot be written";
+    if (!empty_folder(script_folder()) || !write_ini(wanted, port)) {
+        problem = to_utf8(script_folder()) + ": cannot be written";
         return false;
     }
     if (!copy_seven_zip(wanted.get("seven_zip", true).asBool(), sources.seven_zip, problem) ||

@@ -12,7 +12,7 @@ namespace stage {
 // What the folder is filled from; an empty name: nothing to copy.
 struct DataSources {
     std::wstring seven_zip; // folder with 7z.exe and 7z.dll
-    std::wstring scripts;   // folder with the analysis script and the virus scripts
+    std::wstring scripts;   // folder with the scripts that are installed
 };
 
 class DataFolder {
@@ -21,6 +21,7 @@ public:
 
     const std::wstring& path() const { return path_; }
     std::wstring ini_file() const;
+    std::wstring script_folder() const;
 
     // Empties what earlier runs left and fills the folder as the scenario's "data_folder" (null: everything
     // there) says. `port` stands in the ini file for "auto". False: `problem` is a sentence.

@@ -4,6 +4,8 @@
 #include "standin/stage/json_match.h"
 #include "standin/stage/scenario_check.h"
 
+#include <sstream>
+
 namespace stage {
 
 namespace {
@@ -77,6 +79,18 @@ void check_scripts(const Check& check, const Json::Value& wanted) {
     check.compare(wanted, texts_of(check.transcript["scripts"], "command"));
 }
 
+// What all scripts wrote into the host's listener, line by line.
+void check_listener(const Check& check, const Json::Value& wanted) {
+    Json::Value lines(Json::arrayValue);
+    for (const Json::Value& script : check.transcript["scripts"]) {
+        std::istringstream written(script["listener"].asString());
+        for (std::string line; std::getline(written, line);) {
+            lines.append(line);
+        }
+    }
+    check.compare(wanted, lines);
+}
+
 void check_requests(const Check& check, const Json::Value& wanted) {
     check.compare(wanted, check.transcript["requests"]);
 }
@@ -118,6 +132,7 @@ const Kind kKinds[] = {
     {"log", check_log},
     {"host_calls", check_host_calls},
     {"scripts", check_scripts},
+    {"listener", check_listener},
     {"processes", check_processes},
     {"opened", check_opened},
     {"exceptions", check_exceptions},

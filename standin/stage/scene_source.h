@@ -1,8 +1,8 @@
-// The scene that is open in the stage: a real file, a copy of one, or one made from the scenario; and the
-// answer that the analysis script gives for it. Needs windows.h.
+// The scene that is open in the stage: a real file, a copy of one, or one made from the scenario. Needs
+// windows.h.
 #pragma once
 
-#include "standin/stage/script_runner.h"
+#include "standin/scene/scene_model.h"
 
 #include <json/value.h>
 
@@ -11,9 +11,10 @@
 namespace stage {
 
 struct StageScene {
-    std::wstring path; // full path; empty: never saved
+    standin::SceneModel model; // its path is empty for a scene that was never saved
     bool needs_save = false;
-    std::string composed; // the analysis text made from the scene, UTF-8; empty without a scene
+    std::wstring startup_folder; // holds the host's start-up folders; empty: there are none
+    Json::Value literal;         // the scenario's "literal"; null for a real file
 };
 
 // For a person: the file itself. False: `problem` is a sentence.
@@ -24,8 +25,5 @@ bool open_scene(const std::wstring& file, StageScene& scene, std::string& proble
 // --scene option.
 bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const std::wstring& given,
                    const std::wstring& folder, StageScene& scene, std::string& problem);
-
-// The scenario's "analysis" (null: none) over what was composed from the scene.
-AnalysisAnswer analysis_answer(const Json::Value& wanted, const StageScene& scene);
 
 } // namespace stage

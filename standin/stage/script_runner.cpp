@@ -1,5 +1,6 @@
 #include "standin/stage/script_runner.h"
 
+#include "standin/stage/analysis_answer.h"
 #include "standin/stage/files.h"
 #include "standin/stage/wide_text.h"
 
@@ -7,44 +8,92 @@ namespace stage {
 
 namespace {
 
-const std::wstring kLoad = L"fileIn \"";
+using maxscript::Interpreter;
+using maxscript::ScriptError;
+
+constexpr const wchar_t* kStartScript = L"PrepareAnalysisScript.ms";
 const std::wstring kCallAnalysis = L"\ngMax.analysis \"\" \"\"";
+
+bool calls_analysis(const std::wstring& command) {
+    return command.size() > kCallAnalysis.size() &&
+           command.compare(command.size() - kCallAnalysis.size(), kCallAnalysis.size(), kCallAnalysis) == 0;
+}
 
 } // namespace
 
-// Takes `fileIn "PATH"` off the command and looks for the file; `rest` is what follows.
-bool StageScripts::load(const std::wstring& command, std::wstring& result, std::wstring& rest) const {
-    const std::size_t end = command.find(L'"', kLoad.size());
-    if (command.compare(0, kLoad.size(), kLoad) != 0 || end == std::wstring::npos) {
-        result = L"-- Syntax error: the stage knows only fileIn";
+StageScripts::StageScripts(Transcript& transcript) : transcript_(transcript) {}
+
+StageScripts::~StageScripts() = default;
+
+void StageScripts::start_host(const std::wstring& folder, const std::wstring& program_data) {
+    maxscript::Environment environment;
+    environment.files = &files_;
+    environment.listener = this;
+    interpreter_.reset(new Interpreter(environment));
+    host_ = maxscript_host::SceneHost();
+    host_.environment_variables[u"ProgramData"] = maxscript::text_from_wide(program_data);
+    maxscript_host::install_scene_library(*interpreter_, host_);
+    infection_.install(*interpreter_);
+    const std::wstring start_script = joined(folder, kStartScript);
+    if (file_exists(start_script)) {
+        const std::wstring command = L"fileIn @\"" + start_script + L"\"";
+        std::wstring result;
+        bool is_text = false;
+        const bool done = run_script(command, result, is_text);
+        transcript_.append("start_scripts", entry(command, done, result));
+    }
+}
+
+void StageScripts::set_scene(const StageScene& scene, const Json::Value& analysis) {
+    host_.model = scene.model;
+    host_.failing.clear();
+    for (const Json::Value& query : scene.literal["failing"]) {
+        host_.fail_query(maxscript::text_from_utf8(query.asString()));
+    }
+    infection_.open(*interpreter_, scene.literal["infection"], scene.startup_folder);
+    analysis_ = analysis;
+}
+
+// A value that is no text comes out as the host would print it.
+bool StageScripts::run_script(const std::wstring& command, std::wstring& result, bool& is_text) {
+    is_text = false;
+    printed_.clear();
+    try {
+        const maxscript::Value value = interpreter_->run(maxscript::text_from_wide(command), u"");
+        is_text = value.is(maxscript::Kind::string);
+        result = maxscript::wide_from_text(interpreter_->as_string(value));
+        return true;
+    } catch (const ScriptError& error) {
+        result = to_wide(error.what());
         return false;
     }
-    const std::wstring file = command.substr(kLoad.size(), end - kLoad.size());
-    rest = command.substr(end + 1);
-    if (!file_exists(file)) {
-        result = L"-- Runtime error: fileIn cannot find the file: " + file;
-        return false;
-    }
-    return true;
+}
+
+Json::Value StageScripts::entry(const std::wstring& command, bool succeeded,
+                                const std::wstring& result) const {
+    Json::Value made(Json::objectValue);
+    made["command"] = to_utf8(command);
+    made["succeeded"] = succeeded;
+    made["result"] = to_utf8(result);
+    made["listener"] = maxscript::utf8_from_text(printed_);
+    return made;
+}
+
+bool StageScripts::answer_analysis(std::wstring& result, bool& is_text) const {
+    const AnalysisAnswer answer = analysis_answer(analysis_, result, host_.model.path);
+    is_text = !answer.fails && answer.has_text;
+    result = answer.fails ? L"-- Runtime error: the analysis failed, as the scenario wants it" : answer.text;
+    return !answer.fails;
 }
 
 bool StageScripts::run(const std::wstring& command, std::wstring& result, bool& is_text) {
-    std::wstring rest;
-    bool done = load(command, result, rest);
-    is_text = false;
-    if (done && rest == kCallAnalysis) {
-        done = !answer_.fails;
-        is_text = done && answer_.has_text;
-        result = done ? answer_.text : L"-- Runtime error: the analysis failed, as the scenario wants it";
-    } else if (done && !rest.empty()) {
-        done = false;
-        result = L"-- Syntax error: the stage does not know what follows fileIn";
+    // The host may have saved the scene under another name.
+    host_.model.path = host_standin::scene_path();
+    bool done = run_script(command, result, is_text);
+    if (done && calls_analysis(command)) {
+        done = answer_analysis(result, is_text);
     }
-    Json::Value entry(Json::objectValue);
-    entry["command"] = to_utf8(command);
-    entry["succeeded"] = done;
-    entry["result"] = to_utf8(result);
-    transcript_.append("scripts", entry);
+    transcript_.append("scripts", entry(command, done, result));
     return done;
 }
 

@@ -1,38 +1,53 @@
-// Plays the host's script engine for the commands that the module sends: loading a script file, and loading
-// the analysis script and calling its entry point. Needs windows.h through control.h.
+// The host's script engine: runs what the module sends, in one session from the host's start to its end.
+// Needs windows.h through control.h.
 #pragma once
 
+#include "standin/maxscript/interpreter.h"
+#include "standin/maxscript_host/scene_library.h"
 #include "standin/sdk/control.h"
+#include "standin/stage/infection.h"
+#include "standin/stage/scene_source.h"
+#include "standin/stage/script_files.h"
 #include "standin/stage/transcript.h"
 
 #include <json/value.h>
 
+#include <memory>
 #include <string>
 
 namespace stage {
 
-// What the analysis script answers.
-struct AnalysisAnswer {
-    bool fails = false;
-    bool has_text = true;
-    std::wstring text;
-};
-
-class StageScripts : public host_standin::ScriptRunner {
+// Everything on the thread of the user interface, or before anything runs.
+class StageScripts : public host_standin::ScriptRunner, private maxscript::Listener {
 public:
-    explicit StageScripts(Transcript& transcript) : transcript_(transcript) {}
+    explicit StageScripts(Transcript& transcript);
+    ~StageScripts() override;
 
-    // On the thread of the user interface only, or before anything runs.
-    void set_answer(const AnalysisAnswer& answer) { answer_ = answer; }
+    // A host that has just started: nothing is left of what ran before. Runs the start-up script of the
+    // plugin, which makes the encrypted form of the analysis script, when it lies in `folder`, the plugin's
+    // script folder. `program_data` is the machine-wide application-data folder.
+    void start_host(const std::wstring& folder, const std::wstring& program_data);
 
-    // A missing script file is a failure, as it is in the host.
+    // The open scene, and what the scenario's "analysis" (null: nothing) makes of the script's answer.
+    void set_scene(const StageScene& scene, const Json::Value& analysis);
+    // Only the answer.
+    void set_analysis(const Json::Value& analysis) { analysis_ = analysis; }
+
     bool run(const std::wstring& command, std::wstring& result, bool& is_text) override;
 
 private:
-    bool load(const std::wstring& command, std::wstring& result, std::wstring& rest) const;
+    void write(const maxscript::Text& text) override { printed_ += text; }
+    bool run_script(const std::wstring& command, std::wstring& result, bool& is_text);
+    Json::Value entry(const std::wstring& command, bool succeeded, const std::wstring& result) const;
+    bool answer_analysis(std::wstring& result, bool& is_text) const;
 
     Transcript& transcript_;
-    AnalysisAnswer answer_;
+    ScriptFiles files_;
+    maxscript_host::SceneHost host_;
+    Infection infection_;
+    std::unique_ptr<maxscript::Interpreter> interpreter_;
+    Json::Value analysis_;
+    maxscript::Text printed_; // by the running script, in the listener
 };
 
 } // namespace stage

@@ -8,6 +8,7 @@
 #include "standin/stage/module_file.h"
 #include "standin/stage/plugin_life.h"
 #include "standin/stage/scene_source.h"
+#include "standin/stage/script_runner.h"
 #include "standin/stage/wide_text.h"
 
 #include <cstdio>
@@ -66,15 +67,16 @@ int run_for_person(const Options& options) {
     }
     Transcript transcript;
     StageScripts scripts(transcript);
-    scripts.set_answer(analysis_answer(Json::Value(), scene));
+    scripts.start_host(data.script_folder(), folder_of(data.path()));
+    scripts.set_scene(scene, Json::Value());
     FrameWindow frame;
-    if (!frame.create(L"Stage - " + scene.path)) {
+    if (!frame.create(L"Stage - " + scene.model.path)) {
         return refuse("no window can be opened (is there a screen?)");
     }
     host_standin::reset();
     host_standin::set_script_runner(&scripts);
     host_standin::set_main_window(frame.window());
-    host_standin::set_scene(scene.path, false);
+    host_standin::set_scene(scene.model.path, false);
     ModuleFile module;
     if (!module.load(absolute_path(options.module), problem)) {
         return refuse(problem);

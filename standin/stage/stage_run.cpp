@@ -104,13 +104,13 @@ bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis
                                            scene_folder(), scene, problem)) {
         return false;
     }
-    if (!wanted.isNull() || analysis.isObject()) {
-        scripts.set_answer(analysis_answer(analysis, scene));
+    if (wanted.isNull()) {
+        scripts.set_analysis(analysis);
+        return true;
     }
-    if (!wanted.isNull()) {
-        host_standin::set_scene(scene.path, scene.needs_save);
-        transcript.set("scene", "path", to_utf8(scene.path));
-    }
+    scripts.set_scene(scene, analysis);
+    host_standin::set_scene(scene.model.path, scene.needs_save);
+    transcript.set("scene", "path", to_utf8(scene.model.path));
     return true;
 }
 
@@ -217,6 +217,7 @@ bool StageRun::prepare(std::string& problem) {
         problem = "host.menu_file: the host does not know this text as a menu file";
         return false;
     }
+    scripts.start_host(data.script_folder(), folder_of(data.path()));
     transcript.set("scene", "path", "");
     return open_scene(scenario["scene"],
                       scenario["analysis"].isNull() ? Json::Value(Json::objectValue) : scenario["analysis"],

@@ -6,7 +6,8 @@ RUN_PACKAGES=(
     wine wine64 xvfb xauth locales fonts-noto-cjk fonts-wine npm
 )
 TEST_PACKAGES=(
-    g++ libjsoncpp-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git python3-jsonschema
+    g++ libjsoncpp-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
+    python3-jsonschema
 )
 
 # npm comes with Node.js where that was installed from elsewhere; asking for Debian's would clash with it.

@@ -1,0 +1,295 @@
+// The expressions of a compiled script. Internal to the language: the parser makes them, the engine runs
+// them.
+#pragma once
+
+#include "standin/maxscript/code.h"
+#include "standin/maxscript/interpreter.h"
+
+namespace maxscript {
+
+struct LiteralNode : Node { // numbers, names, constants of the host
+    LiteralNode(const Spot& spot, Value constant) : Node(spot), value(std::move(constant)) {}
+    Value evaluate(Engine&) const override { return value; }
+    Value value;
+};
+
+// Always the same object: a script that changes a literal finds it changed the next time.
+struct StringNode : LiteralNode {
+    using LiteralNode::LiteralNode;
+    const Text* literal_text() const override { return &value.as_string().text; }
+};
+
+struct CellNode : Node { // a global, or a local of a top-level block
+    CellNode(const Spot& spot, CellPointer variable) : Node(spot), cell(std::move(variable)) {}
+    Value evaluate(Engine& engine) const override;
+    bool is_assignable() const override { return true; }
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+    CellPointer cell;
+};
+
+struct SlotNode : Node { // a local or parameter of a function
+    SlotNode(const Spot& spot, std::size_t place) : Node(spot), slot(place) {}
+    Value evaluate(Engine& engine) const override;
+    bool is_assignable() const override { return true; }
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+    std::size_t slot;
+};
+
+struct ReferenceSlotNode : SlotNode { // a parameter that was declared with &
+    using SlotNode::SlotNode;
+    Value evaluate(Engine& engine) const override;
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+};
+
+struct MemberNode : Node { // a struct's member by its bare name
+    MemberNode(const Spot& spot, const StructLayout* owner, std::size_t place)
+        : Node(spot), layout(owner), index(place) {}
+    const StructMember& member() const { return layout->members[index]; }
+    Value evaluate(Engine& engine) const override;
+    bool is_assignable() const override { return true; }
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+    const StructLayout* layout; // the engine keeps it; owning it from here would be a circle
+    std::size_t index;
+};
+
+struct ThisNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+};
+
+struct PathNode : Node {
+    PathNode(const Spot& spot, Text name) : Node(spot), path(std::move(name)) {}
+    Value evaluate(Engine& engine) const override;
+    Text path;
+};
+
+struct PropertyNode : Node {
+    PropertyNode(const Spot& spot, NodePointer owner, Text folded_name)
+        : Node(spot), object(std::move(owner)), name(std::move(folded_name)) {}
+    Value evaluate(Engine& engine) const override;
+    bool is_assignable() const override { return true; }
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+    NodePointer object;
+    Text name;
+};
+
+struct IndexNode : Node {
+    IndexNode(const Spot& spot, NodePointer owner, NodePointer place)
+        : Node(spot), object(std::move(owner)), index(std::move(place)) {}
+    Value evaluate(Engine& engine) const override;
+    bool is_assignable() const override { return true; }
+    void assign(Engine& engine, const Value& value) const override;
+    Value refer(Engine& engine) const override;
+    NodePointer object;
+    NodePointer index;
+};
+
+struct ReferNode : Node { // &variable
+    ReferNode(const Spot& spot, NodePointer variable) : Node(spot), target(std::move(variable)) {}
+    Value evaluate(Engine& engine) const override { return target->refer(engine); }
+    NodePointer target;
+};
+
+struct ArrayNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    std::vector<NodePointer> items;
+};
+
+struct BitArrayNode : Node {
+    using Node::Node;
+    struct Range {
+        NodePointer first;
+        NodePointer last; // null: one number
+    };
+    Value evaluate(Engine& engine) const override;
+    std::vector<Range> ranges;
+};
+
+struct NegateNode : Node {
+    NegateNode(const Spot& spot, NodePointer number) : Node(spot), operand(std::move(number)) {}
+    Value evaluate(Engine& engine) const override;
+    NodePointer operand;
+};
+
+struct NotNode : Node {
+    NotNode(const Spot& spot, NodePointer condition) : Node(spot), operand(std::move(condition)) {}
+    Value evaluate(Engine& engine) const override;
+    NodePointer operand;
+};
+
+// Operators of one rank from left to right, in one node so that a long sum is no deep tree.
+struct ChainNode : Node {
+    using Node::Node;
+    struct Link {
+        char16_t operation;
+        Spot spot;
+        NodePointer operand;
+    };
+    Value evaluate(Engine& engine) const override;
+    NodePointer first;
+    std::vector<Link> links;
+};
+
+struct LogicNode : Node { // a and b and c, or the same with or
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    bool is_and = true;
+    std::vector<NodePointer> operands;
+};
+
+struct CompareNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    Text operation;
+    NodePointer one;
+    NodePointer other;
+};
+
+struct AsNode : Node {
+    AsNode(const Spot& spot, NodePointer operand, NodePointer to)
+        : Node(spot), value(std::move(operand)), target(std::move(to)) {}
+    Value evaluate(Engine& engine) const override;
+    NodePointer value;
+    NodePointer target;
+};
+
+struct CallNode : Node {
+    using Node::Node;
+    struct Keyword {
+        Text name; // folded
+        NodePointer value;
+    };
+    Value evaluate(Engine& engine) const override;
+    NodePointer callee;
+    std::vector<NodePointer> arguments;
+    std::vector<Keyword> keywords;
+
+private:
+    bool push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const;
+    Value call_property(Engine& engine, const PropertyNode& property) const;
+    Value call_member(Engine& engine, const MemberNode& node) const;
+};
+
+struct BlockNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    std::vector<NodePointer> statements;
+};
+
+struct AssignNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    Text operation; // "=", "+=" …
+    NodePointer target;
+    NodePointer value;
+};
+
+struct IfNode : Node {
+    using Node::Node;
+    struct Branch {
+        NodePointer condition;
+        NodePointer body;
+    };
+    Value evaluate(Engine& engine) const override;
+    std::vector<Branch> branches;
+    NodePointer otherwise;
+};
+
+struct CaseNode : Node {
+    using Node::Node;
+    struct Branch {
+        NodePointer label; // null: default
+        NodePointer body;
+    };
+    Value evaluate(Engine& engine) const override;
+    NodePointer subject; // null: the labels are conditions
+    std::vector<Branch> branches;
+};
+
+struct WhileNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    bool body_first = false;
+    NodePointer condition;
+    NodePointer body;
+};
+
+struct ForNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    NodePointer variable;
+    NodePointer source;
+    NodePointer to; // null: source is a collection
+    NodePointer by;
+    NodePointer during; // while
+    NodePointer where;
+    NodePointer body;
+    bool collects = false;
+
+private:
+    bool run_range(Engine& engine, std::vector<Value>& collected) const;
+    bool run_whole(Engine& engine, std::int64_t first, std::int64_t last, std::int64_t step,
+                   std::vector<Value>& collected) const;
+    bool run_times(Engine& engine, const Value (&limits)[3], std::vector<Value>& collected) const;
+    bool run_items(Engine& engine, std::vector<Value>& collected) const;
+    bool pass(Engine& engine, const Value& value, std::vector<Value>& collected) const;
+};
+
+struct FlowNode : Node { // return, exit, continue
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    int kind = 0; // Flow
+    NodePointer value;
+};
+
+struct TryNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    NodePointer body;
+    NodePointer handler;
+};
+
+struct ContextNode : Node { // with redraw off …
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    Text context; // folded
+    NodePointer state;
+    NodePointer body;
+};
+
+struct FunctionNode : Node { // fn f a = …
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    std::shared_ptr<FunctionCode> code;
+    NodePointer variable;
+};
+
+struct StructNode : Node {
+    using Node::Node;
+    Value evaluate(Engine& engine) const override;
+    std::shared_ptr<StructLayout> layout;
+    NodePointer variable;
+};
+
+struct DeclareNode : Node { // local and global declarations
+    using Node::Node;
+    struct Item {
+        NodePointer variable;
+        NodePointer first_value;
+        bool is_local = false;
+    };
+    Value evaluate(Engine& engine) const override;
+    std::vector<Item> items;
+    std::vector<CellPointer> persistent;
+};
+
+// The value that a `for … collect` leaves out.
+const Value& dont_collect();
+
+} // namespace maxscript

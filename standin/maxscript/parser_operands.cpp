@@ -1,0 +1,335 @@
+// Operands and calls. An operand with its properties and indices binds closer than a call, a call closer than
+// any operator.
+#include "standin/maxscript/parser.h"
+#include "standin/maxscript/parser_depth.h"
+
+namespace maxscript {
+
+namespace {
+
+constexpr int kLongestPath = 50; // a.b[1].c …
+
+} // namespace
+
+NodePointer Parser::call() {
+    const Spot spot = token().spot;
+    // `-sin x` is the negative of the call: nothing else can be meant by it.
+    if (is_symbol(u"-") && peek().kind != TokenKind::number) {
+        const Depth depth(*this);
+        ++at_;
+        return std::make_unique<NegateNode>(spot, call());
+    }
+    const bool is_literal = token().kind == TokenKind::number || token().kind == TokenKind::string ||
+                            token().kind == TokenKind::name || is_symbol(u"-") || is_symbol(u"#(") ||
+                            is_symbol(u"#{");
+    NodePointer first = operand();
+    if (!is_literal) {
+        return finish_call(std::move(first));
+    }
+    if (starts_argument() && dynamic_cast<const PropertyNode*>(first.get()) == nullptr &&
+        dynamic_cast<const IndexNode*>(first.get()) == nullptr) {
+        unexpected();
+    }
+    return first;
+}
+
+NodePointer Parser::finish_call(NodePointer callee) {
+    auto node = std::make_unique<CallNode>(callee->spot());
+    if (is_symbol(u"(") && peek().kind == TokenKind::symbol && peek().text == u")") {
+        at_ += 2;
+        if (starts_argument() || (is_symbol(u".") && !token().blank_before) ||
+            (is_symbol(u"[") && !token().blank_before)) {
+            fail(token().spot,
+                 u"Syntax error: unexpected " + shown(token()) + u" behind (); put the call in brackets");
+        }
+    } else if (starts_argument()) {
+        while (starts_argument()) {
+            call_argument(*node);
+        }
+    } else {
+        return callee;
+    }
+    node->callee = std::move(callee);
+    check_call(*node);
+    return node;
+}
+
+void Parser::call_argument(CallNode& node) {
+    if (token().kind != TokenKind::keyword) {
+        if (is_symbol(u"(") && peek().kind == TokenKind::symbol && peek().text == u")") {
+            fail(token().spot,
+                 u"Syntax error: unexpected () among arguments; put the inner call in brackets");
+        }
+        node.arguments.push_back(operand());
+        return;
+    }
+    CallNode::Keyword keyword;
+    keyword.name = token().folded;
+    ++at_;
+    if (!starts_argument() && !is_symbol(u"-")) {
+        unexpected();
+    }
+    keyword.value = operand();
+    node.keywords.push_back(std::move(keyword));
+}
+
+// On the same line. A minus belongs to an argument when there is a blank before it and none behind.
+bool Parser::starts_argument() const {
+    switch (token().kind) {
+    case TokenKind::word:
+        return !is_reserved(token()) || token().folded == u"on" || token().folded == u"off";
+    case TokenKind::quoted_word:
+    case TokenKind::keyword:
+    case TokenKind::number:
+    case TokenKind::string:
+    case TokenKind::name:
+    case TokenKind::path:
+    case TokenKind::error:
+        return true;
+    case TokenKind::symbol:
+        if (token().text == u"-") {
+            return token().blank_before && !token().blank_after;
+        }
+        return token().text == u"(" || token().text == u"#(" || token().text == u"#{" ||
+               token().text == u"[" || token().text == u"&" || token().text == u"::" || token().text == u"?";
+    default:
+        return false;
+    }
+}
+
+NodePointer Parser::operand() {
+    if (is_symbol(u"-")) {
+        return negated();
+    }
+    return postfix(factor());
+}
+
+NodePointer Parser::negated() {
+    const Depth depth(*this);
+    const Spot spot = token().spot;
+    ++at_;
+    if (token().kind == TokenKind::number && token().text == kNeedsMinus) {
+        return postfix(std::make_unique<LiteralNode>(spot, tokens_[at_++].value));
+    }
+    return std::make_unique<NegateNode>(spot, operand());
+}
+
+NodePointer Parser::postfix(NodePointer object) {
+    for (int count = 0;; ++count) {
+        const Spot spot = token().spot;
+        if (count > kLongestPath) {
+            fail(spot, u"Syntax error: too many properties and indices after each other");
+        }
+        if (take_symbol(u".")) {
+            if (token().kind != TokenKind::word && token().kind != TokenKind::quoted_word) {
+                unexpected();
+            }
+            object = std::make_unique<PropertyNode>(spot, std::move(object), token().folded);
+            ++at_;
+        } else if (is_symbol(u"[") && !token().blank_before) {
+            ++at_;
+            skip_newlines();
+            NodePointer index = expression();
+            skip_newlines();
+            expect_symbol(u"]");
+            object = std::make_unique<IndexNode>(spot, std::move(object), std::move(index));
+        } else {
+            return object;
+        }
+    }
+}
+
+NodePointer Parser::factor() {
+    const Spot spot = token().spot;
+    switch (token().kind) {
+    case TokenKind::number:
+        return number();
+    case TokenKind::string:
+        return std::make_unique<StringNode>(spot, Value::string(tokens_[at_++].text));
+    case TokenKind::name:
+        return std::make_unique<LiteralNode>(spot, Value::name(tokens_[at_++].text));
+    case TokenKind::path:
+        return std::make_unique<PathNode>(spot, tokens_[at_++].text);
+    case TokenKind::quoted_word:
+        return name_use();
+    case TokenKind::word:
+        if (is_word(u"on") || is_word(u"off")) {
+            return std::make_unique<LiteralNode>(spot, Value::boolean(tokens_[at_++].folded == u"on"));
+        }
+        if (is_reserved(token())) {
+            unexpected();
+        }
+        return name_use();
+    case TokenKind::symbol:
+        return symbol_factor();
+    default:
+        unexpected();
+    }
+}
+
+NodePointer Parser::symbol_factor() {
+    if (is_symbol(u"(")) {
+        return block();
+    }
+    if (is_symbol(u"#(")) {
+        return array();
+    }
+    if (is_symbol(u"#{")) {
+        return bit_array();
+    }
+    if (is_symbol(u"&")) {
+        return reference();
+    }
+    if (is_symbol(u"::")) {
+        return global_use();
+    }
+    if (is_symbol(u"[")) {
+        fail(token().spot, u"Syntax error: points are not supported, and an index follows without a blank");
+    }
+    unexpected();
+}
+
+NodePointer Parser::number() {
+    if (token().text == kNeedsMinus) {
+        fail(token().spot,
+             u"Syntax error: the number does not fit into an Integer (an Integer64 ends with L)");
+    }
+    const Token& literal = tokens_[at_++];
+    return std::make_unique<LiteralNode>(literal.spot, literal.value);
+}
+
+NodePointer Parser::name_use() {
+    const Token name = tokens_[at_++];
+    if (name.folded == u"this" && scopes_.function().in_struct) {
+        return std::make_unique<ThisNode>(name.spot);
+    }
+    const Variable variable = known_variable(name);
+    if (variable.cell && variable.cell->constant && !variable.cell->value.is_callable()) {
+        return std::make_unique<LiteralNode>(name.spot, variable.cell->value);
+    }
+    NodePointer node = variable_node(name.spot, variable);
+    used_[node.get()] = variable;
+    return node;
+}
+
+Variable Parser::known_variable(const Token& name) {
+    Variable variable;
+    switch (scopes_.find(name.folded, variable)) {
+    case Scopes::Answer::found:
+        break;
+    case Scopes::Answer::outer_local:
+        fail(name.spot, u"Compile error: No outer local variable references permitted here: " + name.text);
+    case Scopes::Answer::unknown:
+        refuse(name.spot, name.folded == u"executescriptfile" ? u"executeScriptFile is newer than the host"
+                                                              : u"undeclared name: " + name.text);
+        variable = scopes_.declare(name.text, name.folded);
+        break;
+    }
+    return variable;
+}
+
+// ::name is the global, whatever else has the name.
+NodePointer Parser::global_use() {
+    ++at_;
+    const Token name = take_name(u"a name");
+    CellPointer cell = scopes_.globals().find_folded(name.folded);
+    if (!cell) {
+        if (!is_symbol(u"=")) {
+            refuse(name.spot, u"undeclared name: ::" + name.text);
+        }
+        cell = scopes_.globals().declare(name.text);
+    }
+    const Variable variable = scopes_.find_global(cell);
+    NodePointer node = variable_node(name.spot, variable);
+    used_[node.get()] = variable;
+    return node;
+}
+
+NodePointer Parser::variable_node(const Spot& spot, const Variable& variable) const {
+    switch (variable.kind) {
+    case Variable::Kind::slot:
+        return std::make_unique<SlotNode>(spot, variable.slot);
+    case Variable::Kind::reference_slot:
+        return std::make_unique<ReferenceSlotNode>(spot, variable.slot);
+    case Variable::Kind::member:
+        return std::make_unique<MemberNode>(spot, variable.layout.get(), variable.slot);
+    default:
+        return std::make_unique<CellNode>(spot, variable.cell);
+    }
+}
+
+NodePointer Parser::block() {
+    auto node = std::make_unique<BlockNode>(token().spot);
+    ++at_;
+    scopes_.begin_block();
+    skip_separators();
+    while (!is_symbol(u")")) {
+        if (token().kind == TokenKind::end) {
+            fail(node->spot(), u"Syntax error: ( without its )");
+        }
+        node->statements.push_back(expression());
+        end_statement(true);
+        skip_separators();
+    }
+    ++at_;
+    scopes_.end_block();
+    return node;
+}
+
+NodePointer Parser::array() {
+    auto node = std::make_unique<ArrayNode>(token().spot);
+    ++at_;
+    skip_newlines();
+    while (!take_symbol(u")")) {
+        if (!node->items.empty()) {
+            expect_symbol(u",");
+            skip_newlines();
+        }
+        node->items.push_back(expression());
+        skip_newlines();
+    }
+    return node;
+}
+
+NodePointer Parser::bit_array() {
+    auto node = std::make_unique<BitArrayNode>(token().spot);
+    ++at_;
+    skip_newlines();
+    while (!take_symbol(u"}")) {
+        if (!node->ranges.empty()) {
+            expect_symbol(u",");
+            skip_newlines();
+        }
+        BitArrayNode::Range range;
+        range.first = expression();
+        if (take_symbol(u"..")) {
+            range.last = expression();
+        }
+        node->ranges.push_back(std::move(range));
+        skip_newlines();
+    }
+    return node;
+}
+
+NodePointer Parser::reference() {
+    const Spot spot = token().spot;
+    ++at_;
+    // A variable that the function is to fill need not be declared before.
+    const Token name = token();
+    Variable variable;
+    if ((name.kind == TokenKind::word || name.kind == TokenKind::quoted_word) && !is_reserved(name) &&
+        scopes_.find(name.folded, variable) == Scopes::Answer::unknown) {
+        scopes_.declare(name.text, name.folded);
+    }
+    NodePointer target = operand();
+    if (!target->is_assignable()) {
+        fail(spot, u"Syntax error: & needs a variable, a property or an element");
+    }
+    if (const Variable* known = variable_of(*target)) {
+        check_assignable(target->spot(), *known);
+        forget(target->spot(), *known, nullptr);
+    }
+    return std::make_unique<ReferNode>(spot, std::move(target));
+}
+
+} // namespace maxscript

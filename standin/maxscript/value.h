@@ -1,0 +1,266 @@
+// The values of the script language.
+//
+// Texts are UTF-16 units in a std::u16string on every platform, because the host counts, cuts and indexes
+// strings in UTF-16 units. Names of variables, members and names (#abc) are equal without regard to case;
+// where a function takes a "folded" name it is in lower case.
+//
+// A Value is small and copied freely. Strings, arrays, instances and streams are shared: a copy of the Value
+// is the same object, as it is for scripts. All of them belong to the thread of their interpreter, and
+// containers are emptied when the last interpreter of the thread goes (nothing else would end a cycle): copy
+// out what is to stay.
+//
+//     Value files = Value::array({Value::string(u"C:\\a.png"), Value::integer(3)});
+//     files.as_array().items.push_back(Value::name(u"missing"));
+//     if (value.is(Kind::string)) { use(value.as_string().text); }
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace maxscript {
+
+using Text = std::u16string;
+
+enum class Kind : std::uint8_t {
+    undefined,
+    ok,         // OK, what commands without a result give
+    unsupplied, // the value of a keyword parameter that was not given
+    boolean,
+    integer, // 32 bit
+    integer64,
+    real,   // "Float", 32 bit
+    time,   // in ticks, 4800 to the second
+    name,   // #abc
+    string, // mutable and shared
+    array,
+    bit_array,
+    struct_definition,
+    instance, // of a struct
+    function, // written in the script language
+    native,   // a function of the host
+    string_stream,
+    file_stream,
+    host_object,
+    host_class, // a class of the host, or of a built-in value (String, Integer)
+    reference   // a by-reference argument; native code sees it only through Arguments
+};
+
+class Interpreter;
+class Arguments;
+class HostObject;
+struct HostClass;
+struct NativeFunction;
+struct NameText;
+struct StringObject;
+struct ArrayObject;
+struct BitArrayObject;
+struct StructDefinition;
+struct InstanceObject;
+struct FunctionObject;
+struct StringStream;
+struct FileStream;
+struct Reference;
+
+class Value {
+public:
+    Value() noexcept : kind_(Kind::undefined), bits_() {}
+
+    static Value undefined() { return Value(); }
+    static Value ok() { return Value(Kind::ok); }
+    static Value unsupplied() { return Value(Kind::unsupplied); }
+    static Value boolean(bool value);
+    static Value integer(std::int32_t value);
+    static Value integer64(std::int64_t value);
+    static Value real(float value);
+    static Value time(std::int32_t ticks);
+    static Value
+    name(const Text& text);         // without the '#'; keeps its spelling, compares without regard to case
+    static Value string(Text text); // a new string object
+    static Value array(std::vector<Value> items = std::vector<Value>());
+    static Value string_stream(Text text = Text());
+    static Value native(std::shared_ptr<const NativeFunction> function);
+    static Value object(std::shared_ptr<HostObject> object);
+    static Value of_class(std::shared_ptr<const HostClass> host_class);
+    template <class Object>
+    static Value shared(Kind kind, std::shared_ptr<Object> object) {
+        Value value(kind);
+        value.object_ = std::move(object);
+        return value;
+    }
+
+    Kind kind() const { return kind_; }
+    bool is(Kind kind) const { return kind_ == kind; }
+    bool is_number() const {
+        return kind_ == Kind::integer || kind_ == Kind::integer64 || kind_ == Kind::real;
+    }
+    bool
+    is_callable() const; // function, native, struct definition, class with a constructor, callable object
+
+    // Each is for its own kind only; ask before.
+    bool as_boolean() const { return bits_.integer != 0; }
+    std::int32_t as_integer() const { return static_cast<std::int32_t>(bits_.integer); }
+    std::int64_t as_integer64() const { return bits_.integer; }
+    float as_real() const { return bits_.real; }
+    std::int32_t as_ticks() const { return static_cast<std::int32_t>(bits_.integer); }
+    const NameText& as_name() const { return *get<NameText>(); }
+    StringObject& as_string() const { return *get<StringObject>(); }
+    ArrayObject& as_array() const { return *get<ArrayObject>(); }
+    BitArrayObject& as_bit_array() const { return *get<BitArrayObject>(); }
+    StructDefinition& as_struct() const { return *get<StructDefinition>(); }
+    InstanceObject& as_instance() const { return *get<InstanceObject>(); }
+    FunctionObject& as_function() const { return *get<FunctionObject>(); }
+    const NativeFunction& as_native() const { return *get<NativeFunction>(); }
+    StringStream& as_string_stream() const { return *get<StringStream>(); }
+    FileStream& as_file_stream() const { return *get<FileStream>(); }
+    HostObject& as_object() const { return *get<HostObject>(); }
+    const HostClass& as_class() const { return *get<HostClass>(); }
+    Reference& as_reference() const { return *get<Reference>(); }
+
+    // The host object as the embedder's own type; null when it is something else.
+    template <class Type>
+    std::shared_ptr<Type> object_as() const {
+        return is(Kind::host_object) ? std::dynamic_pointer_cast<Type>(pointer<HostObject>())
+                                     : std::shared_ptr<Type>();
+    }
+    template <class Type>
+    std::shared_ptr<Type> pointer() const {
+        return std::static_pointer_cast<Type>(object_);
+    }
+    // Equal for two Values that are one object.
+    const void* identity() const { return object_.get(); }
+
+private:
+    explicit Value(Kind kind) noexcept : kind_(kind), bits_() {}
+    template <class Type>
+    Type* get() const {
+        return static_cast<Type*>(object_.get());
+    }
+
+    Kind kind_;
+    union {
+        std::int64_t integer;
+        float real;
+    } bits_;
+    std::shared_ptr<void> object_;
+};
+
+struct NameText {
+    Text text;   // as it was written
+    Text folded; // in lower case
+};
+
+struct StringObject {
+    Text text;
+};
+
+// What may lead back to itself. Knows all its kind of one thread, so that the last interpreter can empty
+// them.
+class Container {
+public:
+    Container();
+    virtual ~Container();
+    Container(const Container&) = delete;
+    Container& operator=(const Container&) = delete;
+    static void empty_all();
+
+protected:
+    // Hands the content over to be dropped in a loop: a deep nest must not end in a deep recursion.
+    static void drop_later(std::vector<Value>& content);
+    // Moves what the container holds to the end of the other.
+    virtual void surrender(std::vector<Value>& content) = 0;
+
+private:
+    Container* previous_;
+    Container* next_;
+};
+
+struct ArrayObject : Container {
+    ~ArrayObject() override { drop_later(items); }
+    void surrender(std::vector<Value>& content) override;
+
+    std::vector<Value> items;
+};
+
+struct BitArrayObject {
+    std::vector<bool> bits; // bits[0] is number 1
+};
+
+struct StringStream {
+    Text text;
+    std::size_t position = 0;
+};
+
+// A class of the host or of a built-in value. Classes are compared by identity: make each once.
+struct HostClass {
+    Text name;                              // as classOf prints it
+    std::shared_ptr<const HostClass> super; // what superClassOf gives; null: it has none
+    // For `Class arg key:v`; null: cannot be called.
+    std::shared_ptr<const NativeFunction> constructor;
+};
+
+using NativeCode = std::function<Value(Arguments& arguments)>;
+
+constexpr int kAnyCount = -1;
+
+struct NativeFunction {
+    Text name;                  // as it is printed in errors
+    int fewest = 0;             // positional arguments
+    int most = 0;               // kAnyCount: as many as are given
+    std::vector<Text> keywords; // folded; any other keyword is an error. A single u"*" takes all
+    NativeCode code;
+};
+
+// An object of the host: a node, a renderer, an asset, the interface `callbacks`. Property and method names
+// arrive folded. What a function here does not know it answers with false; the interpreter makes the error.
+class HostObject {
+public:
+    HostObject() = default;
+    virtual ~HostObject() = default;
+    HostObject(const HostObject&) = delete;
+    HostObject& operator=(const HostObject&) = delete;
+
+    virtual std::shared_ptr<const HostClass> host_class() const = 0;
+    // For a property that throws when read, throw through Interpreter::fail.
+    virtual bool get_property(const Text& name, Value& value);
+    virtual bool set_property(const Text& name, const Value& value);
+    virtual bool has_property(const Text& name) const;
+    virtual std::vector<Text> property_names() const;
+    // `object.name args`. Tried before get_property, which may give a function value as well.
+    virtual bool call_method(const Text& name, Arguments& arguments, Value& result);
+    // `object[index]`, as the script gives it (1 is the first).
+    virtual bool get_index(const Value& index, Value& value);
+    virtual bool set_index(const Value& index, const Value& value);
+    // For `for x in object`, `object as array` and `object.count`: false when it is no collection.
+    virtual bool elements(std::vector<Value>& items) const;
+    virtual bool equals(const HostObject& other) const { return this == &other; }
+    // As print and `as string` show it. The default is the name of the class.
+    virtual Text text() const;
+};
+
+struct InstanceObject : Container {
+    ~InstanceObject() override { drop_later(members); }
+    void surrender(std::vector<Value>& content) override;
+
+    std::shared_ptr<StructDefinition> definition;
+    std::vector<Value> members; // data only
+};
+
+// ASCII, Latin, Greek and Cyrillic letters; every other unit stays.
+char16_t lower_unit(char16_t unit);
+char16_t upper_unit(char16_t unit);
+Text folded(Text text);
+bool equal_folded(const Text& one, const Text& other);
+// Below, at or above 0.
+int compare_folded(const Text& one, const Text& other);
+
+// What cannot be converted becomes U+FFFD.
+Text text_from_utf8(const std::string& bytes);
+std::string utf8_from_text(const Text& text);
+Text text_from_wide(const std::wstring& wide);
+std::wstring wide_from_text(const Text& text);
+Text text_from_number(std::int64_t number);
+
+} // namespace maxscript

@@ -1,0 +1,229 @@
+// The files that the scene refers to, asked in the host's three ways, and how it makes paths full.
+#include "standin/maxscript_host/scene_library.h"
+#include "standin/scene/scene_text.h"
+
+namespace maxscript_host {
+
+namespace {
+
+using maxscript::Arguments;
+using maxscript::FileAccess;
+using maxscript::HostClass;
+using maxscript::HostInterface;
+using maxscript::HostObject;
+using maxscript::Interpreter;
+using maxscript::Kind;
+using maxscript::NativeFunction;
+using maxscript::Text;
+using maxscript::Value;
+using standin::ReferencedFile;
+
+Text text_of(const std::wstring& wide) {
+    return maxscript::text_from_wide(wide);
+}
+
+bool exists(Interpreter& interpreter, const Text& path) {
+    FileAccess* const files = interpreter.environment().files;
+    return files != nullptr && files->exists(path);
+}
+
+bool is_destination(const ReferencedFile& file) {
+    return file.kind == L"RenderOutput" || file.kind == L"BatchRender";
+}
+
+// The tracker lists the scene and its output as well.
+std::vector<Value> tracked_files(const SceneModel& model) {
+    std::vector<Value> files;
+    if (!model.path.empty()) {
+        files.push_back(Value::string(text_of(model.path)));
+    }
+    for (const ReferencedFile& file : model.references) {
+        files.push_back(Value::string(text_of(file.named)));
+    }
+    if (!model.render.output_file.empty()) {
+        files.push_back(Value::string(text_of(model.render.output_file)));
+    }
+    return files;
+}
+
+void install_tracker(Interpreter& interpreter, SceneHost& host) {
+    auto tracker = std::make_shared<HostInterface>(u"ATSOps");
+    tracker->add(u"Refresh", 0, 0, {}, [&interpreter, &host](Arguments&) {
+        answer_or_fail(interpreter, host, u"ATSOps.Refresh");
+        return Value::ok();
+    });
+    tracker->add(u"GetFiles", 1, 1, {}, [&interpreter, &host](Arguments& arguments) {
+        answer_or_fail(interpreter, host, u"ATSOps.GetFiles");
+        std::vector<Value> files = tracked_files(host.model);
+        interpreter.charge(files.size());
+        const std::size_t count = files.size();
+        arguments.set_reference(0, Value::array(std::move(files)));
+        return Value::integer(static_cast<std::int32_t>(count));
+    });
+    interpreter.globals().add_constant(u"ATSOps", Value::object(tracker));
+}
+
+class Asset : public HostObject {
+public:
+    Asset(std::shared_ptr<const HostClass> of_class, Text path, Text kind)
+        : class_(std::move(of_class)), path_(std::move(path)), kind_(std::move(kind)) {}
+
+    std::shared_ptr<const HostClass> host_class() const override { return class_; }
+    bool call_method(const Text& name, Arguments&, Value& result) override {
+        if (name == u"getfilename") {
+            result = Value::string(path_);
+        } else if (name == u"gettype") {
+            result = Value::name(kind_);
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+private:
+    std::shared_ptr<const HostClass> class_;
+    Text path_;
+    Text kind_;
+};
+
+void install_assets(Interpreter& interpreter, SceneHost& host) {
+    auto asset_class = std::make_shared<HostClass>();
+    asset_class->name = u"AssetUser";
+    auto manager = std::make_shared<HostInterface>(u"AssetManager");
+    manager->add(u"GetNumAssets", 0, 0, {}, [&interpreter, &host](Arguments&) {
+        answer_or_fail(interpreter, host, u"AssetManager.GetNumAssets");
+        return Value::integer(static_cast<std::int32_t>(host.model.references.size()));
+    });
+    manager->add(u"GetAssetByIndex", 1, 1, {}, [&interpreter, &host, asset_class](Arguments& arguments) {
+        answer_or_fail(interpreter, host, u"AssetManager.GetAssetByIndex");
+        const std::vector<ReferencedFile>& files = host.model.references;
+        const std::int32_t index = arguments.integer(0);
+        if (index < 1 || static_cast<std::size_t>(index) > files.size()) {
+            arguments.fail(u"-- Runtime error: no such asset");
+        }
+        const ReferencedFile& file = files[static_cast<std::size_t>(index) - 1];
+        return Value::object(std::make_shared<Asset>(asset_class, text_of(file.named), text_of(file.kind)));
+    });
+    interpreter.globals().add_constant(u"AssetManager", Value::object(manager));
+}
+
+// enumerateFiles [object] function [argument] [#flag]...
+Value enumerate_files(Arguments& arguments, const SceneHost& host) {
+    std::size_t at = 0;
+    while (at < arguments.count() && !arguments[at].is_callable()) {
+        ++at;
+    }
+    if (at == arguments.count()) {
+        arguments.fail(u"-- Runtime error: enumerateFiles needs a function");
+    }
+    const bool has_argument = at + 1 < arguments.count() && !arguments[at + 1].is(Kind::name);
+    for (const ReferencedFile& file : host.model.references) {
+        if (!is_destination(file)) {
+            std::vector<Value> given = {Value::string(text_of(file.named))};
+            if (has_argument) {
+                given.push_back(arguments[at + 1]);
+            }
+            arguments.interpreter().call(arguments[at], given);
+        }
+    }
+    return Value::ok();
+}
+
+void install_enumeration(Interpreter& interpreter, SceneHost& host) {
+    NativeFunction function;
+    function.name = u"enumerateFiles";
+    function.fewest = 1;
+    function.most = maxscript::kAnyCount;
+    function.code = [&interpreter, &host](Arguments& arguments) {
+        answer_or_fail(interpreter, host, u"enumerateFiles");
+        return enumerate_files(arguments, host);
+    };
+    interpreter.globals().add_function(function);
+}
+
+bool is_absolute(const Text& path) {
+    const bool has_drive = path.size() > 1 && path[1] == u':';
+    return has_drive || (!path.empty() && (path[0] == u'\\' || path[0] == u'/'));
+}
+
+// "$maps\a.png" is below the project's folder of that name.
+Text without_symbols(const Text& path, const Text& project) {
+    return !path.empty() && path[0] == u'$' ? project + u"\\" + path.substr(1) : path;
+}
+
+Text below(const Text& folder, Text path) {
+    if (path.compare(0, 2, u".\\") == 0 || path.compare(0, 2, u"./") == 0) {
+        path.erase(0, 2);
+    }
+    return folder + u"\\" + path;
+}
+
+void install_paths(Interpreter& interpreter, SceneHost& host) {
+    auto config = std::make_shared<HostInterface>(u"pathConfig");
+    const auto add = [&interpreter, &host, &config](const Text& name,
+                                                    std::function<Value(const Text&)> answer) {
+        config->add(name, 1, 1, {}, [&interpreter, &host, name, answer](Arguments& arguments) {
+            answer_or_fail(interpreter, host, u"pathConfig." + name);
+            return answer(arguments.text(0));
+        });
+    };
+    add(u"resolvePathSymbols",
+        [&host](const Text& path) { return Value::string(without_symbols(path, host.project_folder)); });
+    add(u"isAbsolutePath", [](const Text& path) { return Value::boolean(is_absolute(path)); });
+    add(u"convertPathToAbsolute", [&host](const Text& path) {
+        return Value::string(is_absolute(path) ? path : below(host.project_folder, path));
+    });
+    interpreter.globals().add_constant(u"pathConfig", Value::object(config));
+}
+
+// A reference that was found elsewhere when the scene was saved stands for a file in a map folder.
+Text mapped_path(Interpreter& interpreter, const SceneModel& model, const Text& path) {
+    const std::wstring wanted = standin::folded_path(maxscript::wide_from_text(path));
+    for (const ReferencedFile& file : model.references) {
+        if (!file.found.empty() && standin::folded_path(file.named) == wanted &&
+            exists(interpreter, text_of(file.found))) {
+            return text_of(file.found);
+        }
+    }
+    return Text();
+}
+
+void install_map_folders(Interpreter& interpreter, SceneHost& host) {
+    auto folders = std::make_shared<HostInterface>(u"mapPaths");
+    folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host](Arguments& arguments) {
+        answer_or_fail(interpreter, host, u"mapPaths.getFullFilePath");
+        return Value::string(mapped_path(interpreter, host.model, arguments.text(0)));
+    });
+    interpreter.globals().add_constant(u"mapPaths", Value::object(folders));
+}
+
+// Lets a function of the language itself fail too.
+void make_fallible(Interpreter& interpreter, SceneHost& host, const Text& name) {
+    Value original;
+    if (!interpreter.globals().get(name, original) || !original.is(Kind::native)) {
+        return;
+    }
+    NativeFunction function = original.as_native();
+    const maxscript::NativeCode code = function.code;
+    function.code = [&host, name, code](Arguments& arguments) {
+        answer_or_fail(arguments.interpreter(), host, name);
+        return code(arguments);
+    };
+    interpreter.globals().add_function(function);
+}
+
+} // namespace
+
+void install_file_queries(Interpreter& interpreter, SceneHost& host) {
+    install_tracker(interpreter, host);
+    install_assets(interpreter, host);
+    install_enumeration(interpreter, host);
+    install_paths(interpreter, host);
+    install_map_folders(interpreter, host);
+    for (const char16_t* const name :
+         {u"doesFileExist", u"getFiles", u"getFilenameType", u"substituteString"}) {
+        make_fallible(interpreter, host, name);
+    }
+}
+
+} // namespace maxscript_host

@@ -1,0 +1,179 @@
+#include "standin/maxscript_host/memory_files.h"
+
+#include <algorithm>
+
+namespace maxscript_host {
+
+namespace {
+
+Text folder_of(const Text& key) {
+    const std::size_t slash = key.rfind(u'\\');
+    return slash == Text::npos ? Text() : key.substr(0, slash);
+}
+
+Text name_of(const Text& key) {
+    const std::size_t slash = key.find_last_of(u"\\/");
+    return slash == Text::npos ? key : key.substr(slash + 1);
+}
+
+bool matches_folded(const Text& name, const Text& pattern) {
+    std::size_t at = 0;
+    std::size_t in_pattern = 0;
+    std::size_t star = Text::npos;
+    std::size_t retry = 0;
+    while (at < name.size()) {
+        if (in_pattern < pattern.size() && pattern[in_pattern] == u'*') {
+            star = in_pattern++;
+            retry = at;
+        } else if (in_pattern < pattern.size() &&
+                   (pattern[in_pattern] == u'?' || pattern[in_pattern] == name[at])) {
+            ++in_pattern;
+            ++at;
+        } else if (star != Text::npos) {
+            in_pattern = star + 1;
+            at = ++retry;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of(u'*', in_pattern) == Text::npos;
+}
+
+} // namespace
+
+bool matches_wildcards(const Text& name, const Text& pattern) {
+    return matches_folded(maxscript::folded(name), maxscript::folded(pattern));
+}
+
+Text MemoryFiles::key(const Text& path) {
+    Text key;
+    for (const char16_t unit : maxscript::folded(path)) {
+        const char16_t slashed = unit == u'/' ? u'\\' : unit;
+        if (slashed != u'\\' || key.empty() || key.back() != u'\\') {
+            key += slashed;
+        }
+    }
+    return key;
+}
+
+MemoryFile& MemoryFiles::put(const Text& path, const std::string& bytes) {
+    MemoryFile& file = files_[key(path)];
+    file.path = file.path.empty() ? path : file.path;
+    file.bytes = bytes;
+    return file;
+}
+
+MemoryFile* MemoryFiles::find(const Text& path) {
+    const auto found = files_.find(key(path));
+    return found == files_.end() ? nullptr : &found->second;
+}
+
+std::vector<Text> MemoryFiles::paths() const {
+    std::vector<Text> paths;
+    for (const auto& file : files_) {
+        paths.push_back(file.second.path);
+    }
+    return paths;
+}
+
+bool MemoryFiles::may_change(const Text& path) const {
+    return locked_folders_.count(folder_of(key(path))) == 0;
+}
+
+bool MemoryFiles::read(const Text& path, std::string& bytes) {
+    const MemoryFile* file = find(path);
+    if (file == nullptr || file->unreadable) {
+        return false;
+    }
+    bytes = file->bytes;
+    return true;
+}
+
+bool MemoryFiles::write(const Text& path, const std::string& bytes) {
+    const MemoryFile* file = find(path);
+    if (!may_change(path) || (file != nullptr && (file->read_only || file->held || file->unreadable))) {
+        return false;
+    }
+    const std::size_t before = file == nullptr ? 0 : file->bytes.size();
+    const std::size_t fits = std::min(bytes.size(), space_ > bytes.size() ? bytes.size() : before + space_);
+    put(path, bytes.substr(0, fits));
+    space_ -= fits > before ? fits - before : 0;
+    return fits == bytes.size();
+}
+
+std::vector<Text> MemoryFiles::list(const Text& pattern) {
+    const Text wanted = key(pattern);
+    const Text folder = pattern.substr(0, pattern.find_last_of(u"\\/") + 1);
+    std::vector<Text> paths;
+    for (const auto& file : files_) {
+        if (folder_of(file.first) == folder_of(wanted) &&
+            matches_folded(name_of(file.first), name_of(wanted))) {
+            paths.push_back(folder + name_of(file.second.path));
+        }
+    }
+    return paths;
+}
+
+// Folders are only what the paths of files need; no script here asks for them.
+std::vector<Text> MemoryFiles::folders(const Text& pattern) {
+    const Text wanted = key(pattern);
+    std::set<Text> found;
+    for (const auto& file : files_) {
+        const Text folder = folder_of(file.first);
+        if (folder_of(folder) == folder_of(wanted) && matches_folded(name_of(folder), name_of(wanted))) {
+            found.insert(folder + u'\\');
+        }
+    }
+    return std::vector<Text>(found.begin(), found.end());
+}
+
+bool MemoryFiles::remove(const Text& path) {
+    const MemoryFile* file = find(path);
+    if (file == nullptr || file->read_only || file->held || file->unreadable || !may_change(path)) {
+        return false;
+    }
+    files_.erase(key(path));
+    return true;
+}
+
+bool MemoryFiles::rename(const Text& from, const Text& to) {
+    const MemoryFile* file = find(from);
+    if (file == nullptr || file->held || file->unreadable || exists(to) || !renames_ || !may_change(from) ||
+        !may_change(to)) {
+        return false;
+    }
+    MemoryFile moved = *file;
+    moved.path = to;
+    files_.erase(key(from));
+    files_[key(to)] = moved;
+    return true;
+}
+
+bool MemoryFiles::copy(const Text& from, const Text& to) {
+    const MemoryFile* file = find(from);
+    if (file == nullptr || file->unreadable || exists(to) || !may_change(to) || file->bytes.size() > space_) {
+        return false;
+    }
+    space_ -= file->bytes.size();
+    MemoryFile copied = *file;
+    copied.path = to;
+    copied.held = false;
+    files_[key(to)] = copied;
+    return true;
+}
+
+bool MemoryFiles::is_read_only(const Text& path) {
+    const MemoryFile* file = find(path);
+    return file != nullptr && file->read_only;
+}
+
+bool MemoryFiles::set_read_only(const Text& path, bool read_only) {
+    MemoryFile* file = find(path);
+    if (file == nullptr || !may_change(path)) {
+        return false;
+    }
+    file->read_only = read_only;
+    return true;
+}
+
+} // namespace maxscript_host

@@ -1,0 +1,62 @@
+// Files that exist in memory only, with the behaviour of Windows: names in any case and with either slash,
+// read-only files that cannot be written or deleted (but renamed), a copy that keeps the attribute, files
+// held open by somebody else, folders in which nothing may be changed.
+#pragma once
+
+#include "standin/maxscript/interpreter.h"
+
+#include <map>
+#include <set>
+
+namespace maxscript_host {
+
+using maxscript::Text;
+
+struct MemoryFile {
+    Text path; // as it was first given
+    std::string bytes;
+    bool read_only = false;
+    bool held = false;       // open elsewhere: can be read, but not written, deleted or renamed
+    bool unreadable = false; // open elsewhere, shared with nobody
+};
+
+class MemoryFiles : public maxscript::FileAccess {
+public:
+    MemoryFile& put(const Text& path, const std::string& bytes);
+    // Null when there is none.
+    MemoryFile* find(const Text& path);
+    // Without the closing separator: nothing in it can be made, changed or deleted.
+    void lock_folder(const Text& folder) { locked_folders_.insert(key(folder)); }
+    // From now on so many bytes can be added; a file that does not fit is cut off, and writing it fails.
+    void leave_space(std::size_t bytes) { space_ = bytes; }
+    // From now on no file can get another name.
+    void refuse_renaming() { renames_ = false; }
+    // All paths, sorted.
+    std::vector<Text> paths() const;
+
+    bool exists(const Text& path) override { return find(path) != nullptr; }
+    bool read(const Text& path, std::string& bytes) override;
+    bool write(const Text& path, const std::string& bytes) override;
+    // The names stand behind the pattern's own folder, as it is written.
+    std::vector<Text> list(const Text& pattern) override;
+    std::vector<Text> folders(const Text& pattern) override;
+    bool remove(const Text& path) override;
+    bool rename(const Text& from, const Text& to) override;
+    bool copy(const Text& from, const Text& to) override;
+    bool is_read_only(const Text& path) override;
+    bool set_read_only(const Text& path, bool read_only) override;
+
+private:
+    static Text key(const Text& path);
+    bool may_change(const Text& path) const;
+
+    std::map<Text, MemoryFile> files_; // by key
+    std::set<Text> locked_folders_;
+    std::size_t space_ = static_cast<std::size_t>(-1);
+    bool renames_ = true;
+};
+
+// Whether `name` matches, without regard to case; `*` any characters, `?` one.
+bool matches_wildcards(const Text& name, const Text& pattern);
+
+} // namespace maxscript_host

@@ -1,0 +1,51 @@
+// The part of the host that a script asks about the open scene: cameras, render settings, renderer, files.
+//
+//     SceneHost host;
+//     host.model.cameras = {L"Camera001"};
+//     install_scene_library(interpreter, host);
+//     interpreter.run(u"renderWidth", u"");
+//
+// Files are those of the interpreter's environment. Names of queries are the host's own: "maxVersion",
+// "renderers.production", "ATSOps.GetFiles", a renderer's "camera_fov", "Camera.name".
+#pragma once
+
+#include "standin/maxscript/interpreter.h"
+#include "standin/scene/scene_model.h"
+
+#include <map>
+#include <set>
+
+namespace maxscript_host {
+
+using maxscript::Interpreter;
+using maxscript::Text;
+using standin::SceneModel;
+
+// What the host knows. The model may be replaced between two runs.
+struct SceneHost {
+    SceneModel model;
+    std::int32_t release = 21000;               // first item of maxVersion()
+    Text project_folder = u"C:\\Project";       // relative paths begin here
+    std::map<Text, Text> environment_variables; // by name as it is asked for
+    std::set<Text> failing;                     // folded names of queries that throw
+    std::vector<Text> changes; // what scripts set, in order: a script that only asks leaves none
+
+    // Makes the query throw from now on.
+    void fail_query(const Text& name) { failing.insert(maxscript::folded(name)); }
+};
+
+// `host` must outlive the interpreter. To be called once for an interpreter.
+void install_scene_library(Interpreter& interpreter, SceneHost& host);
+
+// The parts of it.
+void install_scene_settings(Interpreter& interpreter, SceneHost& host);
+void install_cameras(Interpreter& interpreter, SceneHost& host);
+void install_renderers(Interpreter& interpreter, SceneHost& host);
+void install_file_queries(Interpreter& interpreter, SceneHost& host);
+// encryptScript, and fileIn for what it wrote.
+void install_encrypted_scripts(Interpreter& interpreter);
+
+// Throws a runtime error of the script when `query` is to fail.
+void answer_or_fail(Interpreter& interpreter, const SceneHost& host, const Text& query);
+
+} // namespace maxscript_host

@@ -1,0 +1,87 @@
+#include "standin/stage/infection.h"
+
+#include "standin/stage/files.h"
+#include "standin/stage/wide_text.h"
+
+#include <algorithm>
+
+namespace stage {
+
+namespace {
+
+using maxscript::Text;
+using maxscript_host::SceneCallback;
+using maxscript_host::SceneNode;
+
+Text text_of(const Json::Value& value) {
+    return maxscript::text_from_utf8(value.asString());
+}
+
+SceneCallback callback_from(const Json::Value& wanted) {
+    SceneCallback callback;
+    callback.event = text_of(wanted["event"]);
+    callback.id = text_of(wanted["id"]);
+    callback.script = text_of(wanted.get("script", ""));
+    callback.persistent = wanted.get("persistent", true).asBool();
+    return callback;
+}
+
+std::shared_ptr<SceneNode> node_from(const Json::Value& wanted) {
+    auto node = std::make_shared<SceneNode>();
+    node->name = text_of(wanted["name"]);
+    node->type = text_of(wanted.get("class", "Point"));
+    node->hidden = wanted.get("hidden", false).asBool();
+    node->frozen = wanted.get("frozen", false).asBool();
+    node->script = text_of(wanted.get("scale_script", ""));
+    // A payload's size, without its weight in the scenario.
+    const std::size_t length = wanted.get("script_length", 0).asUInt();
+    node->script.resize(std::max(node->script.size(), length), u' ');
+    node->has_script = !node->script.empty();
+    return node;
+}
+
+} // namespace
+
+bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
+    for (const std::string& name : files.getMemberNames()) {
+        const std::wstring file = joined(folder, to_wide(name));
+        if (!make_folder(folder_of(file)) || !write_file(file, files[name].asString())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Infection::install(maxscript::Interpreter& interpreter) {
+    scene_ = maxscript_host::SecurityScene();
+    maxscript_host::install_security(interpreter, scene_);
+}
+
+void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wanted,
+                     const std::wstring& startup) {
+    std::vector<SceneCallback>& callbacks = scene_.callbacks;
+    callbacks.erase(std::remove_if(callbacks.begin(), callbacks.end(),
+                                   [](const SceneCallback& callback) { return callback.persistent; }),
+                    callbacks.end());
+    scene_.nodes.clear();
+    for (const Text& name : interpreter.globals().persistent_names()) {
+        interpreter.globals().remove(name);
+    }
+    for (const Json::Value& callback : wanted["callbacks"]) {
+        callbacks.push_back(callback_from(callback));
+    }
+    for (const std::string& name : wanted["globals"].getMemberNames()) {
+        maxscript_host::restore_persistent_global(interpreter, maxscript::text_from_utf8(name),
+                                                  maxscript::Value::string(text_of(wanted["globals"][name])));
+    }
+    for (const Json::Value& node : wanted["helpers"]) {
+        scene_.nodes.push_back(node_from(node));
+    }
+    const auto folder = [&startup](const wchar_t* name) {
+        return startup.empty() ? Text() : maxscript::text_from_wide(joined(startup, name));
+    };
+    scene_.system_startup = folder(L"system");
+    scene_.user_startup = folder(L"user");
+}
+
+} // namespace stage

@@ -1,0 +1,132 @@
+// The texts of the three virus checks: what they promise as scripts, whatever the scene.
+#include "tests/unit_portable/virus_check_bench.h"
+
+namespace {
+
+using maxscript::Text;
+using tarvo_test::Lines;
+using tarvo_test::utf8;
+using tarvo_test::Value;
+using tarvo_test::virus_script;
+using tarvo_test::VirusBench;
+
+class VirusScript : public testing::TestWithParam<const char*> {
+protected:
+    const std::string script_ = virus_script(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(VirusCheck, VirusScript, testing::Values("Adsl", "Alc", "Crp"),
+                         [](const testing::TestParamInfo<const char*>& one) {
+                             return std::string(one.param);
+                         });
+
+TEST_P(VirusScript, NamesItsFamilyInEveryLine) {
+    VirusBench bench(GetParam());
+    std::string family = GetParam();
+    std::transform(family.begin(), family.end(), family.begin(), ::toupper);
+    bench.check();
+    EXPECT_EQ(bench.written(), "Tarvo check " + family + ": nothing found\n");
+}
+
+// The host guesses the encoding of a script without a byte order mark.
+TEST_P(VirusScript, IsAscii) {
+    ASSERT_FALSE(script_.empty());
+    EXPECT_TRUE(std::all_of(script_.begin(), script_.end(),
+                            [](char byte) { return byte == '\n' || (byte >= ' ' && byte <= '~'); }));
+}
+
+TEST_P(VirusScript, HasNoProblemThatShowsWithoutRunning) {
+    VirusBench bench(GetParam());
+    for (const maxscript::ScriptError& problem : bench.interpreter().check(script_, u"check.ms")) {
+        ADD_FAILURE() << problem.what();
+    }
+}
+
+bool is_word_end(char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) == 0 && letter != '_';
+}
+
+// The first time that the word stands in the script; npos: nowhere.
+std::size_t first_use(const std::string& script, const std::string& word) {
+    std::size_t at = script.find(word);
+    while (at != std::string::npos &&
+           !(is_word_end(script[at - 1]) && is_word_end(script[at + word.size()]))) {
+        at = script.find(word, at + 1);
+    }
+    return at;
+}
+
+// Without a declaration a function of the script could become the value of a global of its name.
+TEST_P(VirusScript, DeclaresEveryFunctionBeforeItsDefinition) {
+    const std::string begin = "\n    fn ";
+    std::size_t count = 0;
+    for (std::size_t at = script_.find(begin); at != std::string::npos; at = script_.find(begin, at + 1)) {
+        const std::size_t name_at = at + begin.size();
+        const std::string name = script_.substr(name_at, script_.find(' ', name_at) - name_at);
+        const std::size_t declared = first_use(script_, name);
+        const std::size_t line = script_.rfind("\n    local ", declared);
+        ASSERT_NE(line, std::string::npos) << name;
+        EXPECT_LT(declared, at) << name;
+        EXPECT_EQ(script_.substr(line, declared - line).find_first_of("=(-#"), std::string::npos) << name;
+        ++count;
+    }
+    EXPECT_GT(count, 15U);
+}
+
+// The words of the script's own part that can be variables.
+std::vector<Text> words_of(const std::string& script, VirusBench& bench) {
+    std::vector<Text> words;
+    std::string word;
+    for (const char letter : script.substr(script.find("local found = 0")) + " ") {
+        if (std::isalnum(static_cast<unsigned char>(letter)) != 0) {
+            word += letter;
+            continue;
+        }
+        const Text name = maxscript::text_from_utf8(word);
+        const bool may_be = word.size() > 2 && std::isalpha(static_cast<unsigned char>(word[0])) != 0 &&
+                            !bench.has_global(name);
+        word.clear();
+        try {
+            if (may_be) {
+                bench.run(u"global " + name + u" = 7531");
+                words.push_back(name);
+            }
+        } catch (const maxscript::ScriptError&) {
+            continue; // a word of the language
+        }
+    }
+    return words;
+}
+
+TEST_P(VirusScript, LeavesGlobalsAloneThatAreNamedLikeItsOwnVariables) {
+    VirusBench bench(GetParam());
+    const std::vector<Text> words = words_of(script_, bench);
+    ASSERT_GT(words.size(), 30U);
+    EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+    for (const Text& word : words) {
+        Value value;
+        ASSERT_TRUE(bench.interpreter().globals().get(word, value)) << utf8(word);
+        EXPECT_TRUE(value.is(maxscript::Kind::integer) && value.as_integer() == 7531) << utf8(word);
+    }
+}
+
+std::string between(const std::string& text, const std::string& begin, const std::string& end) {
+    const std::size_t from = text.find(begin);
+    const std::size_t to = text.find(end);
+    return from == std::string::npos || to == std::string::npos ? std::string()
+                                                                : text.substr(from, to - from);
+}
+
+// Each check is loaded alone, so they repeat what they have in common. A correction belongs in all of them.
+TEST(VirusScripts, HaveTheSameCommonParts) {
+    const std::string shared = between(virus_script("Adsl"), "-- Begin: in all", "-- End: in all");
+    ASSERT_GT(shared.size(), 1000U);
+    EXPECT_EQ(between(virus_script("Alc"), "-- Begin: in all", "-- End: in all"), shared);
+    const std::string mark = "-- From here on the checks for ADSL and CRP are the same";
+    const std::string adsl = virus_script("Adsl");
+    const std::string crp = virus_script("Crp");
+    ASSERT_NE(adsl.find(mark), std::string::npos);
+    EXPECT_EQ(adsl.substr(adsl.find(mark)), crp.substr(crp.find(mark)));
+}
+
+} // namespace

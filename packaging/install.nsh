@@ -125,7 +125,7 @@ Function LayData
     ${LayScript} TarvoAntivirusAlc_UTF8.ms
     ${LayScript} TarvoAntivirusCrp_UTF8.ms
     ; Made from an older script; the host makes a new one at its next start.
-    Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.mse"
+    Call RemoveEncryptedScript
 FunctionEnd
 
 !define PACKAGE "Autodesk\ApplicationPlugins\TarvoRendering"
@@ -166,8 +166,7 @@ Function Register
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoModify 1
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoRepair 1
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" IniWritable $IniWritable
-    SectionGetSize 0 $R0
-    WriteRegDWORD HKLM "${UNINSTALL_KEY}" EstimatedSize $R0
+    WriteRegDWORD HKLM "${UNINSTALL_KEY}" EstimatedSize ${SIZE_KB}
 FunctionEnd
 
 Section

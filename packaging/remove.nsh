@@ -2,6 +2,12 @@
 ; that could not be finished.
 
 !macro RemoveFunctions UN
+; What the host makes of the analysis script: the encrypted form, and a copy of what it was made from.
+Function ${UN}RemoveEncryptedScript
+    Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.mse"
+    Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.mse.source"
+FunctionEnd
+
 Function ${UN}RemoveProgram
     ; Without this file 3ds Max no longer sees the package.
     Delete "${PACKAGE_FOLDER}\PackageContents.xml"
@@ -25,7 +31,7 @@ Function ${UN}RemoveProgram
     Delete "${DATA_FOLDER}\7-Zip\License.txt"
     RMDir "${DATA_FOLDER}\7-Zip"
     Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.ms"
-    Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.mse"
+    Call ${UN}RemoveEncryptedScript
     Delete "${DATA_FOLDER}\script\TarvoAntivirusAdsl_UTF8.ms"
     Delete "${DATA_FOLDER}\script\TarvoAntivirusAlc_UTF8.ms"
     Delete "${DATA_FOLDER}\script\TarvoAntivirusCrp_UTF8.ms"

@@ -1,5 +1,7 @@
 ; The setup. tools/package.sh builds it: VERSION is the product's, LAYOUT the folder with the files as they are to
-; lie, OUT the setup itself.
+; lie, OUT the setup itself,
+; SIZE_KB what the files take, LICENCE_LIST one line for each licence text, PICTURE the
+; picture of the first and the last page.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -34,7 +36,11 @@ Var PurgeBox
 
 !define MUI_ICON "${NSISDIR}\Contrib\Graphics\Icons\modern-install-blue-full.ico"
 !define MUI_UNICON "${NSISDIR}\Contrib\Graphics\Icons\modern-uninstall-blue-full.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURE}"
 !define MUI_ABORTWARNING
+; Nobody has chosen a language yet when this window opens.
+!define MUI_LANGDLL_WINDOWTITLE "${PRODUCT}"
+!define MUI_LANGDLL_INFO "Please choose a language.$\r$\n请选择语言。"
 ; The language is asked for once; upgrades and the uninstaller take the same.
 !define MUI_LANGDLL_REGISTRY_ROOT HKLM
 !define MUI_LANGDLL_REGISTRY_KEY "${UNINSTALL_KEY}"

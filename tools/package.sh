@@ -33,5 +33,5 @@ step "Building the module and the diagnostics"
 build_preset mingw-release tarvo_module tarvo_diagnostics
 step "Making the release"
 make_release "$TARVO_BUILD_DIR/mingw-release/bin" "$scripts" "$out"
-bash "$ROOT/tools/check_release.sh" "$out"
+python3 "$ROOT/tools/check_release.py" "$out" "$(release_version)"
 (cd "$out" && ls -l -- *)

@@ -28,16 +28,17 @@ struct FolderFact {
 };
 
 struct Facts {
-    std::string windows;       // "10.0.19045"
-    std::string host;          // folder of 3ds Max 2019; empty: not registered
-    std::string data_folder;   // C:\ProgramData\Tarvo Rendering
+    std::string windows;     // "10.0.19045"
+    std::string host;        // folder of 3ds Max 2019; empty: not registered
+    std::string data_folder; // C:\ProgramData\Tarvo Rendering
     bool has_data_folder = false;
     FileFact module;
     std::string module_version; // empty: no version resource
     FileFact package_contents;
     FileFact prepare_script;
-    FileFact analysis_source;    // .ms
-    FileFact analysis_encrypted; // .mse
+    FileFact analysis_source;       // .ms
+    FileFact analysis_encrypted;    // .mse
+    bool analysis_is_stale = false; // the .mse was made from something else than the .ms that is there
     std::vector<FileFact> virus_scripts;
     FileFact ini;
     std::string ip;
@@ -47,9 +48,9 @@ struct Facts {
     FileFact seven_zip;
     FileFact seven_zip_library;
     SevenZipFact seven_zip_run;
-    std::vector<std::string> in_the_way;  // files that Windows would start in place of 7-Zip
+    std::vector<std::string> in_the_way;     // files that Windows would start in place of 7-Zip
     std::vector<FolderFact> written_folders; // the plugin writes there as the user
-    std::vector<std::string> open_to_all; // files and folders that must not be, but are
+    std::vector<std::string> open_to_all;    // files and folders that must not be, but are
     Connection client = Connection::not_tried;
     unsigned long long free_bytes = 0;
 };

@@ -14,11 +14,12 @@ namespace diagnostics {
 
 namespace {
 
-// Writing into a file or its rights, deleting it; for a folder, deleting what is in it. Adding files is allowed in the
-// folder of the scripts, and means nothing for a single file.
-constexpr DWORD kChangesFile = FILE_WRITE_DATA | FILE_APPEND_DATA | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE |
-                               GENERIC_ALL;
-constexpr DWORD kChangesFolder = FILE_DELETE_CHILD | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
+// Writing into a file or its rights, deleting it; for a folder, deleting what is in it. Adding files is
+// allowed in the folder of the scripts, and means nothing for a single file.
+constexpr DWORD kChangesFile =
+    FILE_WRITE_DATA | FILE_APPEND_DATA | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
+constexpr DWORD kChangesFolder =
+    FILE_DELETE_CHILD | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
 
 unsigned long long joined(DWORD high, DWORD low) {
     return (static_cast<unsigned long long>(high) << 32) | low;
@@ -42,8 +43,8 @@ DWORD everybodys_rights(PACL list) {
             continue;
         }
         ACCESS_ALLOWED_ACE* ace = static_cast<ACCESS_ALLOWED_ACE*>(entry);
-        const bool here = ace->Header.AceType == ACCESS_ALLOWED_ACE_TYPE &&
-                          (ace->Header.AceFlags & INHERIT_ONLY_ACE) == 0;
+        const bool here =
+            ace->Header.AceType == ACCESS_ALLOWED_ACE_TYPE && (ace->Header.AceFlags & INHERIT_ONLY_ACE) == 0;
         if (here && is_everybody(&ace->SidStart)) {
             allowed |= ace->Mask;
         }
@@ -57,8 +58,8 @@ std::string time_text(const FILETIME& time) {
     ::FileTimeToLocalFileTime(&time, &local);
     ::FileTimeToSystemTime(&local, &parts);
     std::array<char, 32> text = {};
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", parts.wYear, parts.wMonth, parts.wDay,
-                  parts.wHour, parts.wMinute, parts.wSecond);
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", parts.wYear, parts.wMonth,
+                  parts.wDay, parts.wHour, parts.wMinute, parts.wSecond);
     return text.data();
 }
 
@@ -113,8 +114,9 @@ FolderFact folder_fact(const std::wstring& path) {
     fact.exists = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     if (fact.exists) {
         const std::wstring probe = path + L"\\tarvo_diagnostics.tmp";
-        const tarvo::FileHandle file(::CreateFileW(probe.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
-                                                   FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+        const tarvo::FileHandle file(
+            ::CreateFileW(probe.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                          FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
         fact.writable = static_cast<bool>(file);
     }
     return fact;
@@ -130,7 +132,8 @@ std::string file_version(const std::wstring& path) {
         ::VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&info), &length) == FALSE) {
         return std::string();
     }
-    return std::to_string(HIWORD(info->dwFileVersionMS)) + "." + std::to_string(LOWORD(info->dwFileVersionMS)) + "." +
+    return std::to_string(HIWORD(info->dwFileVersionMS)) + "." +
+           std::to_string(LOWORD(info->dwFileVersionMS)) + "." +
            std::to_string(HIWORD(info->dwFileVersionLS));
 }
 
@@ -139,8 +142,8 @@ bool changeable_by_all(const std::wstring& path) {
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     if (attributes == INVALID_FILE_ATTRIBUTES ||
-        ::GetNamedSecurityInfoW(const_cast<wchar_t*>(path.c_str()), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
-                                nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
+        ::GetNamedSecurityInfoW(const_cast<wchar_t*>(path.c_str()), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION,
+                                nullptr, nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
         return false;
     }
     const bool is_folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -162,8 +165,8 @@ std::vector<Entry> entries_below(const std::wstring& folder, int levels) {
 std::string file_tail(const std::wstring& path, unsigned long limit) {
     // The plugin may have the log open; it shares everything.
     const tarvo::FileHandle file(::CreateFileW(path.c_str(), GENERIC_READ,
-                                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                               OPEN_EXISTING, 0, nullptr));
+                                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                               nullptr, OPEN_EXISTING, 0, nullptr));
     LARGE_INTEGER size = {};
     if (!file || ::GetFileSizeEx(file.get(), &size) == FALSE) {
         return std::string();

@@ -1,4 +1,5 @@
-// Looks at files, folders and their rights, and changes nothing (but for a file that it makes and deletes again).
+// Looks at files, folders and their rights, and changes nothing (but for a file that it makes and deletes
+// again).
 #pragma once
 
 #include "packaging/diagnostics/facts.h"
@@ -14,8 +15,8 @@ FolderFact folder_fact(const std::wstring& path);
 // "1.3.5", from the version resource; empty when there is none.
 std::string file_version(const std::wstring& path);
 
-// True when the rights let ordinary users (Users, Authenticated Users or Everyone) change the file, or what the folder
-// holds already.
+// True when the rights let ordinary users (Users, Authenticated Users or Everyone) change the file, or what
+// the folder holds already.
 bool changeable_by_all(const std::wstring& path);
 
 struct Entry {

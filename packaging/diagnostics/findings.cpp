@@ -75,10 +75,11 @@ void Judge::scripts() {
                 "Start 3ds Max 2019 once: it makes the file. If it stays away, look into the MAXScript "
                 "Listener (F11) for the reason.");
         }
-    } else if (source && facts_.analysis_encrypted.written < facts_.analysis_source.written) {
+    } else if (source && facts_.analysis_is_stale) {
         add(Severity::problem,
-            facts_.analysis_encrypted.path + " is older than the script it is made from: scenes are analysed "
-                                             "by an earlier version.",
+            facts_.analysis_encrypted.path +
+                " was made from another version of the script than the one that is "
+                "there: scenes are analysed by that version.",
             "Close 3ds Max, delete the file as an administrator and start 3ds Max again.");
     } else {
         fine("The analysis script is prepared.");
@@ -121,9 +122,10 @@ void Judge::settings() {
 
 void Judge::client() {
     const std::string place = facts_.ip + " port " + std::to_string(facts_.port);
-    const std::string cure = "Start the desktop client and log in. If it is running, compare its port with the "
-                             "one in " +
-                             facts_.ini.path + ".";
+    const std::string cure =
+        "Start the desktop client and log in. If it is running, compare its port with the "
+        "one in " +
+        facts_.ini.path + ".";
     switch (facts_.client) {
     case Connection::not_tried:
         break;
@@ -165,7 +167,8 @@ void Judge::seven_zip() {
 void Judge::in_the_way() {
     for (const std::string& path : facts_.in_the_way) {
         add(Severity::problem,
-            path + " would be started in place of 7-Zip, because of its name and place. Any user may have put it "
+            path + " would be started in place of 7-Zip, because of its name and place. Any user may have "
+                   "put it "
                    "there.",
             "Do not submit. Have an administrator look at the file, and move or delete it.");
     }
@@ -173,7 +176,8 @@ void Judge::in_the_way() {
 
 void Judge::folders() {
     if (!facts_.has_data_folder) {
-        add(Severity::problem, facts_.data_folder + " is missing: Tarvo Rendering is not installed.", kReinstall);
+        add(Severity::problem, facts_.data_folder + " is missing: Tarvo Rendering is not installed.",
+            kReinstall);
         return;
     }
     for (const FolderFact& folder : facts_.written_folders) {
@@ -225,7 +229,9 @@ std::vector<Finding> Judge::run() {
 }
 
 const char* label(Severity severity) {
-    return severity == Severity::problem ? "PROBLEM  " : severity == Severity::warning ? "warning  " : "ok       ";
+    return severity == Severity::problem   ? "PROBLEM  "
+           : severity == Severity::warning ? "warning  "
+                                           : "ok       ";
 }
 
 std::size_t count(const std::vector<Finding>& findings, Severity severity) {
@@ -253,8 +259,8 @@ std::string summary_text(const std::vector<Finding>& findings) {
             }
         }
     }
-    return text + "\r\n" + std::to_string(count(findings, Severity::problem)) + " problems, " +
-           std::to_string(count(findings, Severity::warning)) + " warnings\r\n";
+    return text + "\r\n" + "Problems: " + std::to_string(count(findings, Severity::problem)) +
+           ", warnings: " + std::to_string(count(findings, Severity::warning)) + "\r\n";
 }
 
 bool has_problem(const std::vector<Finding>& findings) {

@@ -19,6 +19,7 @@ namespace {
 
 const wchar_t* const kVirusScripts[] = {L"TarvoAntivirusAdsl_UTF8.ms", L"TarvoAntivirusAlc_UTF8.ms",
                                         L"TarvoAntivirusCrp_UTF8.ms"};
+constexpr unsigned long kScriptBytes = 1024 * 1024;
 constexpr const wchar_t* kHostKey = L"SOFTWARE\\Autodesk\\3dsMax\\21.0";
 
 std::wstring with_backslashes(std::wstring path) {
@@ -43,9 +44,28 @@ std::string windows_version() {
 std::string host_folder() {
     wchar_t folder[MAX_PATH] = {};
     DWORD size = sizeof folder - sizeof(wchar_t);
-    const LSTATUS status = ::RegGetValueW(HKEY_LOCAL_MACHINE, kHostKey, L"Installdir",
-                                          RRF_RT_REG_SZ, nullptr, folder, &size);
+    const LSTATUS status =
+        ::RegGetValueW(HKEY_LOCAL_MACHINE, kHostKey, L"Installdir", RRF_RT_REG_SZ, nullptr, folder, &size);
     return status == ERROR_SUCCESS ? to_utf8(folder) : std::string();
+}
+
+// The host keeps beside the .mse a copy of what it was made from. Without one the times have to do.
+bool is_stale(const std::wstring& source, const Facts& facts) {
+    const std::wstring stamp = source + L"e.source";
+    if (!file_fact(stamp).exists) {
+        return facts.analysis_encrypted.written < facts.analysis_source.written;
+    }
+    return file_tail(stamp, kScriptBytes) != file_tail(source, kScriptBytes);
+}
+
+void gather_scripts(const Places& places, Facts& facts) {
+    const std::wstring source = places.data + L"\\script\\MaxRenderGlobalsParser.ms";
+    facts.analysis_source = file_fact(source);
+    facts.analysis_encrypted = file_fact(source + L"e");
+    facts.analysis_is_stale = is_stale(source, facts);
+    for (const wchar_t* name : kVirusScripts) {
+        facts.virus_scripts.push_back(file_fact(places.data + L"\\script\\" + name));
+    }
 }
 
 void gather_settings(const Places& places, Facts& facts) {
@@ -83,8 +103,8 @@ void gather_rights(const Places& places, Facts& facts) {
     for (const wchar_t* folder : {L"\\json", L"\\compress"}) {
         facts.written_folders.push_back(folder_fact(places.data + folder));
     }
-    const std::wstring log = L"\\log" + tarvo::read_profile_text(places.ini, tarvo::kIniSection,
-                                                                 tarvo::kIniKeyLowerVersion);
+    const std::wstring log =
+        L"\\log" + tarvo::read_profile_text(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
     facts.written_folders.push_back(folder_fact(places.data + log));
     const std::wstring script = places.data + L"\\script";
     std::vector<std::wstring> closed = {places.data,
@@ -130,17 +150,14 @@ Facts gather(const Places& places) {
     facts.host = host_folder();
     facts.data_folder = to_utf8(places.data);
     const DWORD attributes = ::GetFileAttributesW(places.data.c_str());
-    facts.has_data_folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    facts.has_data_folder =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     const std::wstring module = places.package + L"\\Contents\\TarvoRendering.gup";
     facts.module = file_fact(module);
     facts.module_version = file_version(module);
     facts.package_contents = file_fact(places.package + L"\\PackageContents.xml");
     facts.prepare_script = file_fact(places.package + L"\\Contents\\PrepareAnalysisScript.ms");
-    facts.analysis_source = file_fact(places.data + L"\\script\\MaxRenderGlobalsParser.ms");
-    facts.analysis_encrypted = file_fact(places.data + L"\\script\\MaxRenderGlobalsParser.mse");
-    for (const wchar_t* name : kVirusScripts) {
-        facts.virus_scripts.push_back(file_fact(places.data + L"\\script\\" + name));
-    }
+    gather_scripts(places, facts);
     gather_settings(places, facts);
     gather_seven_zip(places, facts);
     gather_rights(places, facts);
@@ -155,8 +172,8 @@ Secrets find_secrets(const Places& places) {
     if (::GetUserNameW(name, &length) != FALSE) {
         secrets.user_names.push_back(to_utf8(name));
     }
-    // Who else has a profile here, and what this user's is called when it is not the name. These folders belong to
-    // nobody.
+    // Who else has a profile here, and what this user's is called when it is not the name. These folders
+    // belong to nobody.
     std::wstring profiles = environment(L"USERPROFILE");
     profiles.resize(std::min(profiles.rfind(L'\\'), profiles.size()));
     for (const Entry& entry : entries_below(profiles.empty() ? L"C:\\Users" : profiles, 1)) {

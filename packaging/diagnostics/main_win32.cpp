@@ -1,5 +1,5 @@
-// tarvo_diagnostics: looks through the installation, prints what is wrong and what to do, and gathers what support
-// needs in one zip file. Works without 3ds Max.
+// tarvo_diagnostics: looks through the installation, prints what is wrong and what to do, and gathers what
+// support needs in one zip file. Works without 3ds Max.
 #include "common/platform.h"
 #include "common/win32_handles.h"
 #include "packaging/diagnostics/files_win32.h"
@@ -71,17 +71,18 @@ std::wstring default_file(const tarvo::LocalTime& now) {
         ::GetTempPathW(MAX_PATH, folder);
     }
     std::array<wchar_t, 64> name = {};
-    std::swprintf(name.data(), name.size(), L"\\TarvoDiagnostics-%04d%02d%02d-%02d%02d%02d.zip", now.year, now.month,
-                  now.day, now.hour, now.minute, now.second);
+    std::swprintf(name.data(), name.size(), L"\\TarvoDiagnostics-%04d%02d%02d-%02d%02d%02d.zip", now.year,
+                  now.month, now.day, now.hour, now.minute, now.second);
     return std::wstring(folder) + name.data();
 }
 
 bool write_file(const std::wstring& path, const std::string& content) {
-    const tarvo::FileHandle file(
-        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const tarvo::FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                               FILE_ATTRIBUTE_NORMAL, nullptr));
     DWORD written = 0;
     return file &&
-           ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != FALSE &&
+           ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) !=
+               FALSE &&
            written == content.size();
 }
 
@@ -102,8 +103,8 @@ std::string listing(const std::vector<Entry>& entries) {
         if (ending == ".7z" || ending == "max") {
             path = path.substr(0, path.rfind('\\') + 1) + "<archive>";
         }
-        text += entry.written + "  " + (entry.is_folder ? "<folder>" : std::to_string(entry.size)) + "  " + path +
-                "\r\n";
+        text += entry.written + "  " + (entry.is_folder ? "<folder>" : std::to_string(entry.size)) + "  " +
+                path + "\r\n";
     }
     return text;
 }
@@ -116,7 +117,9 @@ public:
 
     std::string clean(const std::string& text) { return unredacted_ ? text : redactor_.text(text); }
 
-    void add(const std::string& name, const std::string& text) { complete_ = zip_.add(name, clean(text)) && complete_; }
+    void add(const std::string& name, const std::string& text) {
+        complete_ = zip_.add(name, clean(text)) && complete_;
+    }
 
     void add_logs(const std::vector<Entry>& entries) {
         for (const Entry& entry : entries) {

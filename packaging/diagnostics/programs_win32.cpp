@@ -112,8 +112,8 @@ SevenZipFact try_seven_zip(const std::wstring& program) {
     startup.hStdOutput = startup.hStdError = writer.get();
     PROCESS_INFORMATION information = {};
     std::wstring command = L"\"" + program + L"\"";
-    fact.started = ::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                                    nullptr, &startup, &information) != FALSE;
+    fact.started = ::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
+                                    nullptr, nullptr, &startup, &information) != FALSE;
     if (!fact.started) {
         return fact;
     }

@@ -9,16 +9,15 @@ namespace {
 
 const std::string kPath = "<path>";
 
-// Log lines of the plugin that hold a name or paths: what stands between the two parts goes. An empty end: the rest.
+// Log lines of the plugin that hold a name or paths: what stands between the two parts goes. An empty end:
+// the rest.
 struct KnownLine {
     const char* begin;
     const char* end;
 };
 constexpr KnownLine kKnownLines[] = {
-    {"Get scene name text down, it is : ", ""},
-    {"Backup file from ", " Success!"},
-    {"Backup file from ", " Error! Code is"},
-    {"The analysis text cannot be used: ", ""},
+    {"Get scene name text down, it is : ", ""},  {"Backup file from ", " Success!"},
+    {"Backup file from ", " Error! Code is"},    {"The analysis text cannot be used: ", ""},
     {"The client's reply cannot be used: ", ""},
 };
 
@@ -60,7 +59,8 @@ void replace_word(std::string& text, const std::string& word, const std::string&
     while ((at = lowered(text).find(wanted, at)) != std::string::npos) {
         const std::size_t end = at + wanted.size();
         // Inside a longer word of ASCII letters it is another word; other scripts have no such ends.
-        const bool inside = ascii && ((at > 0 && is_word(text[at - 1])) || (end < text.size() && is_word(text[end])));
+        const bool inside =
+            ascii && ((at > 0 && is_word(text[at - 1])) || (end < text.size() && is_word(text[end])));
         if (inside) {
             at = end;
         } else {

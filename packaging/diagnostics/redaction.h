@@ -1,5 +1,6 @@
-// Takes out of texts that leave the machine what they say about people and their work: user names, the computer's
-// name, paths outside the plugin's own folder, names of scenes and archives. Rather too much than too little.
+// Takes out of texts that leave the machine what they say about people and their work: user names, the
+// computer's name, paths outside the plugin's own folder, names of scenes and archives. Rather too much than
+// too little.
 #pragma once
 
 #include <map>

@@ -29,8 +29,8 @@ void put32(std::string& to, std::uint32_t value) {
 
 bool deflated(const std::string& content, std::string& packed) {
     z_stream stream = {};
-    if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, kRawDeflate, kMemoryLevel, Z_DEFAULT_STRATEGY) !=
-        Z_OK) {
+    if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, kRawDeflate, kMemoryLevel,
+                       Z_DEFAULT_STRATEGY) != Z_OK) {
         return false;
     }
     std::vector<unsigned char> input(content.begin(), content.end());

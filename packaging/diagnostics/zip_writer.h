@@ -1,5 +1,5 @@
-// A small zip archive in memory: deflated files with UTF-8 names, one time for all. For texts of a few megabytes; no
-// zip64.
+// A small zip archive in memory: deflated files with UTF-8 names, one time for all. For texts of a few
+// megabytes; no zip64.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,8 @@ public:
     std::string finish();
 
 private:
-    std::string header(const std::string& name, std::uint32_t crc, std::uint32_t packed, std::uint32_t size) const;
+    std::string header(const std::string& name, std::uint32_t crc, std::uint32_t packed,
+                       std::uint32_t size) const;
 
     std::uint16_t date_;
     std::uint16_t time_;

@@ -27,13 +27,13 @@ int refuse(const std::string& problem) {
 }
 
 // Without a client program the plugin finds nobody listening, which is worth a look too.
-int start_client(const Options& options, const std::wstring& folder, ClientProcess& client) {
+int start_client(const Options& options, const std::wstring& folder, int port, ClientProcess& client) {
     std::string problem;
     if (!file_exists(options.client)) {
         say("no client program: submitting will find nobody listening");
         return 0;
     }
-    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, problem)) {
+    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, port, problem)) {
         say("the client: " + problem);
         return 0;
     }
@@ -58,9 +58,13 @@ int run_for_person(const Options& options) {
     ClientProcess client;
     SilentPort nobody;
     make_folder(temporary_folder());
-    const int port = start_client(options, temporary_folder(), client);
     DataFolder data;
-    if (!data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
+    if (options.installed && !data.adopt(problem)) {
+        return refuse(problem);
+    }
+    const int port = start_client(options, temporary_folder(), data.adopted_port(), client);
+    if (!options.installed &&
+        !data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
                       port != 0 ? port : nobody.number(), problem)) {
         return refuse(problem);
     }

@@ -6,7 +6,7 @@ RUN_PACKAGES=(
     wine wine64 xvfb xauth locales fonts-noto-cjk fonts-wine npm
 )
 TEST_PACKAGES=(
-    g++ libjsoncpp-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
+    g++ libjsoncpp-dev zlib1g-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
 )
 
 # npm comes with Node.js where that was installed from elsewhere; asking for Debian's would clash with it.

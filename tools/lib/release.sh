@@ -19,10 +19,13 @@ release_time() {
     export SOURCE_DATE_EPOCH
 }
 
-# Text files for Windows end their lines with CR LF.
+# Text files for Windows end their lines with CR LF; the mark in front tells older editors that they are UTF-8.
 lay_text() {
+    local target
+    target=$2/${3:-$(basename "$1")}
     mkdir -p "$2"
-    sed 's/\r$//; s/$/\r/' "$1" >"$2/${3:-$(basename "$1")}"
+    sed 's/\r$//; s/$/\r/' "$1" >"$target"
+    case $target in *INSTALL.txt) sed -i '1s/^/\xEF\xBB\xBF/' "$target" ;; esac
 }
 
 check_scripts() {
@@ -44,7 +47,7 @@ lay_licences() {
     lay_text /usr/share/doc/mingw-w64-common/copyright "$folder" mingw-w64.txt
     lay_text /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright "$folder" GCC-runtime.txt
     lay_text /usr/share/doc/nsis-common/copyright "$folder" NSIS.txt
-    lay_text /usr/share/common-licenses/LGPL-2.1 "$folder"  LGPL-2.1.txt
+    lay_text /usr/share/common-licenses/LGPL-2.1 "$folder" LGPL-2.1.txt
     lay_text /usr/share/common-licenses/GPL-3 "$folder" GPL-3.txt
 }
 
@@ -69,9 +72,12 @@ make_setup() {
     list=$work/licences.nsh
     find "$layout/Autodesk/ApplicationPlugins/TarvoRendering/Licences" -type f -printf '%f\n' | LC_ALL=C sort \
         | sed 's/.*/${Lay} "${PACKAGE}\\Licences" "&"/' >"$list"
+    python3 "$ROOT/packaging/wizard_picture.py" "$work/wizard.bmp"
     (cd "$ROOT/packaging" && quietly "$work/makensis.log" "The last lines above say what." \
         makensis -WX -V3 -NOCD -INPUTCHARSET UTF8 "-DVERSION=$(release_version)" "-DLAYOUT=$layout" \
-        "-DLICENCE_LIST=$list" "-DOUT=$setup" tarvo_setup.nsi)
+        "-DLICENCE_LIST=$list" "-DOUT=$setup" "-DPICTURE=$work/wizard.bmp" \
+        "-DSIZE_KB=$(find "$layout" -type f -printf '%s\n' | awk '{ sum += $1 } END { print int(sum / 1024) }')" \
+        tarvo_setup.nsi)
 }
 
 # make_release BIN SCRIPTS OUT: fills OUT with the setup, the zip and their checksums.

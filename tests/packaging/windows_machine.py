@@ -1,0 +1,49 @@
+"""The Wine prefix of a test run as a machine that things are installed on. Everything runs through tools/in_wine.sh, so
+one Wine must be up."""
+
+import pathlib
+import subprocess
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SECONDS = 60
+
+
+class Machine:
+    def __init__(self, prefix: pathlib.Path):
+        self.program_data = prefix / "drive_c/ProgramData"
+        self.data = self.program_data / "Tarvo Rendering"
+        self.package = self.program_data / "Autodesk/ApplicationPlugins/TarvoRendering"
+
+    @staticmethod
+    def windows_path(path: pathlib.Path) -> str:
+        return "Z:" + str(path).replace("/", "\\")
+
+    def command(self, program, arguments, language="en") -> list:
+        program = self.windows_path(program) if isinstance(program, pathlib.Path) else program
+        return ["bash", str(ROOT / "tools/in_wine.sh"), language, program, *arguments]
+
+    def run(self, program, *arguments, language="en"):
+        """The exit code and what was printed."""
+        done = subprocess.run(self.command(program, arguments, language), stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, timeout=SECONDS * 3, check=False)
+        return done.returncode, done.stdout.decode("utf-8", "replace")
+
+    def files(self) -> dict:
+        """Every file and folder under C:\\ProgramData: its content, or None for a folder."""
+        return {path.relative_to(self.program_data).as_posix(): path.read_bytes() if path.is_file() else None
+                for path in self.program_data.rglob("*")}
+
+    def registry_value(self, name: str) -> str:
+        code, text = self.run("reg", "query", r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\TarvoRendering",
+                              "/v", name, "/reg:64")
+        return text.split("REG_SZ")[-1].strip() if code == 0 else ""
+
+
+def wait_until(condition, what: str):
+    """Polls; what never becomes true is a failure with a name."""
+    end = time.monotonic() + SECONDS
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError(f"this did not happen within {SECONDS} seconds: {what}")
+        time.sleep(0.05)

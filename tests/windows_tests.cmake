@@ -45,3 +45,5 @@ foreach(scenario ${TARVO_SCENARIOS})
             ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
     set_tests_properties(scenario.${name} PROPERTIES RESOURCE_LOCK data_folder TIMEOUT 300)
 endforeach()
+
+include(packaging/packaging_tests.cmake)

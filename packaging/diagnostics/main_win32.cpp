@@ -14,6 +14,9 @@
 #include <array>
 #include <cstdio>
 
+#include <fcntl.h>
+#include <io.h>
+
 #include <shellapi.h>
 #include <shlobj.h>
 
@@ -181,6 +184,8 @@ int run(const Options& options) {
 
 int main() {
     ::SetConsoleOutputCP(CP_UTF8);
+    // The texts bring their own line ends.
+    ::_setmode(::_fileno(stdout), _O_BINARY);
     diagnostics::Options options;
     if (!diagnostics::parse(options)) {
         return diagnostics::kExitNotDone;

@@ -5,7 +5,6 @@ tests stand on each other and run in the order of their names."""
 import pathlib
 import shutil
 import socket
-import subprocess
 import sys
 import unittest
 import zipfile
@@ -19,6 +18,7 @@ DATA = "Tarvo Rendering"
 FOLDERS = {"Autodesk", "Autodesk/ApplicationPlugins", PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics",
            f"{PACKAGE}/Licences", DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress",
            f"{DATA}/log1.3.5", MENU}
+MODULE = r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering\Contents\TarvoRendering.gup"
 EXIT_FAILED, EXIT_IN_USE, EXIT_IN_THE_WAY, EXIT_BAD_OPTION = 2, 3, 4, 7
 
 
@@ -96,7 +96,7 @@ class SetupTest(unittest.TestCase):
             BIN / "stage.exe", "--installed", "--scenario",
             self.machine.windows_path(ROOT / "tests/packaging/installed_job.json"),
             "--out", self.machine.windows_path(OUT / "stage"),
-            "--module", r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering\Contents\TarvoRendering.gup")
+            "--module", MODULE)
         self.assertEqual(code, 0, text)
         self.assertTrue(list((self.machine.data / "log1.3.5").glob("qfx_*.log")))
 
@@ -124,12 +124,11 @@ class SetupTest(unittest.TestCase):
     def test_21_files_in_use_stop_it_before_anything_changes(self):
         scene = OUT / "held.max"
         self.machine.run(BIN / "make_scene.exe", self.machine.windows_path(scene))
-        host = subprocess.Popen(self.machine.command(BIN / "stage.exe", [
-            "--installed", "--scene", self.machine.windows_path(scene), "--module",
-            r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering\Contents\TarvoRendering.gup"]),
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        said = OUT / "host.txt"
+        host = self.machine.start(BIN / "stage.exe", "--installed", "--scene", self.machine.windows_path(scene),
+                                  "--module", MODULE, output=said)
         try:
-            wait_until(lambda: self.install("/LOWERVERSION=9") == EXIT_IN_USE, "the module is in use")
+            wait_until(lambda: "the menu is in" in said.read_text(), "the host has loaded the module")
             times = {path: path.stat().st_mtime_ns for path in self.machine.package.rglob("*")}
             self.assertEqual(self.install(), EXIT_IN_USE)
             self.assertIn("TarvoRendering.gup", self.log.read_text())

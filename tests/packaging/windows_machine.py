@@ -29,6 +29,13 @@ class Machine:
                               stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, timeout=SECONDS * 3, check=False)
         return done.returncode, done.stdout.decode("utf-8", "replace")
 
+    def start(self, program, *arguments, output: pathlib.Path) -> subprocess.Popen:
+        """Leaves the program running; what it prints is in `output` at once."""
+        line = '. "$0/tools/lib/common.sh"; . "$0/tools/lib/wine.sh"; wine_environment; in_wine en "$@"'
+        with output.open("wb") as file:
+            return subprocess.Popen(["bash", "-c", line, str(ROOT), self.windows_path(program), *arguments],
+                                    stdout=file, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL)
+
     def files(self) -> dict:
         """Every file and folder under C:\\ProgramData: its content, or None for a folder."""
         return {path.relative_to(self.program_data).as_posix(): path.read_bytes() if path.is_file() else None

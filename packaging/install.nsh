@@ -19,6 +19,13 @@
 !macroend
 !define MakeFolder "!insertmacro MakeFolder"
 
+; Only what comes from us may lie beside a program: Windows takes libraries from there.
+!macro MakeProgramFolder FOLDER
+    ${MakeFolder} "${FOLDER}" "${RIGHTS_PROGRAM}"
+    Delete "${FOLDER}\*.*"
+!macroend
+!define MakeProgramFolder "!insertmacro MakeProgramFolder"
+
 ; The old file goes first: overwriting would keep its owner and its rights.
 !macro Lay FOLDER NAME
     SetOutPath "$APPDATA\${FOLDER}"
@@ -113,7 +120,7 @@ FunctionEnd
 
 Function LayData
     ${MakeFolder} "${DATA_FOLDER}" "${RIGHTS_DATA}"
-    ${MakeFolder} "${DATA_FOLDER}\7-Zip" "${RIGHTS_PROGRAM}"
+    ${MakeProgramFolder} "${DATA_FOLDER}\7-Zip"
     ${MakeFolder} "${DATA_FOLDER}\script" "${RIGHTS_SCRIPT}"
     ${MakeFolder} "${DATA_FOLDER}\json" "${RIGHTS_WRITTEN}"
     ${MakeFolder} "${DATA_FOLDER}\compress" "${RIGHTS_WRITTEN}"
@@ -132,7 +139,10 @@ FunctionEnd
 
 Function LayPackage
     CreateDirectory "$APPDATA\Autodesk\ApplicationPlugins"
-    ${MakeFolder} "${PACKAGE_FOLDER}" "${RIGHTS_PROGRAM}"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Contents"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Diagnostics"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Licences"
     ${Lay} "${PACKAGE}\Contents" TarvoRendering.gup
     ${Lay} "${PACKAGE}\Contents" PrepareAnalysisScript.ms
     ${Lay} "${PACKAGE}\Diagnostics" tarvo_diagnostics.exe

@@ -4,7 +4,6 @@
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"
 . "$ROOT/tools/lib/dependencies.sh"
-. "$ROOT/tools/lib/release.sh"
 . "$ROOT/tools/lib/wine.sh"
 
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"

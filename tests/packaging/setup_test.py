@@ -85,7 +85,8 @@ class SetupTest(unittest.TestCase):
         # Wine keeps of a list of rights only what owner, group and others may: what setup gives to administrators
         # becomes the group's. A folder whose rights were not set has no writing group.
         for name in (DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/log1.3.5",
-                     PACKAGE, f"{DATA}/script/MaxRenderGlobalsParser.ms", f"{DATA}/script/qfx_plugin.ini"):
+                     PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics", f"{PACKAGE}/Licences",
+                     f"{DATA}/script/MaxRenderGlobalsParser.ms", f"{DATA}/script/qfx_plugin.ini"):
             mode = (self.machine.program_data / name).stat().st_mode & 0o777
             self.assertEqual(mode, 0o775, name)
 
@@ -110,6 +111,9 @@ class SetupTest(unittest.TestCase):
         self.assertEqual(len([name for name in kept if "/log" in name]), 3)
         for name in self.wanted:
             (self.machine.program_data / name).write_bytes(b"an older version")
+        foreign = [self.machine.data / "7-Zip/version.dll", self.machine.package / "Contents/old.gup"]
+        for file in foreign:
+            file.write_bytes(b"not ours")
         script = self.machine.data / "script"
         (script / "MaxRenderGlobalsParser.mse.source").write_bytes(b"older")
         self.assertTrue((script / "MaxRenderGlobalsParser.mse").exists())
@@ -119,6 +123,7 @@ class SetupTest(unittest.TestCase):
         for name, content in {**self.wanted, **kept}.items():
             self.assertEqual(now[name], content, name)
         self.assertEqual(list(script.glob("*.mse*")), [])
+        self.assertEqual([file for file in foreign if file.exists()], [])
         self.assertIn("kept: ", self.log.read_text())
 
     def test_21_files_in_use_stop_it_before_anything_changes(self):

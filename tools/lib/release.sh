@@ -1,7 +1,6 @@
 # Puts a release together from what was built: the files as they are to lie, the setup, the zip, the checksums.
 # shellcheck shell=bash
 
-PACKAGE_PACKAGES=(nsis git)
 # What setup lays beside the plugin, and the file that 3ds Max runs itself.
 DATA_SCRIPTS=(MaxRenderGlobalsParser.ms TarvoAntivirusAdsl_UTF8.ms TarvoAntivirusAlc_UTF8.ms TarvoAntivirusCrp_UTF8.ms)
 PACKAGE_SCRIPTS=(PrepareAnalysisScript.ms)
@@ -70,6 +69,7 @@ lay_files() {
 make_setup() {
     local layout=$1 setup=$2 work=$3 list
     list=$work/licences.nsh
+    # shellcheck disable=SC2016
     find "$layout/Autodesk/ApplicationPlugins/TarvoRendering/Licences" -type f -printf '%f\n' | LC_ALL=C sort \
         | sed 's/.*/${Lay} "${PACKAGE}\\Licences" "&"/' >"$list"
     python3 "$ROOT/packaging/wizard_picture.py" "$work/wizard.bmp"

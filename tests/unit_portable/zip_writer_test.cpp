@@ -43,6 +43,8 @@ TEST(ZipWriter, TheFirstFileComesOutAsItWentIn) {
     EXPECT_EQ(number(archive, 0, 4), 0x04034b50U);
     EXPECT_EQ(number(archive, 10, 2), (9U << 11) | (5U << 5) | 1U);
     EXPECT_EQ(number(archive, 12, 2), (44U << 9) | (3U << 5) | 7U);
+    // The checksum of ten thousand times x, as Python's zlib.crc32 gives it.
+    EXPECT_EQ(number(archive, 14, 4), 0xd55a4a3U);
     const std::uint32_t packed = number(archive, 18, 4);
     EXPECT_LT(packed, 100U);
     EXPECT_EQ(number(archive, 22, 4), 10000U);
@@ -55,6 +57,9 @@ TEST(ZipWriter, TheFirstFileComesOutAsItWentIn) {
     const std::size_t directory = number(archive, end + 16, 4);
     EXPECT_EQ(number(archive, directory, 4), 0x02014b50U);
     EXPECT_EQ(number(archive, end + 12, 4), end - directory);
+    const std::size_t second = directory + 46 + std::string("logs/a.log").size();
+    EXPECT_EQ(number(archive, second, 4), 0x02014b50U);
+    EXPECT_EQ(number(archive, second + 42, 4), 40U + packed);
 }
 
 } // namespace

@@ -97,17 +97,12 @@ std::string after_last(const std::string& path, char separator) {
     return path.substr(path.rfind(separator) + 1);
 }
 
-// "12345  2024-03-07 09:05:02  path"; archives and documents are counted and not named.
+// "2024-03-07 09:05:02  12345  path"
 std::string listing(const std::vector<Entry>& entries) {
     std::string text;
     for (const Entry& entry : entries) {
-        std::string path = to_utf8(entry.path);
-        const std::string ending = path.size() > 3 ? path.substr(path.size() - 3) : std::string();
-        if (ending == ".7z" || ending == "max") {
-            path = path.substr(0, path.rfind('\\') + 1) + "<archive>";
-        }
         text += entry.written + "  " + (entry.is_folder ? "<folder>" : std::to_string(entry.size)) + "  " +
-                path + "\r\n";
+                to_utf8(entry.path) + "\r\n";
     }
     return text;
 }

@@ -34,6 +34,7 @@ class SetupTest(unittest.TestCase):
         cls.machine = Machine(PREFIX)
         shutil.rmtree(cls.machine.data, ignore_errors=True)
         cls.before = cls.machine.files()
+        cls.before_elsewhere = cls.machine.names_elsewhere()
         cls.port = free_port()
         cls.setup = next(RELEASE.glob("*-setup.exe"))
         cls.log = OUT / "setup.log"
@@ -173,6 +174,12 @@ class SetupTest(unittest.TestCase):
         for port in ("abc", "0", "65536", "80x", "-1", ""):
             self.assertEqual(self.install(f"/PORT={port}"), EXIT_BAD_OPTION, port)
 
+    def test_25_an_ini_file_that_was_opened_stays_open(self):
+        self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
+        for options in (["/INIWRITABLE"], []):
+            self.assertEqual(self.install(*options), 0)
+            self.assertEqual(self.machine.registry_value("IniWritable"), "0x1")
+
     # --- removing
 
     def test_30_removing_leaves_settings_logs_documents_and_archives(self):
@@ -190,6 +197,7 @@ class SetupTest(unittest.TestCase):
         self.assertTrue((self.machine.program_data / MENU / "Tarvo Rendering 诊断.lnk").exists())
         self.uninstall("/PURGE")
         self.assertEqual(self.new_names(), set())
+        self.assertEqual(self.machine.names_elsewhere() - self.before_elsewhere, set())
 
     def test_32_purging_leaves_what_is_not_the_plugins(self):
         self.assertEqual(self.install("/LOWERVERSION=2.0"), 0)

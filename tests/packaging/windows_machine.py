@@ -2,6 +2,7 @@
 one Wine must be up."""
 
 import pathlib
+import re
 import subprocess
 import time
 
@@ -41,10 +42,17 @@ class Machine:
         return {path.relative_to(self.program_data).as_posix(): path.read_bytes() if path.is_file() else None
                 for path in self.program_data.rglob("*")}
 
+    def names_elsewhere(self) -> set:
+        """Every file and folder of the disk outside C:\\ProgramData, but for temporary ones."""
+        disk = self.program_data.parent
+        names = {path.relative_to(disk).as_posix() for path in disk.rglob("*")}
+        return {name for name in names if not name.startswith("ProgramData/") and "/Temp/" not in name
+                and "/temp/" not in name}
+
     def registry_value(self, name: str) -> str:
         code, text = self.run("reg", "query", r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\TarvoRendering",
                               "/v", name, "/reg:64")
-        return text.split("REG_SZ")[-1].strip() if code == 0 else ""
+        return re.split(r"REG_(?:SZ|DWORD)", text)[-1].strip() if code == 0 else ""
 
 
 def wait_until(condition, what: str):

@@ -47,6 +47,19 @@ std::wstring temporary_folder() {
     return std::wstring(folder) + L"tarvo-stage";
 }
 
+// The data folder and the client, of which an installed folder says the port.
+bool prepare_outside(const Options& options, ClientProcess& client, const SilentPort& nobody,
+                     DataFolder& data, std::string& problem) {
+    if (options.installed && !data.adopt(problem)) {
+        return false;
+    }
+    make_folder(temporary_folder());
+    const int port = start_client(options, temporary_folder(), data.adopted_port(), client);
+    return options.installed ||
+           data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
+                        port != 0 ? port : nobody.number(), problem);
+}
+
 } // namespace
 
 int run_for_person(const Options& options) {
@@ -57,15 +70,8 @@ int run_for_person(const Options& options) {
     }
     ClientProcess client;
     SilentPort nobody;
-    make_folder(temporary_folder());
     DataFolder data;
-    if (options.installed && !data.adopt(problem)) {
-        return refuse(problem);
-    }
-    const int port = start_client(options, temporary_folder(), data.adopted_port(), client);
-    if (!options.installed &&
-        !data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
-                      port != 0 ? port : nobody.number(), problem)) {
+    if (!prepare_outside(options, client, nobody, data, problem)) {
         return refuse(problem);
     }
     Transcript transcript;

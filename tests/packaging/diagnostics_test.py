@@ -50,7 +50,7 @@ class DiagnosticsTest(unittest.TestCase):
     def setUpClass(cls):
         OUT.mkdir(parents=True, exist_ok=True)
         cls.machine = Machine(PREFIX)
-        shutil.rmtree(cls.machine.data, ignore_errors=True)
+        cls.machine.clean()
         cls.setup = next(RELEASE.glob("*-setup.exe"))
         cls.listener = Listener().__enter__()
         code, text = cls.machine.run(cls.setup, "/S", f"/PORT={cls.listener.port}",
@@ -65,10 +65,7 @@ class DiagnosticsTest(unittest.TestCase):
     @classmethod
     def tearDownClass(cls):
         cls.listener.__exit__()
-        cls.machine.run(cls.machine.package / "Uninstall.exe", "/S", "/PURGE",
-                        r"_?=C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering")
-        shutil.rmtree(cls.machine.program_data / "Autodesk", ignore_errors=True)
-        shutil.rmtree(cls.machine.data, ignore_errors=True)
+        cls.machine.clean()
 
     def diagnose(self, *options):
         self.zip.unlink(missing_ok=True)

@@ -32,7 +32,7 @@ class SetupTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.machine = Machine(PREFIX)
-        shutil.rmtree(cls.machine.data, ignore_errors=True)
+        cls.machine.clean()
         cls.before = cls.machine.files()
         cls.before_elsewhere = cls.machine.names_elsewhere()
         cls.port = free_port()

@@ -3,11 +3,13 @@ one Wine must be up."""
 
 import pathlib
 import re
+import shutil
 import subprocess
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SECONDS = 60
+KEY = r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\TarvoRendering"
 
 
 class Machine:
@@ -15,6 +17,13 @@ class Machine:
         self.program_data = prefix / "drive_c/ProgramData"
         self.data = self.program_data / "Tarvo Rendering"
         self.package = self.program_data / "Autodesk/ApplicationPlugins/TarvoRendering"
+
+    def clean(self):
+        """Takes away what other tests, or a run that was cut off, left behind."""
+        for folder in (self.data, self.program_data / "Autodesk",
+                       self.program_data / "Microsoft/Windows/Start Menu/Programs/Tarvo Rendering"):
+            shutil.rmtree(folder, ignore_errors=True)
+        self.run("reg", "delete", KEY, "/f", "/reg:64")
 
     @staticmethod
     def windows_path(path: pathlib.Path) -> str:
@@ -50,8 +59,7 @@ class Machine:
                 and "/temp/" not in name}
 
     def registry_value(self, name: str) -> str:
-        code, text = self.run("reg", "query", r"HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\TarvoRendering",
-                              "/v", name, "/reg:64")
+        code, text = self.run("reg", "query", KEY, "/v", name, "/reg:64")
         return re.split(r"REG_(?:SZ|DWORD)", text)[-1].strip() if code == 0 else ""
 
 

@@ -9,7 +9,12 @@ else()
     target_compile_options(tarvo_flags INTERFACE
         -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
         # FARPROC has to be cast to the function's own type; there is no other way to use GetProcAddress.
-        $<$<PLATFORM_ID:Windows>:-Wno-cast-function-type>)
+        $<$<PLATFORM_ID:Windows>:-Wno-cast-function-type>
+        # The same bytes from whatever folder it is built in.
+        -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+endif()
+if(MINGW)
+    target_link_options(tarvo_flags INTERFACE -Wl,--no-insert-timestamp)
 endif()
 
 if(WIN32)

@@ -83,3 +83,5 @@ add_test(NAME docs.formats_of_runs
     COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
         --runs ${PROJECT_BINARY_DIR}/scenarios ${TARVO_RUNS})
 set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)
+
+include(packaging/packaging_tests.cmake)

@@ -37,7 +37,7 @@ tidy_one() {
 export -f tidy_one
 
 mapfile -t checked < <(git ls-files --cached --others --exclude-standard \
-    'common/*.cpp' 'host/*.cpp' 'scene/*.cpp' 'submit/*.cpp' 'dialog/*.cpp' 'plugin/*.cpp' 'standin/*.cpp')
+    'common/*.cpp' 'host/*.cpp' 'scene/*.cpp' 'submit/*.cpp' 'dialog/*.cpp' 'plugin/*.cpp' 'standin/*.cpp' 'packaging/*.cpp')
 printf '%s\0' "${checked[@]}" | xargs -0 -P "$JOBS" -I{} bash -c 'tidy_one "$0" "$@"' {} "${TIDY_ARGUMENTS[@]}" \
     || die "clang-tidy found something" "Mend it, or give the reason in .clang-tidy."
 say "${#checked[@]} files pass clang-tidy"

@@ -6,7 +6,7 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 
-install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
 generate_chinese_locale
 fetch_run_dependencies
 fetch_test_dependencies

@@ -59,7 +59,7 @@ tarvo::KernelHandle make_job() {
 } // namespace
 
 bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder,
-                          std::string& problem) {
+                          int port, std::string& problem) {
     stop();
     if (!file_exists(program)) {
         problem = to_utf8(program) + ": there is no client program";
@@ -70,8 +70,9 @@ bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted
     stop_file_ = joined(folder, L"client-stop.txt");
     ::DeleteFileW(ready_file_.c_str());
     ::DeleteFileW(stop_file_.c_str());
-    std::wstring command = quoted(program) + L" --port 0 --ready " + quoted(ready_file_) + L" --record " +
-                           quoted(record_file_) + L" --stop " + quoted(stop_file_);
+    std::wstring command = quoted(program) + L" --port " + std::to_wstring(port) + L" --ready " +
+                           quoted(ready_file_) + L" --record " + quoted(record_file_) + L" --stop " +
+                           quoted(stop_file_);
     for (const std::wstring& option : client_options(wanted)) {
         command += L" " + quoted(option);
     }

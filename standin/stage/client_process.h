@@ -16,8 +16,9 @@ public:
     ClientProcess(const ClientProcess&) = delete;
     ClientProcess& operator=(const ClientProcess&) = delete;
 
-    // `wanted`: the scenario's "client". Its files go into `folder`. False: `problem` is a sentence.
-    bool start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder,
+    // `wanted`: the scenario's "client". Its files go into `folder`; port 0: a free one. False: `problem` is
+    // a sentence.
+    bool start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder, int port,
                std::string& problem);
     void stop();
 

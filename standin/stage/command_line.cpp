@@ -11,6 +11,17 @@ struct ValueOption {
     std::wstring Options::*target;
 };
 
+struct FlagOption {
+    const wchar_t* name;
+    bool Options::*target;
+};
+
+const FlagOption kFlagOptions[] = {
+    {L"--help", &Options::help},
+    {L"--print-keys", &Options::print_keys},
+    {L"--installed", &Options::installed},
+};
+
 const ValueOption kValueOptions[] = {
     {L"--scenario", &Options::scenario}, {L"--out", &Options::out},
     {L"--scene", &Options::scene},       {L"--module", &Options::module},
@@ -27,12 +38,26 @@ std::wstring Options::*target_of(const std::wstring& name) {
     return nullptr;
 }
 
+bool set_flag(const std::wstring& name, Options& options) {
+    for (const FlagOption& option : kFlagOptions) {
+        if (name == option.name) {
+            options.*option.target = true;
+            return true;
+        }
+    }
+    return false;
+}
+
 bool check_whole(const Options& options, std::string& problem) {
     if (options.help || options.print_keys || !options.print_language.empty()) {
         return true;
     }
     if (options.scenario.empty() && options.scene.empty()) {
         problem = "a scene file or --scenario is needed";
+        return false;
+    }
+    if (options.installed && (!options.seven_zip.empty() || !options.scripts.empty())) {
+        problem = "--installed copies nothing, so --seven-zip and --scripts do not go with it";
         return false;
     }
     if (!options.scenario.empty() && options.out.empty()) {
@@ -51,9 +76,10 @@ bool parse_options(const std::vector<std::wstring>& arguments, const std::wstrin
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::wstring& argument = arguments[i];
         std::wstring Options::*target = target_of(argument);
-        if (argument == L"--help" || argument == L"--print-keys") {
-            (argument == L"--help" ? options.help : options.print_keys) = true;
-        } else if (target != nullptr && i + 1 < arguments.size() && !arguments[i + 1].empty()) {
+        if (set_flag(argument, options)) {
+            continue;
+        }
+        if (target != nullptr && i + 1 < arguments.size() && !arguments[i + 1].empty()) {
             options.*target = arguments[++i];
         } else if (target != nullptr) {
             problem = to_utf8(argument) + " needs a value";
@@ -80,6 +106,9 @@ std::string usage() {
            "  --client FILE      the desktop client (client.exe beside the program)\n"
            "  --seven-zip FOLDER where 7z.exe and 7z.dll are copied from\n"
            "  --scripts FOLDER   where the scripts are copied from\n"
+           "  --installed        the data folder as it is installed: nothing is emptied, copied or written "
+           "into it,\n"
+           "                     and the client listens on the port in its ini file\n"
            "ends with 0 when every expectation holds, 1 when one does not, 2 for bad input, 3 for trouble\n";
 }
 

@@ -21,6 +21,7 @@ struct Options {
     std::wstring scripts;        // --scripts
     std::wstring print_language; // --print-language
     bool print_keys = false;     // --print-keys
+    bool installed = false;      // --installed
     bool help = false;
 };
 

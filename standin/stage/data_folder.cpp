@@ -91,7 +91,7 @@ std::wstring DataFolder::script_folder() const {
 }
 
 bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
-    if (wanted.isMember("ini") && wanted["ini"].isNull()) {
+    if (adopted_port_ != 0 || (wanted.isMember("ini") && wanted["ini"].isNull())) {
         return true;
     }
     if (wanted["ini"].isString()) {
@@ -171,6 +171,26 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
             problem = to_utf8(file) + ": cannot be written";
             return false;
         }
+    }
+    return true;
+}
+
+bool DataFolder::adopt(std::string& problem) {
+    const std::wstring source = joined(path_, L"script\\MaxRenderGlobalsParser.ms");
+    const std::wstring encrypted = joined(path_, std::wstring(L"script\\") + kAnalysisScript);
+    if (!file_exists(source)) {
+        problem = to_utf8(source) + ": is not installed";
+        return false;
+    }
+    // What the package's start-up script has the host do; the stage does not read scripts.
+    if (!file_exists(encrypted) && ::CopyFileW(source.c_str(), encrypted.c_str(), TRUE) == FALSE) {
+        problem = to_utf8(encrypted) + ": cannot be written";
+        return false;
+    }
+    adopted_port_ = static_cast<int>(::GetPrivateProfileIntW(L"general", L"port", 0, ini_file().c_str()));
+    if (adopted_port_ == 0) {
+        problem = to_utf8(ini_file()) + ": names no port";
+        return false;
     }
     return true;
 }

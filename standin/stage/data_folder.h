@@ -27,7 +27,14 @@ public:
     // there) says. `port` stands in the ini file for "auto". False: `problem` is a sentence.
     bool prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem);
 
-    // The ini file anew, for another port.
+    // Takes the folder as it is installed instead: nothing is emptied, copied or written but what the host's
+    // own start-up script writes there, the analysis script's encrypted form. False: `problem` is a sentence.
+    bool adopt(std::string& problem);
+
+    // The port in an adopted folder's ini file; 0 when the folder was not adopted.
+    int adopted_port() const { return adopted_port_; }
+
+    // The ini file anew, for another port; an adopted folder's stays as it is.
     bool write_ini(const Json::Value& wanted, int port) const;
 
     // Remembers what lies in `folder` too; its files are listed under "scene/".
@@ -45,6 +52,7 @@ private:
     void append_new_files(const std::wstring& folder, const std::string& prefix, Json::Value& list) const;
 
     std::wstring path_;
+    int adopted_port_ = 0;
     std::wstring scene_folder_;
     std::map<std::wstring, std::pair<long long, unsigned long long>> before_; // size and time by path
 };

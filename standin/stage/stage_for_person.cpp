@@ -28,13 +28,13 @@ int refuse(const std::string& problem) {
 }
 
 // Without a client program the plugin finds nobody listening, which is worth a look too.
-int start_client(const Options& options, const std::wstring& folder, ClientProcess& client) {
+int start_client(const Options& options, const std::wstring& folder, int port, ClientProcess& client) {
     std::string problem;
     if (!file_exists(options.client)) {
         say("no client program: submitting will find nobody listening");
         return 0;
     }
-    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, problem)) {
+    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, port, problem)) {
         say("the client: " + problem);
         return 0;
     }
@@ -48,6 +48,19 @@ std::wstring temporary_folder() {
     return std::wstring(folder) + L"tarvo-stage";
 }
 
+// The data folder and the client, of which an installed folder says the port.
+bool prepare_outside(const Options& options, ClientProcess& client, const SilentPort& nobody,
+                     DataFolder& data, std::string& problem) {
+    if (options.installed && !data.adopt(problem)) {
+        return false;
+    }
+    make_folder(temporary_folder());
+    const int port = start_client(options, temporary_folder(), data.adopted_port(), client);
+    return options.installed ||
+           data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
+                        port != 0 ? port : nobody.number(), problem);
+}
+
 } // namespace
 
 int run_for_person(const Options& options) {
@@ -58,11 +71,8 @@ int run_for_person(const Options& options) {
     }
     ClientProcess client;
     SilentPort nobody;
-    make_folder(temporary_folder());
-    const int port = start_client(options, temporary_folder(), client);
     DataFolder data;
-    if (!data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
-                      port != 0 ? port : nobody.number(), problem)) {
+    if (!prepare_outside(options, client, nobody, data, problem)) {
         return refuse(problem);
     }
     Transcript transcript;

@@ -115,7 +115,7 @@ bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis
 }
 
 bool StageRun::start_client(const Json::Value& wanted, std::string& problem) {
-    return client.start(absolute_path(options.client), wanted, out_, problem);
+    return client.start(absolute_path(options.client), wanted, out_, data.adopted_port(), problem);
 }
 
 // Everything outside the module: folders, the client, the plugin's data folder.
@@ -130,8 +130,18 @@ bool StageRun::prepare_outside(std::string& problem) {
         problem = to_utf8(scene_folder()) + ": cannot be made";
         return false;
     }
+    if (options.installed && scenario.isMember("data_folder")) {
+        problem = "data_folder: --installed takes the folder as it is";
+        return false;
+    }
+    if (options.installed && !data.adopt(problem)) {
+        return false;
+    }
     if (scenario.isMember("client") && !start_client(scenario["client"], problem)) {
         return false;
+    }
+    if (options.installed) {
+        return true;
     }
     const DataSources sources = {options.seven_zip.empty() ? options.seven_zip
                                                            : absolute_path(options.seven_zip),

@@ -63,7 +63,7 @@ cross_cmake() {
 
 seven_zip() {
     local target=$DEPS_DIR/7-Zip
-    [ -f "$target/7z.exe" ] && [ -f "$target/7z.dll" ] && return 0
+    [ -f "$target/7z.exe" ] && [ -f "$target/7z.dll" ] && [ -f "$target/License.txt" ] && return 0
     step "Fetching 7-Zip for Windows"
     local work=$DEPS_DIR/7-Zip.download
     rm -rf "$work" "$target"
@@ -75,7 +75,8 @@ seven_zip() {
     printf '%s  %s\n' "$SEVEN_ZIP_SHA512" "$archive" | sha512sum --check --status \
         || die "the fetched $SEVEN_ZIP_PACKAGE is not the known one (sha512 differs)" "Do not use it."
     mkdir -p "$target"
-    tar -xzf "$archive" -C "$target" --strip-components=3 package/win/x64/7z.exe package/win/x64/7z.dll
+    tar -xzf "$archive" -C "$target" --strip-components=3 \
+        package/win/x64/7z.exe package/win/x64/7z.dll package/win/x64/License.txt
     rm -rf "$work"
 }
 

@@ -1,0 +1,37 @@
+// Looks at files, folders and their rights, and changes nothing (but for a file that it makes and deletes
+// again).
+#pragma once
+
+#include "packaging/diagnostics/facts.h"
+
+#include <string>
+#include <vector>
+
+namespace diagnostics {
+
+FileFact file_fact(const std::wstring& path);
+FolderFact folder_fact(const std::wstring& path);
+
+// "1.3.5", from the version resource; empty when there is none.
+std::string file_version(const std::wstring& path);
+
+// True when the rights let ordinary users (Users, Authenticated Users or Everyone) change the file, or what
+// the folder holds already.
+bool changeable_by_all(const std::wstring& path);
+
+struct Entry {
+    std::wstring path;
+    unsigned long long size = 0;
+    bool is_folder = false;
+    std::string written; // "2024-03-07 09:05:02", local time
+};
+
+// Everything below a folder, so many levels deep at most, sorted by path.
+std::vector<Entry> entries_below(const std::wstring& folder, int levels);
+
+// The last bytes of a file, as they are; empty when it cannot be read.
+std::string file_tail(const std::wstring& path, unsigned long limit);
+
+unsigned long long free_bytes(const std::wstring& folder);
+
+} // namespace diagnostics

@@ -1,0 +1,183 @@
+#include "packaging/diagnostics/redaction.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace diagnostics {
+
+namespace {
+
+const std::string kPath = "<path>";
+
+// Log lines of the plugin that hold a name or paths: what stands between the two parts goes. An empty end:
+// the rest.
+struct KnownLine {
+    const char* begin;
+    const char* end;
+};
+constexpr KnownLine kKnownLines[] = {
+    {"Get scene name text down, it is : ", ""},  {"Backup file from ", " Success!"},
+    {"Backup file from ", " Error! Code is"},    {"The analysis text cannot be used: ", ""},
+    {"The client's reply cannot be used: ", ""},
+};
+
+char lower(char character) {
+    return static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+}
+
+// ASCII letters only; UTF-8 bytes stay as they are.
+std::string lowered(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), lower);
+    return text;
+}
+
+bool is_word(char character) {
+    return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_';
+}
+
+bool is_slash(char character) {
+    return character == '\\' || character == '/';
+}
+
+bool starts_path(const std::string& text, std::size_t at) {
+    const auto is = [&text](std::size_t i, bool (*kind)(char)) { return i < text.size() && kind(text[i]); };
+    const bool drive = std::isalpha(static_cast<unsigned char>(text[at])) != 0 && at + 1 < text.size() &&
+                       text[at + 1] == ':' && is(at + 2, is_slash) && (at == 0 || !is_word(text[at - 1]));
+    const bool server = text[at] == '\\' && is(at + 1, is_slash) && at + 2 < text.size();
+    return drive || server;
+}
+
+// Paths hold blanks, so where one ends cannot be seen; a quotation mark ends it, otherwise the line does.
+std::size_t path_end(const std::string& text, std::size_t at) {
+    return std::min(text.find_first_of("\"<>|\r\n", at), text.size());
+}
+
+void replace_word(std::string& text, const std::string& word, const std::string& by) {
+    const std::string wanted = lowered(word);
+    const bool ascii = std::all_of(word.begin(), word.end(), is_word);
+    std::size_t at = 0;
+    while ((at = lowered(text).find(wanted, at)) != std::string::npos) {
+        const std::size_t end = at + wanted.size();
+        // Inside a longer word of ASCII letters it is another word; other scripts have no such ends.
+        const bool inside =
+            ascii && ((at > 0 && is_word(text[at - 1])) || (end < text.size() && is_word(text[end])));
+        if (inside) {
+            at = end;
+        } else {
+            text.replace(at, wanted.size(), by);
+            at += by.size();
+        }
+    }
+}
+
+} // namespace
+
+std::string Redactor::placeholder(const std::string& scene) {
+    const auto known = scenes_.emplace(lowered(scene), scenes_.size() + 1).first;
+    return "<scene " + std::to_string(known->second) + ">";
+}
+
+std::string Redactor::known_line(const std::string& text) {
+    for (const KnownLine& line : kKnownLines) {
+        const std::size_t begin = text.find(line.begin);
+        if (begin == std::string::npos) {
+            continue;
+        }
+        const std::size_t from = begin + std::string(line.begin).size();
+        const std::string end = line.end;
+        const std::size_t to = end.empty() ? text.size() : text.rfind(end);
+        if (to != std::string::npos && to >= from) {
+            return text.substr(0, from) + placeholder(text.substr(from, to - from)) + text.substr(to);
+        }
+    }
+    return text;
+}
+
+// Of our own folder's paths only those in compress name a scene.
+std::string Redactor::own_path(const std::string& path) {
+    const std::string small = lowered(path);
+    for (const char* folder : {"\\compress\\", "/compress/", "\\compress/", "/compress\\"}) {
+        const std::size_t at = small.find(folder);
+        if (at != std::string::npos && at + std::string(folder).size() < path.size()) {
+            return path.substr(0, at + std::string(folder).size()) + "<archive>";
+        }
+    }
+    return path;
+}
+
+std::string Redactor::paths(const std::string& text) {
+    const std::string own = lowered(secrets_.own_folder);
+    std::string result;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        if (!starts_path(text, at)) {
+            result += text[at++];
+            continue;
+        }
+        const std::size_t end = path_end(text, at);
+        std::string start = lowered(text.substr(at, own.size()));
+        std::replace(start.begin(), start.end(), '/', '\\');
+        const bool is_own = !own.empty() && start == own;
+        // Another path may follow in the same line; then only what is before it is ours.
+        std::size_t next = at + std::max<std::size_t>(own.size(), 1);
+        while (is_own && next < end && !starts_path(text, next)) {
+            ++next;
+        }
+        const std::size_t stop = is_own ? std::min(next, end) : end;
+        result += is_own ? own_path(text.substr(at, stop - at)) : kPath;
+        at = stop;
+    }
+    return result;
+}
+
+// What is left of scene names: from the last sign that cannot be in one, or from the message's start.
+std::string Redactor::scene_names(std::string text) {
+    const std::string ending = ".max";
+    std::size_t from = 0;
+    std::size_t at = 0;
+    while ((at = lowered(text).find(ending, from)) != std::string::npos) {
+        const std::size_t end = at + ending.size();
+        if (end < text.size() && is_word(text[end])) {
+            from = end;
+            continue;
+        }
+        std::size_t begin = text.find_last_of("\\/:*?\"<>|]", at);
+        begin = begin == std::string::npos || begin < from ? from : begin + 1;
+        begin = std::min(text.find_first_not_of(' ', begin), at);
+        const std::string replacement = placeholder(text.substr(begin, end - begin));
+        text.replace(begin, end - begin, replacement);
+        from = begin + replacement.size();
+    }
+    return text;
+}
+
+std::string Redactor::people(std::string text) const {
+    for (const std::string& name : secrets_.user_names) {
+        if (!name.empty()) {
+            replace_word(text, name, "<user>");
+        }
+    }
+    if (!secrets_.computer.empty()) {
+        replace_word(text, secrets_.computer, "<computer>");
+    }
+    return text;
+}
+
+std::string Redactor::line(const std::string& text) {
+    return people(scene_names(paths(known_line(text))));
+}
+
+std::string Redactor::text(const std::string& lines) {
+    std::string result;
+    std::size_t from = 0;
+    while (from < lines.size()) {
+        const std::size_t end = std::min(lines.find_first_of("\r\n", from), lines.size());
+        result += line(lines.substr(from, end - from));
+        const std::size_t next = std::min(lines.find_first_not_of("\r\n", end), lines.size());
+        result += lines.substr(end, next - end);
+        from = next;
+    }
+    return result;
+}
+
+} // namespace diagnostics

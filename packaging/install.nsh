@@ -1,0 +1,203 @@
+; The installation itself. PackageContents.xml comes last: until then 3ds Max sees no package.
+
+!macro SetRights FOLDER_OR_FILE RIGHTS
+    Push "${FOLDER_OR_FILE}"
+    Push "${RIGHTS}"
+    Call SetRights
+    Pop $R0
+    ${If} $R0 <> 0
+        ${Log} `rights on ${FOLDER_OR_FILE}: error $R0`
+        Call UndoFirstInstallation
+        ${Stop} ${EXIT_RIGHTS_NOT_SET} TEXT_RIGHTS_NOT_SET `the rights could not be set`
+    ${EndIf}
+!macroend
+!define SetRights "!insertmacro SetRights"
+
+!macro MakeFolder FOLDER RIGHTS
+    CreateDirectory "${FOLDER}"
+    ${SetRights} "${FOLDER}" "${RIGHTS}"
+!macroend
+!define MakeFolder "!insertmacro MakeFolder"
+
+; Only what comes from us may lie beside a program: Windows takes libraries from there.
+!macro MakeProgramFolder FOLDER
+    ${MakeFolder} "${FOLDER}" "${RIGHTS_PROGRAM}"
+    Delete "${FOLDER}\*.*"
+!macroend
+!define MakeProgramFolder "!insertmacro MakeProgramFolder"
+
+; The old file goes first: overwriting would keep its owner and its rights.
+!macro Lay FOLDER NAME
+    SetOutPath "$APPDATA\${FOLDER}"
+    Delete "$APPDATA\${FOLDER}\${NAME}"
+    File "${LAYOUT}/${FOLDER}/${NAME}"
+    ${Log} `file: $APPDATA\${FOLDER}\${NAME}`
+!macroend
+!define Lay "!insertmacro Lay"
+
+!macro LayScript NAME
+    ${Lay} "${PRODUCT}\script" "${NAME}"
+    ${SetRights} "${DATA_FOLDER}\script\${NAME}" "${RIGHTS_FILE}"
+!macroend
+!define LayScript "!insertmacro LayScript"
+
+Function TakeOptions
+    ${GetParameters} $R0
+    ClearErrors
+    ${GetOptions} $R0 "/ALLOWTARVOEXE" $R1
+    ${IfNot} ${Errors}
+        StrCpy $AllowProgramInTheWay 1
+    ${EndIf}
+    ReadRegDWORD $IniWritable HKLM "${UNINSTALL_KEY}" "IniWritable"
+    ClearErrors
+    ${GetOptions} $R0 "/INIWRITABLE" $R1
+    ${IfNot} ${Errors}
+        StrCpy $IniWritable 1
+    ${EndIf}
+    StrCpy $Ip "127.0.0.1"
+    StrCpy $Port "80"
+    StrCpy $LowerVersion "${VERSION}"
+    ClearErrors
+    ${GetOptions} $R0 "/IP=" $R1
+    ${IfNot} ${Errors}
+        StrCpy $Ip $R1
+    ${EndIf}
+    ClearErrors
+    ${GetOptions} $R0 "/LOWERVERSION=" $R1
+    ${IfNot} ${Errors}
+        StrCpy $LowerVersion $R1
+    ${EndIf}
+    ClearErrors
+    ${GetOptions} $R0 "/PORT=" $R1
+    ${IfNot} ${Errors}
+        IntOp $Port $R1 + 0
+        ${If} $Port != $R1
+        ${OrIf} $Port < 1
+        ${OrIf} $Port > 65535
+            ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/PORT=$R1 is no port from 1 to 65535`
+        ${EndIf}
+    ${EndIf}
+FunctionEnd
+
+Function .onInit
+    SetShellVarContext all
+    SetRegView 64
+    ${OpenLog} "TarvoRendering-setup.log"
+    !insertmacro MUI_LANGDLL_DISPLAY
+    ${StopUnlessAdministrator}
+    Call TakeOptions
+FunctionEnd
+
+Function UndoFirstInstallation
+    ${If} $FirstInstallation == 1
+        ${Log} `taking away what was laid down`
+        SetOutPath $TEMP
+        Call RemoveProgram
+        Call RemoveEmptyFolders
+    ${EndIf}
+FunctionEnd
+
+; The settings of whoever has been here before stay.
+Function WriteIniFile
+    ${If} ${FileExists} "${INI_FILE}"
+        ${Log} `kept: ${INI_FILE}`
+    ${Else}
+        WriteINIStr "${INI_FILE}" general ip $Ip
+        WriteINIStr "${INI_FILE}" general port $Port
+        WriteINIStr "${INI_FILE}" general lowerversion $LowerVersion
+        FlushINI "${INI_FILE}"
+        ${Log} `file: ${INI_FILE}`
+    ${EndIf}
+    ${If} $IniWritable == 1
+        ${SetRights} "${INI_FILE}" "${RIGHTS_OPEN_INI}"
+    ${Else}
+        ${SetRights} "${INI_FILE}" "${RIGHTS_FILE}"
+    ${EndIf}
+    ; The plugin's log folder carries the client's lowest version in its name.
+    ReadINIStr $LowerVersion "${INI_FILE}" general lowerversion
+    ${MakeFolder} "${DATA_FOLDER}\log$LowerVersion" "${RIGHTS_WRITTEN}"
+FunctionEnd
+
+Function LayData
+    ${MakeFolder} "${DATA_FOLDER}" "${RIGHTS_DATA}"
+    ${MakeProgramFolder} "${DATA_FOLDER}\7-Zip"
+    ${MakeFolder} "${DATA_FOLDER}\script" "${RIGHTS_SCRIPT}"
+    ${MakeFolder} "${DATA_FOLDER}\json" "${RIGHTS_WRITTEN}"
+    ${MakeFolder} "${DATA_FOLDER}\compress" "${RIGHTS_WRITTEN}"
+    ${Lay} "${PRODUCT}\7-Zip" 7z.exe
+    ${Lay} "${PRODUCT}\7-Zip" 7z.dll
+    ${Lay} "${PRODUCT}\7-Zip" License.txt
+    ${LayScript} MaxRenderGlobalsParser.ms
+    ${LayScript} TarvoAntivirusAdsl_UTF8.ms
+    ${LayScript} TarvoAntivirusAlc_UTF8.ms
+    ${LayScript} TarvoAntivirusCrp_UTF8.ms
+    ; Made from an older script; the host makes a new one at its next start.
+    Call RemoveEncryptedScript
+FunctionEnd
+
+!define PACKAGE "Autodesk\ApplicationPlugins\TarvoRendering"
+
+Function LayPackage
+    CreateDirectory "$APPDATA\Autodesk\ApplicationPlugins"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Contents"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Diagnostics"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Licences"
+    ${Lay} "${PACKAGE}\Contents" TarvoRendering.gup
+    ${Lay} "${PACKAGE}\Contents" PrepareAnalysisScript.ms
+    ${Lay} "${PACKAGE}\Diagnostics" tarvo_diagnostics.exe
+    ${Lay} "${PACKAGE}\Diagnostics" TarvoDiagnostics.cmd
+    !include "${LICENCE_LIST}"
+    ${Lay} "${PACKAGE}" INSTALL.txt
+    WriteUninstaller "${PACKAGE_FOLDER}\Uninstall.exe"
+    ${Log} `file: ${PACKAGE_FOLDER}\Uninstall.exe`
+    ${Lay} "${PACKAGE}" PackageContents.xml
+FunctionEnd
+
+Function MakeMenuEntry
+    CreateDirectory "${MENU_FOLDER}"
+    ; Another language may have been chosen this time.
+    Delete "${MENU_FOLDER}\${LINK_NAME_EN}.lnk"
+    Delete "${MENU_FOLDER}\${LINK_NAME_ZH}.lnk"
+    SetOutPath "${PACKAGE_FOLDER}\Diagnostics"
+    CreateShortCut "${MENU_FOLDER}\$(LINK_NAME).lnk" "${PACKAGE_FOLDER}\Diagnostics\TarvoDiagnostics.cmd" "" \
+        "${PACKAGE_FOLDER}\Uninstall.exe" 0 SW_SHOWNORMAL "" "$(LINK_HINT)"
+FunctionEnd
+
+Function Register
+    WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayName "${PRODUCT} ${VERSION}"
+    WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayVersion "${VERSION}"
+    WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayIcon "${PACKAGE_FOLDER}\Uninstall.exe"
+    WriteRegStr HKLM "${UNINSTALL_KEY}" Publisher "Marrowby"
+    WriteRegStr HKLM "${UNINSTALL_KEY}" InstallLocation "${PACKAGE_FOLDER}"
+    WriteRegStr HKLM "${UNINSTALL_KEY}" UninstallString '"${PACKAGE_FOLDER}\Uninstall.exe"'
+    WriteRegStr HKLM "${UNINSTALL_KEY}" QuietUninstallString '"${PACKAGE_FOLDER}\Uninstall.exe" /S'
+    WriteRegStr HKLM "${UNINSTALL_KEY}" Language $LANGUAGE
+    WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoModify 1
+    WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoRepair 1
+    WriteRegDWORD HKLM "${UNINSTALL_KEY}" IniWritable $IniWritable
+    WriteRegDWORD HKLM "${UNINSTALL_KEY}" EstimatedSize ${SIZE_KB}
+FunctionEnd
+
+Section
+    SetOverwrite try
+    Call StopIfProgramInTheWay
+    Call StopIfInUse
+    StrCpy $FirstInstallation 1
+    ${If} ${FileExists} "${PACKAGE_FOLDER}\PackageContents.xml"
+        StrCpy $FirstInstallation 0
+    ${EndIf}
+    ClearErrors
+    Call LayData
+    Call LayPackage
+    ${If} ${Errors}
+        Call UndoFirstInstallation
+        ${Stop} ${EXIT_FAILED} TEXT_FAILED `a file could not be written`
+    ${EndIf}
+    Call WriteIniFile
+    Call MakeMenuEntry
+    Call Register
+    ${Log} `done`
+    FileClose $LogHandle
+    SetErrorLevel 0
+SectionEnd

@@ -1,0 +1,20 @@
+; English texts of the setup.
+!define LINK_NAME_EN "Tarvo Rendering Diagnostics"
+!define L ${LANG_ENGLISH}
+LangString LINK_NAME ${L} "${LINK_NAME_EN}"
+LangString LINK_HINT ${L} "Looks through the installation and gathers what support needs"
+LangString TEXT_WELCOME_TITLE ${L} "Tarvo Rendering for 3ds Max 2019"
+LangString TEXT_WELCOME ${L} "This installs Tarvo Rendering ${VERSION} for everyone who uses this computer. The places are fixed:$\r$\n$\r$\nthe plugin$\r$\n${PACKAGE_FOLDER}$\r$\n$\r$\nits scripts, 7-Zip, documents and logs$\r$\n${DATA_FOLDER}$\r$\n$\r$\nPlease close 3ds Max first. Settings, logs and documents of an earlier version are kept."
+LangString TEXT_FINISH_TITLE ${L} "Tarvo Rendering is installed"
+LangString TEXT_FINISH ${L} "It appears in the menu of 3ds Max 2019 at its next start.$\r$\n$\r$\nJobs go to the desktop client at the address in$\r$\n${INI_FILE}$\r$\n$\r$\nIf something does not work, choose $\"${LINK_NAME_EN}$\" in the start menu."
+LangString TEXT_NO_RIGHTS ${L} "Administrator rights are needed to install or remove Tarvo Rendering. Please start the program as an administrator."
+LangString TEXT_IN_USE ${L} "A file of Tarvo Rendering is in use. Please close 3ds Max and press Retry. Nothing has been changed yet."
+LangString TEXT_IN_THE_WAY ${L} "Windows would start this file in place of 7-Zip whenever a scene is packed, because of its name and place. It does not belong to Tarvo Rendering, and any user of this computer may have put it there.$\r$\n$\r$\nAbort: stop here; nothing has been changed.$\r$\nRetry: look again, after you have moved or deleted it.$\r$\nIgnore: install all the same. Do this only if you know the file."
+LangString TEXT_FAILED ${L} "Tarvo Rendering could not be installed completely. Free some disk space, close programs that may hold its files, and start the setup again."
+LangString TEXT_RIGHTS_NOT_SET ${L} "The rights on a folder of Tarvo Rendering could not be set. Without them other users could change its programs, so the setup has stopped."
+LangString TEXT_BAD_OPTION ${L} "The setup does not understand one of its options. They are explained in INSTALL.txt."
+LangString TEXT_UNINSTALL_TITLE ${L} "Remove Tarvo Rendering"
+LangString TEXT_UNINSTALL_SUBTITLE ${L} "The plugin is removed for everyone who uses this computer."
+LangString TEXT_UNINSTALL ${L} "The plugin, its scripts, 7-Zip and the start menu entry are removed. Please close 3ds Max first.$\r$\n$\r$\nSettings, logs, submitted documents and packed scenes stay in$\r$\n${DATA_FOLDER}$\r$\nunless you tick the box."
+LangString TEXT_PURGE ${L} "&Also delete settings, logs, documents and packed scenes"
+!undef L

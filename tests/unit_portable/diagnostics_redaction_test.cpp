@@ -1,0 +1,80 @@
+#include "packaging/diagnostics/redaction.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using diagnostics::Redactor;
+using diagnostics::Secrets;
+
+Redactor make_redactor() {
+    Secrets secrets;
+    secrets.user_names = {"anna", "\xE5\xBC\xA0\xE4\xBC\x9F"};
+    secrets.computer = "STUDIO7";
+    secrets.own_folder = "C:\\ProgramData\\Tarvo Rendering";
+    return Redactor(secrets);
+}
+
+const std::string kStamp = "2024-03-07 09:05:02:045 [INFO] ";
+
+TEST(Redaction, ASceneNameGoesAndTheSameSceneStaysRecognisable) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line(kStamp + "Get scene name text down, it is : Villa Nova 2.max."),
+              kStamp + "Get scene name text down, it is : <scene 1>");
+    EXPECT_EQ(redactor.line(kStamp + "Get scene name text down, it is : Other.max."),
+              kStamp + "Get scene name text down, it is : <scene 2>");
+    EXPECT_EQ(redactor.line(kStamp + "Get scene name text down, it is : Villa Nova 2.max."),
+              kStamp + "Get scene name text down, it is : <scene 1>");
+}
+
+TEST(Redaction, BothPathsOfABackupGo) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line(kStamp + "Backup file from D:\\jobs\\Villa to go.max to E:\\Villa.max Success!"),
+              kStamp + "Backup file from <scene 1> Success!");
+    EXPECT_EQ(redactor.line(kStamp + "Backup file from D:\\a.max to E:\\b.max Error! Code is \x05"),
+              kStamp + "Backup file from <scene 2> Error! Code is \x05");
+}
+
+TEST(Redaction, PathsBelowTheOwnFolderStayUnlessTheyNameAnArchive) {
+    Redactor redactor = make_redactor();
+    const std::string json =
+        kStamp + "Write json file at: C:\\ProgramData/Tarvo Rendering/json/1A2B.json successfully.";
+    EXPECT_EQ(redactor.line(json), json);
+    EXPECT_EQ(redactor.line("C:\\ProgramData/Tarvo Rendering/compress/Villa_k3ZpQa.7z"),
+              "C:\\ProgramData/Tarvo Rendering/compress/<archive>");
+    EXPECT_EQ(redactor.line("C:\\ProgramData\\Tarvo Rendering\\compress"),
+              "C:\\ProgramData\\Tarvo Rendering\\compress");
+}
+
+TEST(Redaction, EveryOtherPathGoesUpToAQuotationMarkOrTheEnd) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line("opened \"D:\\my jobs\\x.png\" twice"), "opened \"<path>\" twice");
+    EXPECT_EQ(redactor.line("saw \\\\server\\share\\Villa and more"), "saw <path>");
+    EXPECT_EQ(redactor.line("z:/jobs/Villa"), "<path>");
+    EXPECT_EQ(redactor.line("C:\\ProgramData\\Tarvo Rendering\\json, D:\\jobs"),
+              "C:\\ProgramData\\Tarvo Rendering\\json, <path>");
+    EXPECT_EQ(redactor.line("https://farm.example is no path"), "https://farm.example is no path");
+}
+
+TEST(Redaction, ASceneNameWithoutAPathGoes) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line(kStamp + "Villa Nova.MAX was odd"), kStamp + "<scene 1> was odd");
+    EXPECT_EQ(redactor.line("the file.maximum stays"), "the file.maximum stays");
+}
+
+TEST(Redaction, NamesOfPeopleAndTheComputerGoAsWholeWords) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line("Anna on studio7: annals, ANNA_x"), "<user> on <computer>: annals, ANNA_x");
+    EXPECT_EQ(redactor.line("by\xE5\xBC\xA0\xE4\xBC\x9F."), "by<user>.");
+    Secrets nobody;
+    nobody.user_names = {""};
+    EXPECT_EQ(Redactor(nobody).line("nothing to hide"), "nothing to hide");
+}
+
+TEST(Redaction, ATextKeepsItsLines) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.text("anna\r\n\r\nD:\\x\nend"), "<user>\r\n\r\n<path>\nend");
+    EXPECT_EQ(redactor.text(""), "");
+}
+
+} // namespace

@@ -50,8 +50,8 @@
 
 namespace maxscript {
 
-// The files that scripts see. Paths are as the script gives them. Outlives the interpreter: a stream that a script left
-// open is written when it goes.
+// The files that scripts see. Paths are as the script gives them. Outlives the interpreter: a stream that a
+// script left open is written when it goes.
 class FileAccess {
 public:
     virtual ~FileAccess() = default;

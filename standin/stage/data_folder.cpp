@@ -176,15 +176,9 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
 }
 
 bool DataFolder::adopt(std::string& problem) {
-    const std::wstring source = joined(path_, L"script\\MaxRenderGlobalsParser.ms");
-    const std::wstring encrypted = joined(path_, std::wstring(L"script\\") + kAnalysisScript);
+    const std::wstring source = joined(script_folder(), L"MaxRenderGlobalsParser.ms");
     if (!file_exists(source)) {
         problem = to_utf8(source) + ": is not installed";
-        return false;
-    }
-    // What the package's start-up script has the host do; the stage does not read scripts.
-    if (!file_exists(encrypted) && ::CopyFileW(source.c_str(), encrypted.c_str(), TRUE) == FALSE) {
-        problem = to_utf8(encrypted) + ": cannot be written";
         return false;
     }
     adopted_port_ = static_cast<int>(::GetPrivateProfileIntW(L"general", L"port", 0, ini_file().c_str()));

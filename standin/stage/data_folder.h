@@ -27,8 +27,8 @@ public:
     // there) says. `port` stands in the ini file for "auto". False: `problem` is a sentence.
     bool prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem);
 
-    // Takes the folder as it is installed instead: nothing is emptied, copied or written but what the host's
-    // own start-up script writes there, the analysis script's encrypted form. False: `problem` is a sentence.
+    // Takes the folder as it is installed instead: nothing is emptied, copied or written. False: `problem` is
+    // a sentence.
     bool adopt(std::string& problem);
 
     // The port in an adopted folder's ini file; 0 when the folder was not adopted.

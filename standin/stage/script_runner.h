@@ -24,8 +24,9 @@ public:
     ~StageScripts() override;
 
     // A host that has just started: nothing is left of what ran before. Runs the start-up script of the
-    // plugin, which makes the encrypted form of the analysis script, when it lies in `folder`, the plugin's
-    // script folder. `program_data` is the machine-wide application-data folder.
+    // plugin, which makes the encrypted form of the analysis script, when it lies in `folder`: the plugin's
+    // script folder, or with an installed plugin the module's own. `program_data` is the machine-wide
+    // application-data folder.
     void start_host(const std::wstring& folder, const std::wstring& program_data);
 
     // The open scene, and what the scenario's "analysis" (null: nothing) makes of the script's answer.

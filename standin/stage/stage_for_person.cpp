@@ -77,7 +77,8 @@ int run_for_person(const Options& options) {
     }
     Transcript transcript;
     StageScripts scripts(transcript);
-    scripts.start_host(data.script_folder(), folder_of(data.path()));
+    scripts.start_host(options.installed ? folder_of(absolute_path(options.module)) : data.script_folder(),
+                       folder_of(data.path()));
     scripts.set_scene(scene, Json::Value());
     FrameWindow frame;
     if (!frame.create(L"Stage - " + scene.model.path)) {

@@ -227,7 +227,8 @@ bool StageRun::prepare(std::string& problem) {
         problem = "host.menu_file: the host does not know this text as a menu file";
         return false;
     }
-    scripts.start_host(data.script_folder(), folder_of(data.path()));
+    scripts.start_host(options.installed ? folder_of(absolute_path(options.module)) : data.script_folder(),
+                       folder_of(data.path()));
     transcript.set("scene", "path", "");
     return open_scene(scenario["scene"],
                       scenario["analysis"].isNull() ? Json::Value(Json::objectValue) : scenario["analysis"],

@@ -36,9 +36,7 @@ const char* const kTexts[] = {
     "\xE7\x9B\xB8\xE6\x9C\xBA", // a Chinese word
     "\xD0\xBA\xD0\xB0\xD0\xBC", // a Cyrillic one
     "\xF0\x9F\x8E\xA5",         // a film camera, two UTF-16 units
-    "a name that is longer than the hundred characters which a camera's name may have, as artists' names are "
-    "at "
-    "times",
+    "a name with more than the hundred characters that a camera's name may have, as some artists' names have",
 };
 
 const char* const kKeys[] = {"tab",  "enter", "escape",  "space",     "up",     "down",     "left",

@@ -210,14 +210,14 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     const std::string folder = plugin_folder();
     const std::string proof = folder + "/link_was_opened.txt";
     std::remove(proof.c_str());
-    write_file(folder + "/link.bat", "@echo opened> \"%~dp0link_was_opened.txt\"\r\n");
+    write_file(folder + "/link.bat", "@echo opened>> \"%~dp0link_was_opened.txt\"\r\n");
     const std::wstring target = tarvo::Utf8ToWide(folder + "/link.bat");
+    // Had this one opened it too, there would be two lines in the end.
     EXPECT_EQ(follow_link(target, static_cast<UINT>(NM_DBLCLK)), 1);
-    ::Sleep(300);
-    EXPECT_EQ(read_file(proof), "");
     EXPECT_EQ(follow_link(target), 1);
-    for (int waited = 0; waited < 100 && read_file(proof).empty(); ++waited) {
-        ::Sleep(100);
+    const auto is_written = [&proof] { return read_file(proof).find('\n') != std::string::npos; };
+    for (int waited = 0; waited < 1000 && !is_written(); ++waited) {
+        ::Sleep(10);
     }
     EXPECT_EQ(read_file(proof), "opened\r\n");
     std::remove((folder + "/link.bat").c_str());

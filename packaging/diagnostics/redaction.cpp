@@ -16,9 +16,9 @@ struct KnownLine {
     const char* end;
 };
 constexpr KnownLine kKnownLines[] = {
-    {"Get scene name text down, it is : ", ""},  {"Backup file from ", " Success!"},
-    {"Backup file from ", " Error! Code is"},    {"The analysis text cannot be used: ", ""},
-    {"The client's reply cannot be used: ", ""},
+    {"Get scene name text down, it is : ", ""},
+    {"Backup file from ", " Success!"},
+    {"Backup file from ", " Error! Code is"},
 };
 
 char lower(char character) {

@@ -62,6 +62,12 @@ TEST(Redaction, ASceneNameWithoutAPathGoes) {
     EXPECT_EQ(redactor.line("the file.maximum stays"), "the file.maximum stays");
 }
 
+TEST(Redaction, WhatTheJsonReaderSaidStays) {
+    Redactor redactor = make_redactor();
+    const std::string reason = kStamp + "The client's reply cannot be used: Value is not convertible to Int.";
+    EXPECT_EQ(redactor.line(reason), reason);
+}
+
 TEST(Redaction, NamesOfPeopleAndTheComputerGoAsWholeWords) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line("Anna on studio7: annals, ANNA_x"), "<user> on <computer>: annals, ANNA_x");

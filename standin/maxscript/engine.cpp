@@ -76,16 +76,6 @@ void Engine::begin_from_outside() {
     }
 }
 
-Place Engine::place_of(const Spot& spot) const {
-    Place place;
-    if (spot.file != nullptr) {
-        place.file = std::make_shared<const Text>(*spot.file);
-    }
-    place.line = spot.line;
-    place.column = spot.column;
-    return place;
-}
-
 void Engine::fail(const Text& message) const {
     throw ScriptError(ErrorKind::runtime, place_of(spot_), message);
 }

@@ -33,7 +33,6 @@ public:
     const Spot& spot() const { return spot_; }
     [[noreturn]] void fail(const Text& message) const;
     [[noreturn]] void stop_at_limit(const char16_t* message) const;
-    Place place_of(const Spot& spot) const;
 
     // Flow.
     bool interrupted() const { return flow_ != Flow::normal; }

@@ -2,6 +2,16 @@
 
 namespace maxscript {
 
+Place place_of(const Spot& spot) {
+    Place place;
+    if (spot.file != nullptr) {
+        place.file = std::make_shared<const Text>(*spot.file);
+    }
+    place.line = spot.line;
+    place.column = spot.column;
+    return place;
+}
+
 namespace {
 
 // The longer ones first.

@@ -160,16 +160,6 @@ void Parser::refuse(const Spot& spot, const Text& message) const {
     refusals_->push_back(std::move(error));
 }
 
-Place Parser::place_of(const Spot& spot) const {
-    Place place;
-    if (spot.file != nullptr) {
-        place.file = std::make_shared<const Text>(*spot.file);
-    }
-    place.line = spot.line;
-    place.column = spot.column;
-    return place;
-}
-
 Text Parser::shown(const Token& candidate) const {
     switch (candidate.kind) {
     case TokenKind::end:

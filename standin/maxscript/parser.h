@@ -39,7 +39,6 @@ private:
     [[noreturn]] void fail(const Spot& spot, const Text& message) const;
     [[noreturn]] void unexpected() const;
     void refuse(const Spot& spot, const Text& message) const;
-    Place place_of(const Spot& spot) const;
     Text shown(const Token& candidate) const;
 
     // Expressions by rank. (parser_expressions.cpp)

@@ -1,7 +1,7 @@
 // The words of a script.
 #pragma once
 
-#include "standin/maxscript/value.h"
+#include "standin/maxscript/script_error.h"
 
 namespace maxscript {
 
@@ -11,6 +11,9 @@ struct Spot {
     int line = 0;
     int column = 0;
 };
+
+// The same for an error, which may outlive the text.
+Place place_of(const Spot& spot);
 
 enum class TokenKind : std::uint8_t {
     end,

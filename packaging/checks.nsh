@@ -27,6 +27,11 @@ Var LogHandle
     ClearErrors
     ${GetOptions} $R0 "/LOG=" $LogFile
     ${If} ${Errors}
+        ; Programs that start others put the whole option in quotation marks when the path has a blank.
+        ClearErrors
+        ${WordFind2X} $R0 `"/LOG=` `"` "E+1" $LogFile
+    ${EndIf}
+    ${If} ${Errors}
         StrCpy $LogFile "$TEMP\${DEFAULT_NAME}"
     ${EndIf}
     FileOpen $LogHandle $LogFile w

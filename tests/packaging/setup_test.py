@@ -37,8 +37,10 @@ class SetupTest(unittest.TestCase):
         cls.before_elsewhere = cls.machine.names_elsewhere()
         cls.port = free_port()
         cls.setup = next(RELEASE.glob("*-setup.exe"))
-        cls.log = OUT / "setup.log"
-        OUT.mkdir(parents=True, exist_ok=True)
+        # With a blank the whole option comes in quotation marks.
+        cls.logs = OUT / "the logs"
+        cls.log = cls.logs / "setup.log"
+        cls.logs.mkdir(parents=True, exist_ok=True)
         with zipfile.ZipFile(next(RELEASE.glob("*.zip"))) as archive:
             cls.wanted = {name[len("ProgramData/"):]: archive.read(name) for name in archive.namelist()
                           if name.startswith("ProgramData/")}
@@ -51,7 +53,7 @@ class SetupTest(unittest.TestCase):
     def uninstall(self, *options):
         """As Windows does it: the program copies itself, returns at once and goes on."""
         program = self.machine.package / "Uninstall.exe"
-        log = OUT / "uninstall.log"
+        log = self.logs / "uninstall.log"
         log.unlink(missing_ok=True)
         self.machine.run(program, "/S", f"/LOG={self.machine.windows_path(log)}", *options)
         wait_until(lambda: log.exists() and log.read_text().endswith("done\n"), "the uninstaller's end")

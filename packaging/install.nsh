@@ -43,6 +43,8 @@
 
 Function TakeOptions
     ${GetParameters} $R0
+    ; An option in quotation marks would otherwise belong to the value before it. None here has blanks.
+    ${WordReplace} $R0 `"` `` "+" $R0
     ClearErrors
     ${GetOptions} $R0 "/ALLOWTARVOEXE" $R1
     ${IfNot} ${Errors}

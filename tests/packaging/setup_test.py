@@ -47,7 +47,7 @@ class SetupTest(unittest.TestCase):
 
     def install(self, *options, language="en") -> int:
         self.log.unlink(missing_ok=True)
-        return self.machine.run(self.setup, "/S", f"/LOG={self.machine.windows_path(self.log)}", *options,
+        return self.machine.run(self.setup, "/S", *options, f"/LOG={self.machine.windows_path(self.log)}",
                                 language=language)[0]
 
     def uninstall(self, *options):

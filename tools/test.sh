@@ -6,6 +6,21 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 
+# Windows, sockets and processes on a machine that is busy with other things: a test that failed is played a second
+# time, and when that goes well it is named at the end, for somebody to mend. More than a few at once are no chance.
+unsteady=()
+MOST_UNSTEADY=3
+
+wine_tests() {
+    local folder=$TARVO_BUILD_DIR/mingw-release failed
+    ctest --test-dir "$folder" --output-on-failure && return 0
+    mapfile -t failed < <(cut -d: -f2 "$folder/Testing/Temporary/LastTestsFailed.log")
+    [ "${#failed[@]}" -le "$MOST_UNSTEADY" ] || return 1
+    step "Once more what failed: ${failed[*]}"
+    ctest --test-dir "$folder" --rerun-failed --output-on-failure || return 1
+    unsteady=("${failed[@]}")
+}
+
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
 generate_chinese_locale
 fetch_run_dependencies
@@ -31,5 +46,8 @@ ctest --test-dir "$TARVO_BUILD_DIR/native-asan" --output-on-failure || status=1
 step "Fuzzing, bounded"
 ctest --test-dir "$TARVO_BUILD_DIR/native-fuzz" --output-on-failure || status=1
 step "Tests under Wine"
-ctest --test-dir "$TARVO_BUILD_DIR/mingw-release" --output-on-failure || status=1
+wine_tests || status=1
+for name in "${unsteady[@]}"; do
+    say "UNSTEADY: $name failed (its output is above) and passed when it was played again."
+done
 exit "$status"

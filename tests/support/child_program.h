@@ -4,6 +4,7 @@
 
 #include "common/handle.h"
 #include "common/win32_handles.h"
+#include "tests/support/patience.h"
 
 #include <gtest/gtest.h>
 
@@ -16,8 +17,6 @@
 #include <string>
 
 namespace tarvo_test {
-
-constexpr DWORD kPatienceMs = 60000;
 
 inline std::wstring module_folder() {
     wchar_t path[MAX_PATH] = {};

@@ -105,6 +105,12 @@ void say(SOCKET connection, const std::string& text) {
     ::send(connection, text.data(), static_cast<int>(text.size()), 0);
 }
 
+void wait_for_hang_up(SOCKET connection) {
+    char dropped[4096];
+    while (::recv(connection, dropped, sizeof dropped, 0) > 0) {
+    }
+}
+
 std::string http_reply(const std::string& body) {
     return "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " +
            std::to_string(body.size()) + "\r\n\r\n" + body;

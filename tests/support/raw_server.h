@@ -46,6 +46,9 @@ int free_port();
 
 void say(SOCKET connection, const std::string& text);
 
+// Returns when the other side has closed the connection; what it still sends is dropped.
+void wait_for_hang_up(SOCKET connection);
+
 // A complete answer with status 200.
 std::string http_reply(const std::string& body);
 

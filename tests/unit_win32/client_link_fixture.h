@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "resources/resource_ids.h"
 #include "submit/client_link.h"
+#include "tests/support/quiet_output.h"
 #include "tests/support/test_boxes.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/wide_file.h"
@@ -87,6 +88,9 @@ protected:
     tarvo::PluginConfig config;
     TestBoxes boxes;
     std::vector<std::string> lines;
+
+private:
+    QuietOutput quiet_;
 };
 
 } // namespace tarvo_test

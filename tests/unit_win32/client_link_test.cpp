@@ -12,6 +12,7 @@ using tarvo_test::kBody;
 using tarvo_test::kRead;
 using tarvo_test::RawServer;
 using tarvo_test::say;
+using tarvo_test::wait_for_hang_up;
 
 TEST_F(ClientLink, LastErrorLineIsRunTogether) {
     tarvo::HttpLog log;
@@ -88,7 +89,8 @@ TEST_F(ClientLink, ReplyInTwoPiecesIsCutAfterTheFirst) {
     RawServer server([](SOCKET connection) {
         const std::string reply = http_reply("{\"ret\":10001}");
         say(connection, reply.substr(0, reply.size() - 6));
-        ::Sleep(500);
+        // The other piece comes too late however slow the machine is: when this side has hung up.
+        wait_for_hang_up(connection);
         say(connection, reply.substr(reply.size() - 6));
     });
     post(server.port());

@@ -142,24 +142,34 @@ TEST_F(ExchangeHandles, NobodyListeningLeavesNothingOpen) {
     EXPECT_EQ(g_closed, 3 * kCalls);
 }
 
+// A leak grows in every round. What grows once is somebody else's: a thread the library's pool added, a large
+// page that the system put in the place of small ones.
 TEST_F(ExchangeHandles, HandlesAndMemoryStayFlat) {
     constexpr std::uintptr_t kSpareHandles = 20 * 4;
     constexpr SIZE_T kSpareBytes = 1024 * 1024; // 5 KB for each exchange
+    constexpr int kRounds = 3;
     for (int number = 0; number < kWarmUp; ++number) {
         exchange_number(number);
     }
-    const Usage before = usage_now();
-    ASSERT_GT(before.lowest_free_handle, 0u);
-    ASSERT_GT(before.bytes, 0u);
-    for (int number = 0; number < kExchanges; ++number) {
-        exchange_number(number);
+    std::string seen;
+    bool handles_flat = false;
+    bool bytes_flat = false;
+    for (int round = 0; round < kRounds && !(handles_flat && bytes_flat); ++round) {
+        const Usage before = usage_now();
+        ASSERT_GT(before.lowest_free_handle, 0u);
+        ASSERT_GT(before.bytes, 0u);
+        for (int number = 0; number < kExchanges; ++number) {
+            exchange_number(number);
+        }
+        const Usage after = usage_now();
+        handles_flat = handles_flat || after.lowest_free_handle <= before.lowest_free_handle + kSpareHandles;
+        bytes_flat = bytes_flat || after.bytes <= before.bytes + kSpareBytes;
+        seen += " handle " + std::to_string(before.lowest_free_handle) + " to " +
+                std::to_string(after.lowest_free_handle) + ", bytes " + std::to_string(before.bytes) +
+                " to " + std::to_string(after.bytes) + ";";
     }
-    const Usage after = usage_now();
-    EXPECT_LE(after.lowest_free_handle, before.lowest_free_handle + kSpareHandles);
-    EXPECT_LE(after.bytes, before.bytes + kSpareBytes);
-    RecordProperty("handle", std::to_string(before.lowest_free_handle) + " to " +
-                                 std::to_string(after.lowest_free_handle));
-    RecordProperty("bytes", std::to_string(before.bytes) + " to " + std::to_string(after.bytes));
+    EXPECT_TRUE(handles_flat) << seen;
+    EXPECT_TRUE(bytes_flat) << seen;
 }
 
 } // namespace

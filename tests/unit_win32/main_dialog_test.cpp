@@ -1,3 +1,4 @@
+#include "tests/support/patience.h"
 #include "tests/unit_win32/main_dialog_fixture.h"
 
 #include <stdexcept>
@@ -216,9 +217,7 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     EXPECT_EQ(follow_link(target, static_cast<UINT>(NM_DBLCLK)), 1);
     EXPECT_EQ(follow_link(target), 1);
     const auto is_written = [&proof] { return read_file(proof).find('\n') != std::string::npos; };
-    for (int waited = 0; waited < 1000 && !is_written(); ++waited) {
-        ::Sleep(10);
-    }
+    EXPECT_TRUE(eventually(is_written));
     EXPECT_EQ(read_file(proof), "opened\r\n");
     std::remove((folder + "/link.bat").c_str());
     std::remove(proof.c_str());

@@ -5,6 +5,7 @@
 #include "common/text.h"
 #include "common/win32_handles.h"
 #include "submit/client_configuration.h"
+#include "tests/support/patience.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/wide_file.h"
 
@@ -16,6 +17,8 @@
 #include <vector>
 
 namespace {
+
+using tarvo_test::eventually;
 
 constexpr UINT kChineseCodePage = 936;
 
@@ -42,6 +45,11 @@ protected:
     }
     ~SevenZip() override { ::DeleteFileW(tarvo::Utf8ToWide(config.archivePath).c_str()); }
 
+    // The system holds a program's file a little longer than the program runs.
+    static bool copy(const std::wstring& from, const std::wstring& to) {
+        return eventually([&] { return ::CopyFileW(from.c_str(), to.c_str(), FALSE) != 0; });
+    }
+
     void install_program() {
         const char* source = std::getenv("TARVO_SEVEN_ZIP");
         ASSERT_NE(source, nullptr) << "TARVO_SEVEN_ZIP is not set";
@@ -49,7 +57,7 @@ protected:
         const std::wstring to = tarvo::common_app_data_folder() + L"/Tarvo Rendering/7-Zip/";
         ::CreateDirectoryW(to.c_str(), nullptr);
         for (const wchar_t* name : {L"7z.exe", L"7z.dll"}) {
-            ASSERT_TRUE(::CopyFileW((from + name).c_str(), (to + name).c_str(), FALSE)) << ::GetLastError();
+            ASSERT_TRUE(copy(from + name, to + name)) << ::GetLastError();
         }
     }
 
@@ -144,10 +152,10 @@ TEST_F(SevenZip, RefusedNameIsNotPacked) {
 TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
     ASSERT_NO_FATAL_FAILURE(install_program());
     const std::wstring other = tarvo::common_app_data_folder() + L"/Tarvo.exe";
-    ASSERT_TRUE(::CopyFileW(config.sevenZipExe.c_str(), other.c_str(), FALSE)) << ::GetLastError();
+    ASSERT_TRUE(copy(config.sevenZipExe, other)) << ::GetLastError();
     EXPECT_TRUE(pack(L"mistaken"));
     EXPECT_FALSE(archive_exists());
-    EXPECT_TRUE(::DeleteFileW(other.c_str())) << ::GetLastError();
+    EXPECT_TRUE(eventually([&other] { return ::DeleteFileW(other.c_str()) != 0; })) << ::GetLastError();
     expect_round_trip(L"mistaken");
 }
 

@@ -142,10 +142,17 @@ TEST_F(SceneBackup, NamesWithDotsBlanksAndForeignLetters) {
 
 TEST_F(SceneBackup, WithinOneSecondTheSecondCopyOverwritesTheFirst) {
     const std::wstring path = scene_at(L"scene.max");
-    wait_for_next_second();
-    EXPECT_NE(back_up(path), 0);
-    tarvo_test::write_wide_file(path, "changed");
-    EXPECT_NE(back_up(path), 0);
+    std::time_t begun = 0;
+    // On a busy machine the two may fall into different seconds, then once more.
+    for (int attempt = 0; attempt < 20 && begun != std::time(nullptr); ++attempt) {
+        clear();
+        scene_at(L"scene.max");
+        wait_for_next_second();
+        begun = std::time(nullptr);
+        EXPECT_NE(back_up(path), 0);
+        tarvo_test::write_wide_file(path, "changed");
+        EXPECT_NE(back_up(path), 0);
+    }
     const std::vector<std::wstring> copies = files_like(folder + L"\\scene_*");
     ASSERT_EQ(copies.size(), 1u);
     EXPECT_EQ(tarvo_test::read_wide_file(folder + L"\\" + copies[0]), "changed");

@@ -28,16 +28,16 @@ protected:
         ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr));
     }
     void TearDown() override {
-        bool removed = false;
         // A program that has just ended may hold its output file for a moment longer.
-        for (int attempt = 0; attempt < 50 && !removed; ++attempt) {
-            ::Sleep(attempt == 0 ? 0 : 20);
-            for (const std::wstring& each : paths_) {
-                ::DeleteFileW(each.c_str());
-            }
-            removed = ::RemoveDirectoryW(folder_.c_str()) != 0;
-        }
-        EXPECT_TRUE(removed) << "a file was left behind, or is still open";
+        EXPECT_TRUE(tarvo_test::eventually(
+            [this] {
+                for (const std::wstring& each : paths_) {
+                    ::DeleteFileW(each.c_str());
+                }
+                return ::RemoveDirectoryW(folder_.c_str()) != 0;
+            },
+            5000))
+            << "a file was left behind, or is still open";
     }
 
     std::wstring path(const std::wstring& name) {

@@ -1,4 +1,4 @@
-// bench.exe [analysis|submit|table|growth]: everything when none is named.
+// bench.exe [analysis|submit|table|script|growth]: everything when none is named.
 #include "bench/measurements.h"
 #include "tests/support/test_folder.h"
 
@@ -15,6 +15,9 @@ int main(int argc, char** argv) {
     }
     if (wanted.empty() || wanted == "table") {
         tarvo_bench::measure_table();
+    }
+    if (wanted.empty() || wanted == "script") {
+        tarvo_bench::measure_script();
     }
     // Last: it leaves another heap behind.
     if (wanted.empty() || wanted == "growth") {

@@ -17,6 +17,9 @@ void measure_analysis();
 // How the reader's time grows with its input.
 void measure_growth();
 
+// The analysis script; read from the project by TARVO_TEST_DATA, without which a line says so.
+void measure_script();
+
 // Filling the camera table.
 void measure_table();
 

@@ -70,6 +70,7 @@ Engine::Engine(Interpreter& interpreter, const Environment& environment)
 void Engine::begin_from_outside() {
     if (calls_ == 0 && runs_ == 0) {
         steps_left_ = environment_.settings.step_limit;
+        ++calls_from_outside_;
         flow_ = Flow::normal;
         print_all_elements = false;
         undo = false;

@@ -75,6 +75,8 @@ public:
     const Text* keep_file_name(const Text& name) { return &*file_names_.insert(name).first; }
     void keep(const std::shared_ptr<const StructLayout>& layout) { layouts_.insert(layout); }
     void begin_from_outside();
+    std::int64_t steps() const { return environment_.settings.step_limit - steps_left_; }
+    std::uint64_t calls_from_outside() const { return calls_from_outside_; }
 
     // try … catch.
     const ScriptError* current_error() const { return current_error_; }
@@ -102,6 +104,7 @@ private:
     Value flow_value_;
     Spot spot_;
     std::int64_t steps_left_ = 0;
+    std::uint64_t calls_from_outside_ = 0;
     int calls_ = 0;
     int height_ = 0;
     int runs_ = 0;

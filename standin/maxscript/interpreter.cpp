@@ -111,4 +111,12 @@ void Interpreter::charge(std::size_t units) {
     engine_->charge(units);
 }
 
+std::int64_t Interpreter::steps() const {
+    return engine_->steps();
+}
+
+std::uint64_t Interpreter::calls_from_outside() const {
+    return engine_->calls_from_outside();
+}
+
 } // namespace maxscript

@@ -133,6 +133,11 @@ public:
     [[noreturn]] void fail(const Text& message) const;
     // For native code whose work grows with its input.
     void charge(std::size_t units);
+    // What the last call from outside has used of Settings::step_limit: the work of a script in a measure
+    // that is the same on every machine.
+    std::int64_t steps() const;
+    // How many there were; native code may keep what it has worked out for as long as this stays the same.
+    std::uint64_t calls_from_outside() const;
     // Whether what runs stands inside `undo on (…)`.
     bool undo_is_on() const;
 

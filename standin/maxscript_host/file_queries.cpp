@@ -2,6 +2,8 @@
 #include "standin/maxscript_host/scene_library.h"
 #include "standin/scene/scene_text.h"
 
+#include <limits>
+
 namespace maxscript_host {
 
 namespace {
@@ -176,23 +178,45 @@ void install_paths(Interpreter& interpreter, SceneHost& host) {
     interpreter.globals().add_constant(u"pathConfig", Value::object(config));
 }
 
-// A reference that was found elsewhere when the scene was saved stands for a file in a map folder.
-Text mapped_path(Interpreter& interpreter, const SceneModel& model, const Text& path) {
-    const std::wstring wanted = standin::folded_path(maxscript::wide_from_text(path));
-    for (const ReferencedFile& file : model.references) {
-        if (!file.found.empty() && standin::folded_path(file.named) == wanted &&
-            exists(interpreter, text_of(file.found))) {
-            return text_of(file.found);
+// A reference that was found elsewhere when the scene was saved stands for a file in a map folder. The list
+// is read once for each run of a script, which cannot replace the model.
+class MapFolders {
+public:
+    Text find(Interpreter& interpreter, const SceneModel& model, const Text& path) {
+        if (run_ != interpreter.calls_from_outside()) {
+            read(model);
+            interpreter.charge(model.references.size());
+            run_ = interpreter.calls_from_outside();
+        }
+        const auto same = found_.equal_range(standin::folded_path(maxscript::wide_from_text(path)));
+        for (auto each = same.first; each != same.second; ++each) {
+            if (exists(interpreter, each->second)) {
+                return each->second;
+            }
+        }
+        return Text();
+    }
+
+private:
+    void read(const SceneModel& model) {
+        found_.clear();
+        for (const ReferencedFile& file : model.references) {
+            if (!file.found.empty()) {
+                found_.emplace(standin::folded_path(file.named), text_of(file.found));
+            }
         }
     }
-    return Text();
-}
+
+    std::uint64_t run_ = std::numeric_limits<std::uint64_t>::max(); // none
+    std::multimap<std::wstring, Text> found_;                       // by folded name, in the scene's order
+};
 
 void install_map_folders(Interpreter& interpreter, SceneHost& host) {
     auto folders = std::make_shared<HostInterface>(u"mapPaths");
-    folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host](Arguments& arguments) {
+    auto map_folders = std::make_shared<MapFolders>();
+    folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"mapPaths.getFullFilePath");
-        return Value::string(mapped_path(interpreter, host.model, arguments.text(0)));
+        return Value::string(map_folders->find(interpreter, host.model, arguments.text(0)));
     });
     interpreter.globals().add_constant(u"mapPaths", Value::object(folders));
 }

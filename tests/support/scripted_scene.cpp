@@ -71,6 +71,7 @@ Text ScriptedScene::returned() {
             u"fileIn \"" + script_path(kAnalysisScript) + u"\"\ngMax.analysis \"\" \"\"", u"");
         EXPECT_TRUE(value.is(maxscript::Kind::string));
         text = value.is(maxscript::Kind::string) ? value.as_string().text : Text();
+        steps_ = interpreter.steps();
     } catch (const ScriptError& error) {
         ADD_FAILURE() << error.what();
     }

@@ -33,6 +33,8 @@ public:
     // Loads the source of the analysis script and calls it as the module does, in a host that has just
     // started. The test fails when it throws, returns something else than a text, or sets anything.
     maxscript::Text returned();
+    // What that took, in steps of the language.
+    std::int64_t steps() const { return steps_; }
     Json::Value analysis();
 
     // Runs a script of the plugin as the host does at its start; gives what it wrote into the listener.
@@ -44,6 +46,7 @@ private:
     void write(const maxscript::Text& text) override { printed_ += text; }
 
     maxscript::Text printed_;
+    std::int64_t steps_ = 0;
 };
 
 // A document that a test writes down.

@@ -20,6 +20,10 @@ struct LocalTime {
 // The machine-wide application-data folder (CSIDL_COMMON_APPDATA), without a closing separator.
 std::wstring common_app_data_folder();
 
+// The folder of the program that this process runs, without a closing separator. Its path is read up to 2047
+// characters.
+std::wstring program_folder();
+
 // The value of a key of the plugin's ini file; empty when file, section or key are missing. At most 2047
 // characters.
 std::wstring read_profile_text(const std::wstring& ini_file, const std::wstring& section,

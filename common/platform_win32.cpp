@@ -6,11 +6,14 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include <shlwapi.h>
+
 namespace tarvo {
 
 namespace {
 
 constexpr DWORD kProfileBufferLength = 2048;
+constexpr DWORD kProgramPathLength = 2048;
 
 } // namespace
 
@@ -18,6 +21,13 @@ std::wstring common_app_data_folder() {
     wchar_t folder[MAX_PATH] = {};
     ::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, folder);
     return folder;
+}
+
+std::wstring program_folder() {
+    wchar_t path[kProgramPathLength] = {};
+    ::GetModuleFileNameW(nullptr, path, kProgramPathLength);
+    ::PathRemoveFileSpecW(path);
+    return path;
 }
 
 std::wstring read_profile_text(const std::wstring& ini_file, const std::wstring& section,

@@ -1,5 +1,6 @@
 #include "scene/analysis_run.h"
 
+#include "common/platform.h"
 #include "resources/resource_ids.h"
 
 namespace tarvo {
@@ -10,6 +11,8 @@ std::wstring AnalysisCommand(const std::wstring& script_path) {
 
 bool run_scene_analysis(Host& host, MessageBoxes& boxes, WindowHandle dialog, ScriptResult& result,
                         std::wstring script_path) {
+    // The run has always begun by asking where the host lies; nothing uses the answer.
+    static_cast<void>(program_folder());
     if (host.run_script(AnalysisCommand(script_path), result)) {
         return true;
     }

@@ -1,6 +1,7 @@
 #include "dialog/opening_sequence.h"
 
 #include "tests/support/dialog_fixture.h"
+#include "tests/support/patched_import.h"
 
 namespace {
 
@@ -108,6 +109,42 @@ TEST_F(OpeningSequence, ThisOneScriptIsRun) {
     const std::wstring expected =
         tarvo::common_app_data_folder() + L"/Tarvo Rendering/script/MaxRenderGlobalsParser.mse";
     EXPECT_EQ(test_host().scripts[0], L"fileIn \"" + expected + L"\"\ngMax.analysis \"\" \"\"");
+}
+
+// The system's function, and what it was asked.
+HMODULE g_asked_module = nullptr;
+DWORD g_asked_length = 0;
+std::wstring g_program;
+
+DWORD WINAPI note_module_file_name(HMODULE module, LPWSTR path, DWORD length) {
+    g_asked_module = module;
+    g_asked_length = length;
+    g_program.copy(path, length - 1);
+    return static_cast<DWORD>(g_program.size());
+}
+
+std::wstring folder_of_program(const std::wstring& program) {
+    g_program = program;
+    g_asked_module = reinterpret_cast<HMODULE>(1);
+    g_asked_length = 0;
+    const PatchedImport patch("kernel32.dll", "GetModuleFileNameW",
+                              reinterpret_cast<void*>(&note_module_file_name));
+    EXPECT_TRUE(patch.installed());
+    return tarvo::program_folder();
+}
+
+TEST_F(OpeningSequence, TheHostsFolderIsAskedForAndLeftAtThat) {
+    EXPECT_EQ(folder_of_program(L"C:\\Program Files\\Host\\host.exe"), L"C:\\Program Files\\Host");
+    EXPECT_EQ(g_asked_module, nullptr);
+    EXPECT_EQ(g_asked_length, 2048u);
+    g_asked_length = 0;
+    let_it_open();
+    const PatchedImport patch("kernel32.dll", "GetModuleFileNameW",
+                              reinterpret_cast<void*>(&note_module_file_name));
+    EXPECT_EQ(run(), 1);
+    EXPECT_EQ(g_asked_length, 2048u);
+    ASSERT_EQ(test_host().scripts.size(), 1u);
+    EXPECT_EQ(test_host().scripts[0].find(L"host.exe"), std::wstring::npos);
 }
 
 struct FindingCase {

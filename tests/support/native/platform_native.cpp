@@ -65,6 +65,10 @@ LocalTime local_time() {
             static_cast<int>(now.tv_usec / 1000)};
 }
 
+std::wstring program_folder() {
+    return L"/usr/bin";
+}
+
 long long seconds_since_epoch() {
     return static_cast<long long>(std::time(nullptr));
 }

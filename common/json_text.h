@@ -1,5 +1,6 @@
-// JSON text in and out, with everything the library throws contained here. The library refuses nesting deeper
-// than 1000 levels by an exception; to a caller that is text that cannot be parsed, like any other.
+// JSON text in and out. What the library throws while it parses is contained here: it refuses nesting deeper
+// than 1000 levels by an exception, and to a caller that is text that cannot be parsed, like any other.
+// Reading a member as another type than it has still throws.
 #pragma once
 
 #include <json/value.h>

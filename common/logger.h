@@ -12,6 +12,11 @@
 
 namespace tarvo {
 
+// The levels, as they stand in the lines.
+constexpr const char* kInfo = "INFO";
+constexpr const char* kWarn = "WARN";
+constexpr const char* kError = "ERROR";
+
 class Logger : public qfx_Noncopyable {
 public:
     // Finds and makes the log folder; no file is open before Open.
@@ -26,7 +31,7 @@ public:
     void SetMaxFiles(std::uint32_t files) { maxFiles = files; }
 
     // One line: time stamp, level in square brackets, message (UTF-8 or locale text, as it stands). `level`
-    // is "INFO", "WARN" or "ERROR". Rotates when the file has reached the size limit.
+    // is one of the three above. Rotates when the file has reached the size limit.
     void Write(std::string message, std::string level);
 
 private:

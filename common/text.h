@@ -37,7 +37,7 @@ constexpr const wchar_t* kForbiddenNameCharacters = L"\\/:*?\"<>|";
 // the code page lacks are replaced as the system does it.
 std::string Utf8ToAnsi(const std::string& text);
 
-// Upper case as the host's C runtime does it.
+// Upper case by the system's own rules, whatever locale the C runtime is set to.
 std::wstring ToUpper(const std::wstring& text);
 
 } // namespace tarvo

@@ -307,12 +307,12 @@ void UiState::CheckCameraNameField(HWND dialog, int id, const std::wstring& inva
     const std::wstring name = ControlText(dialog, id);
     if (name.size() > kLongestName) {
         show_name_box(dialog, IDS_NAME_TOO_LONG);
-        log.Write("You are setting camera name that its length longer than 100!", "WARN");
+        log.Write("You are setting camera name that its length longer than 100!", kWarn);
     } else if (ContainsAnyOf(name, invalid_set) != 0) {
-        log.Write("You are setting camera name that contain invalid characters.", "WARN");
+        log.Write("You are setting camera name that contain invalid characters.", kWarn);
         show_name_box(dialog, IDS_NAME_CHARACTERS_REMOVED);
         ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, RemoveChars(name, invalid_set).c_str());
-        log.Write("Remove invalid characters successfully.", "INFO");
+        log.Write("Remove invalid characters successfully.", kInfo);
         place_caret(dialog, IDC_EDIT_NAME, name.size());
     }
 }

@@ -122,7 +122,7 @@ CameraRow ReadCameraRow(HWND list, int index) {
 
 bool UiState::CreateCameraTableHead(HWND list) {
     if (list == nullptr) {
-        log.Write("No handle result in creating camera table head failed.", "ERROR");
+        log.Write("No handle result in creating camera table head failed.", kError);
         return false;
     }
     for (const ColumnHead& head : kColumns) {
@@ -133,20 +133,20 @@ bool UiState::CreateCameraTableHead(HWND list) {
 
 bool UiState::CreateCameraTable(HWND list, const CameraMap& cameras) {
     if (list == nullptr || cameras.empty()) {
-        log.Write(kNothingToShow, "WARN");
+        log.Write(kNothingToShow, kWarn);
         return false;
     }
     {
         const RedrawPause pause(list);
         add_rows(list, cameras, Boxes::as_they_come);
     }
-    log.Write("Create camera table successfully.", "INFO");
+    log.Write("Create camera table successfully.", kInfo);
     return true;
 }
 
 bool UiState::UpdateCameraTable(HWND list, const CameraMap& cameras) {
     if (list == nullptr || cameras.empty()) {
-        log.Write(kNothingToShow, "WARN");
+        log.Write(kNothingToShow, kWarn);
         return false;
     }
     {
@@ -154,7 +154,7 @@ bool UiState::UpdateCameraTable(HWND list, const CameraMap& cameras) {
         ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
         add_rows(list, cameras, Boxes::from_records);
     }
-    log.Write("Update camera table successfully.", "INFO");
+    log.Write("Update camera table successfully.", kInfo);
     return true;
 }
 

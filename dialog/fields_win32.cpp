@@ -74,27 +74,27 @@ double UiState::ReadFloatField(HWND dialog, int id) {
 
 bool UiState::SetSceneName(HWND edit, std::string name) {
     if (name.empty()) {
-        log.Write("The scene name is empty!", "WARN");
+        log.Write("The scene name is empty!", kWarn);
         return false;
     }
     // For fewer than four characters the count wraps round, and the whole name is kept: intended.
     name = name.substr(0, name.size() - kExtensionLength);
     ::SetWindowTextW(edit, Utf8ToWide(name).c_str());
-    log.Write("Set scene name successfully.", "INFO");
+    log.Write("Set scene name successfully.", kInfo);
     return true;
 }
 
 std::string UiState::GetSceneName(HWND edit) {
     const std::wstring text = ControlText(edit);
     std::string name = text.empty() ? std::string() : WideToUtf8(text) + kExtension;
-    log.Write("Get scene name text down, it is : " + name + ".", "INFO");
+    log.Write("Get scene name text down, it is : " + name + ".", kInfo);
     return name;
 }
 
 bool UiState::ShowWarnings(HWND list, const std::vector<std::wstring>& messages) {
     ::SendMessageW(list, LB_RESETCONTENT, 0, 0);
     if (messages.empty()) {
-        log.Write("There is no warnning in this scene.", "INFO");
+        log.Write("There is no warnning in this scene.", kInfo);
         return false;
     }
     {
@@ -108,7 +108,7 @@ bool UiState::ShowWarnings(HWND list, const std::vector<std::wstring>& messages)
             ::SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(message.c_str()));
         }
     }
-    log.Write("Get warnning infomation of current scene successfully.", "INFO");
+    log.Write("Get warnning infomation of current scene successfully.", kInfo);
     return true;
 }
 

@@ -43,7 +43,7 @@ void UiState::add_selected_camera(std::wstring& name) {
 INT_PTR LogUncaughtException() noexcept {
     try {
         UiState::instance().log_channel().Write(
-            "A dialog message was not handled to its end: " + describe_current_exception(), "ERROR");
+            "A dialog message was not handled to its end: " + describe_current_exception(), kError);
     } catch (...) {
         // Nothing is left that could take the news.
     }

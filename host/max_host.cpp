@@ -61,6 +61,11 @@ ScriptResult TextOf(const FPValue& value) {
     return result;
 }
 
+// The host may have no text where it means an empty one.
+std::wstring OrEmpty(const wchar_t* text) {
+    return text == nullptr ? std::wstring() : std::wstring(text);
+}
+
 class MaxHost : public Host {
 public:
     bool is_available() override;
@@ -89,14 +94,14 @@ std::wstring MaxHost::current_file_name() {
     Interface* core = CoreInterface();
     return core == nullptr
                ? std::wstring()
-               : Contained(std::wstring(), [&] { return std::wstring(core->GetCurFileName().data()); });
+               : Contained(std::wstring(), [&] { return OrEmpty(core->GetCurFileName().data()); });
 }
 
 std::wstring MaxHost::current_file_path() {
     Interface* core = CoreInterface();
     return core == nullptr
                ? std::wstring()
-               : Contained(std::wstring(), [&] { return std::wstring(core->GetCurFilePath().data()); });
+               : Contained(std::wstring(), [&] { return OrEmpty(core->GetCurFilePath().data()); });
 }
 
 void MaxHost::save() {

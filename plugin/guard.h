@@ -11,7 +11,7 @@ namespace tarvo {
 
 inline void ReportException(const char* where) noexcept {
     try {
-        SceneData::instance().log().Write(std::string("An exception was stopped in ") + where + ".", "ERROR");
+        SceneData::instance().log().Write(std::string("An exception was stopped in ") + where + ".", kError);
     } catch (...) { // the log itself may be what does not work
     }
 }

@@ -2,6 +2,7 @@
 
 #include "common/json_text.h"
 #include "common/number_text.h"
+#include "common/path_text.h"
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
@@ -21,10 +22,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr const char* kInfo = "INFO";
-constexpr const char* kWarn = "WARN";
-constexpr const char* kError = "ERROR";
-
 constexpr int kNoticeErrorCode = 107;
 constexpr double kFullCircle = 360.0; // degrees
 
@@ -39,9 +36,11 @@ struct NoticeTexts {
     std::wstring region = Text(IDS_NOTICE_REGION);
     std::wstring error_107 = Text(IDS_NOTICE_ERROR_107);
     std::wstring cyrillic = Text(IDS_NOTICE_CYRILLIC);
+    std::wstring corona_unlimited = Text(IDS_CORONA_UNLIMITED); // with the others; the dialog shows it
 };
 
-// Entries in order. The library iterates over objects too, where an array is meant: that is a wrong type.
+// Entries in order. A text or a number where an array is meant has none, to the library and here; over an
+// object the library would iterate: that is a wrong type.
 void for_each_entry(const Json::Value& array, const std::function<bool(const Json::Value&)>& visit) {
     if (!array.isArray()) {
         if (array.size() > 0) {
@@ -290,7 +289,9 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log) {
         try {
             const Json::Value& document = root;
             outcome.code = Reading(document, log, outcome).run();
-            version = document["version"].asString();
+            if (outcome.code == 0) {
+                version = document["version"].asString();
+            }
             outcome.usable = true;
         } catch (const std::exception& error) {
             outcome = AnalysisOutcome();
@@ -328,16 +329,13 @@ SceneName ReadSceneName(const std::string& text, Logger& log) {
         }
         return result;
     }
-    std::string::size_type separator = result.path.rfind('/');
-    if (separator == std::string::npos) {
-        separator = result.path.rfind('\\');
-    }
-    if (separator == std::string::npos) {
+    const std::string::size_type start = FileNameStart(result.path);
+    if (start == std::string::npos) {
         log.Write("The scene name is empty!", kWarn);
         return result;
     }
     result.found = true;
-    result.name = result.path.substr(separator + 1);
+    result.name = result.path.substr(start);
     return result;
 }
 

@@ -13,7 +13,8 @@ namespace tarvo {
 // What one reading found. Only a usable outcome is taken over into the store.
 struct AnalysisOutcome {
     std::int32_t code = 0; // parse_analysis's result
-    bool usable = false;   // false: the text was no JSON, or a value in it had the wrong type
+    bool usable =
+        false; // false: the text was no JSON, or the library could not read a value as what it is for
     std::vector<std::wstring> messages;
     std::int32_t corona_limits = 0;
     bool has_region = false;
@@ -29,11 +30,12 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log);
 
 // The scene's full path as the analysis names it, and the part after its last separator ('/' wins over '\').
 struct SceneName {
-    bool found = false;
-    std::string name; // UTF-8
-    std::string path; // UTF-8
+    bool found = false; // there is a separator; without one the path stands alone
+    std::string name;   // UTF-8
+    std::string path;   // UTF-8
 };
 
+// Writes to `log` why nothing was found.
 SceneName ReadSceneName(const std::string& text, Logger& log);
 
 } // namespace tarvo

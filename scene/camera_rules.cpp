@@ -1,5 +1,6 @@
 #include "scene/camera_rules.h"
 
+#include "common/logger.h"
 #include "common/text.h"
 
 namespace tarvo {
@@ -15,10 +16,10 @@ struct CheckLine {
 };
 
 constexpr CheckLine kLines[] = {
-    {CameraCheck::valid, "The information of cameras to be submit is valid.", "INFO"},
-    {CameraCheck::negative_frame, "The parameter frame to render is less than 0!", "ERROR"},
-    {CameraCheck::bad_name, "The camera names to render contain invalid characters or empty!", "ERROR"},
-    {CameraCheck::none_checked, "No camera checked!", "ERROR"},
+    {CameraCheck::valid, "The information of cameras to be submit is valid.", kInfo},
+    {CameraCheck::negative_frame, "The parameter frame to render is less than 0!", kError},
+    {CameraCheck::bad_name, "The camera names to render contain invalid characters or empty!", kError},
+    {CameraCheck::none_checked, "No camera checked!", kError},
 };
 
 CameraCheck check_rows(CameraRows& rows, CameraMap& cameras) {

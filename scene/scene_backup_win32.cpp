@@ -47,7 +47,7 @@ std::int32_t SceneData::backup_scene_file() {
     const std::wstring destination = backup_path(source);
     const BOOL copied = ::CopyFileW(source.c_str(), destination.c_str(), FALSE);
     const DWORD error = copied ? ERROR_SUCCESS : ::GetLastError();
-    log_.Write(WideToUtf8(BackupLogLine(source, destination, copied != FALSE, error)), "WARN");
+    log_.Write(WideToUtf8(BackupLogLine(source, destination, copied != FALSE, error)), kWarn);
     return copied;
 }
 

@@ -18,9 +18,10 @@ struct AnalysisOutcome;
 
 class SceneData : public qfx_Noncopyable {
 public:
-    // Created by the first call.
+    // The plugin's own; created by the first call.
     static SceneData& instance();
 
+    // One more, for a test.
     SceneData();
 
     // Takes the text over; the argument is left empty.
@@ -53,6 +54,7 @@ public:
     Logger& log() { return log_; }
 
 private:
+    // The fields keep their order, whoever may see them.
     std::wstring analysis_text_;
     std::vector<std::wstring> messages_;
     CameraMap cameras_;

@@ -1,5 +1,7 @@
 #include "scene/scene_file.h"
 
+#include "common/path_text.h"
+
 namespace tarvo {
 
 SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& current_name,
@@ -10,12 +12,9 @@ SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& 
         plan.file = current_path;
         return plan;
     }
-    std::string::size_type separator = current_path.rfind('/');
-    if (separator == std::string::npos) {
-        separator = current_path.rfind('\\');
-    }
-    if (separator != std::string::npos) {
-        plan.file = current_path.substr(0, separator + 1) + entered_name;
+    const std::string::size_type start = FileNameStart(current_path);
+    if (start != std::string::npos) {
+        plan.file = current_path.substr(0, start) + entered_name;
         plan.save_first = true;
     }
     return plan;

@@ -14,7 +14,7 @@ void check_scene_viruses(Host& host, SceneData& scene, const PluginConfig& confi
     for (const auto& check : checks) {
         ScriptResult ignored;
         host.run_script(L"fileIn \"" + check.script + L"\"", ignored);
-        scene.log().Write(check.line, "WARN");
+        scene.log().Write(check.line, kWarn);
     }
 }
 

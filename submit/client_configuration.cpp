@@ -37,7 +37,7 @@ bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
     config.clientIp = read_profile_text(ini_file, kIniSection, kIniKeyIp);
     config.clientPort = DecimalInt(WideToLocale(read_profile_text(ini_file, kIniSection, kIniKeyPort)));
     config.lowerVersion = read_profile_text(ini_file, kIniSection, kIniKeyLowerVersion);
-    scene.log().Write("Get client infomation successfully.", "INFO");
+    scene.log().Write("Get client infomation successfully.", kInfo);
     return true;
 }
 

@@ -17,8 +17,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr const char* kError = "ERROR";
-constexpr const char* kInfo = "INFO";
 constexpr const wchar_t* kUserAgent = L"A WinHTTP Program For Marrowby/1.0";
 constexpr wchar_t kContentType[] = L"Content-Type: application/json;charset=utf-8";
 constexpr DWORD kContentTypeLength = sizeof kContentType / sizeof kContentType[0] - 1;

@@ -38,11 +38,11 @@ void HandleClientReply(const std::string& reply, MessageBoxes& boxes, WindowHand
     std::string refusal;
     if (!read_code(reply, code, refusal)) {
         if (!refusal.empty()) {
-            log.Write("The client's reply cannot be used: " + refusal, "ERROR");
+            log.Write("The client's reply cannot be used: " + refusal, kError);
         }
         std::cout << "Error " << last_error << " in WinHttpReadData." << std::endl;
         ShowTextBox(boxes, owner, IDS_REPLY_NOT_PARSED);
-        log.Write("Get response data failed: parse the data from client failed!", "ERROR");
+        log.Write("Get response data failed: parse the data from client failed!", kError);
         return;
     }
     const ReplyCode* meaning = FindReplyCode(code);

@@ -18,6 +18,7 @@ static_assert(sizeof kTagAlphabet / sizeof kTagAlphabet[0] == kTagAlphabetLength
 
 } // namespace
 
+// The other way round than FileNameStart: here the backslash counts first.
 std::string ArchiveStem(const std::string& scene_file) {
     std::string::size_type separator = scene_file.rfind('\\');
     if (separator == std::string::npos) {

@@ -14,8 +14,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr const char* kError = "ERROR";
-
 struct ProblemReport {
     DocumentProblem problem;
     unsigned text_id;
@@ -121,7 +119,7 @@ bool WriteSubmitDocument(SceneData& scene, MessageBoxes& boxes, WindowHandle own
     body = StyledJson(
         BuildRequestBody(config.sceneFile, WideToUtf8(path), document.app_version, config.archivePath));
     config.jsonPath = path;
-    scene.log().Write("Write json file at: " + WideToLocale(path) + " successfully.", "INFO");
+    scene.log().Write("Write json file at: " + WideToLocale(path) + " successfully.", kInfo);
     return true;
 }
 

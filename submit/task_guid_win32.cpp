@@ -16,7 +16,7 @@ std::wstring NewTaskGuid() {
     HttpLog log;
     GUID guid = {};
     if (FAILED(::CoCreateGuid(&guid))) {
-        log.Write("The GUID generate failed!", "ERROR");
+        log.Write("The GUID generate failed!", kError);
         return std::wstring();
     }
     GuidParts parts = {guid.Data1, guid.Data2, guid.Data3, {}};

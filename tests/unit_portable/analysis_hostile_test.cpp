@@ -112,6 +112,43 @@ TEST(AnalysisHostile, OtherKindsWhereListsAndObjectsAreMeant) {
     expect_refused(with_member({"vray_setting", "camera_override_fov"}, "yes"));
 }
 
+// A result other than 0 ends the reading: the version, however odd, is not looked at.
+TEST(AnalysisHostile, OddVersionDoesNotHideAnEarlierResult) {
+    const struct {
+        const char* text;
+        std::int32_t result;
+        std::int32_t corona_limits;
+    } cases[] = {
+        {R"({"version":{"a":1},"cameras":[]})", 1, 0},
+        {R"({"version":[1],"corona_setting":{"pass_limit":"0","time_limit":"0","noise_level_limit":"0"}})", 2,
+         1},
+        {R"({"version":[1],"cameras":[{"name":"b."}]})", 3, 0},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.text);
+        tarvo::SceneData scene;
+        EXPECT_EQ(parse(scene, each.text), each.result);
+        EXPECT_EQ(scene.corona_limits, each.corona_limits);
+        expect_usable(scene);
+    }
+}
+
+TEST(AnalysisHostile, TextOrNumberWhereAListIsMeantHasNoEntries) {
+    for (const char* member : {"reference_file", "missing_file", "same_file", "errors"}) {
+        SCOPED_TRACE(member);
+        tarvo::SceneData scene;
+        EXPECT_EQ(parse(scene, with_member({member}, "abc")), 0);
+        EXPECT_EQ(scene.cameras().size(), 2u);
+        EXPECT_EQ(parse(scene, with_member({member}, 7)), 0);
+        EXPECT_EQ(scene.cameras().size(), 2u);
+    }
+    tarvo::SceneData scene;
+    expect_usable(scene);
+    EXPECT_EQ(parse(scene, with_member({"cameras"}, "abc")), 0);
+    EXPECT_TRUE(scene.cameras().empty());
+    expect_usable(scene);
+}
+
 TEST(AnalysisHostile, RootOfAnotherKind) {
     expect_refused("[1]");
     expect_refused("\"text\"");

@@ -1,5 +1,6 @@
 // Support reads a log, and another program appends to it, while the plugin has it open.
 #include "common/logger.h"
+#include "common/platform.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -35,7 +36,7 @@ TEST(LoggerShared, AnotherProcessReadsAndAppends) {
 // The log's folder is a file: nothing can be opened, and nobody is told.
 TEST(LoggerShared, FolderThatCannotBeMade) {
     const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
-    std::system(("mkdir \"" + backslashes(tarvo_test::plugin_folder() + "/script") + "\" 2>nul").c_str());
+    tarvo::create_folder(tarvo_test::plugin_folder() + "/script");
     tarvo_test::write_file(ini, "[general]\r\nlowerversion=taken\r\n");
     tarvo_test::write_file(tarvo_test::plugin_folder() + "/logtaken", "a file in the folder's place");
     {
@@ -51,6 +52,7 @@ TEST(LoggerShared, FolderThatCannotBeMade) {
 // The lowest version follows "log" without a separator.
 TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
     const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
+    tarvo::create_folder(tarvo_test::plugin_folder() + "/script");
     tarvo_test::write_file(ini, "[general]\r\nlowerversion=2019\r\n");
     {
         tarvo::Logger log("t_version", 5, 2, 0);

@@ -230,7 +230,7 @@ struct CommandRoute {
 constexpr CommandRoute kCommands[] = {
     {IDC_EDIT_CONFIRM, kAnyNotification, on_confirm}, {IDC_EDIT_WIDTH, kAnyNotification, on_width},
     {IDC_EDIT_HEIGHT, kAnyNotification, on_height},   {IDC_EDIT_NAME, EN_CHANGE, on_name},
-    {IDC_EDIT_RATIO, kAnyNotification, on_ratio},     {IDC_EDIT_RATIO_LOCK, kAnyNotification, on_lock},
+    {IDC_EDIT_RATIO, kAnyNotification, on_ratio},     {IDC_EDIT_RATIO_LOCK, BN_CLICKED, on_lock},
 };
 
 INT_PTR route_command(HWND dialog, WPARAM w_param) {

@@ -26,7 +26,7 @@ inline std::wstring ControlText(HWND dialog, int id) {
 // a box.
 CameraRow ReadCameraRow(HWND list, int index);
 
-// While it lives, the control does not draw. Without it, filling a list costs about a hundred times as much.
+// While it lives, the control does not draw; afterwards it draws once.
 class RedrawPause {
 public:
     explicit RedrawPause(HWND control) : control_(control) {

@@ -1,6 +1,7 @@
 #include "dialog/main_dialog.h"
 
 #include "common/activation_context.h"
+#include "common/config_mgr.h"
 #include "common/message_box.h"
 #include "common/string_table.h"
 #include "dialog/camera_edit_dialog.h"
@@ -25,7 +26,7 @@ namespace {
 constexpr INT_PTR kNotHandled = 0;
 constexpr INT_PTR kHandled = 1;
 
-// Loaded anew for every message.
+// Loaded anew for every message. The second caption goes unused: the one box that carries it loads its own.
 struct DialogTexts {
     std::wstring caption;
     std::wstring name_caption;
@@ -56,7 +57,6 @@ INT_PTR open(const Call& call, bool first_opening) {
 }
 
 INT_PTR initialise(const Call& call) {
-    ::SetWindowLongPtrW(call.dialog, DWLP_USER, call.l_param);
     UiState::instance().InitOutputControls(call.dialog);
     return open(call, true);
 }
@@ -113,7 +113,7 @@ void pick_camera(HWND list, int index) {
 }
 
 void edit_picked_cameras(const Call& call) {
-    OpenCameraEditDialog(call.dialog, ::GetWindowLongPtrW(call.dialog, DWLP_USER));
+    OpenCameraEditDialog(call.dialog, reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
 }
 
 INT_PTR edit_selected_cameras(const Call& call) {
@@ -153,7 +153,7 @@ void edit_clicked_camera(const Call& call) {
 
 constexpr std::int32_t kNoBlocks = 1;
 constexpr std::int32_t kMostBlocks = 64;
-constexpr std::int32_t kTimeLimitedCorona = 2;
+constexpr std::int32_t kOnlyTimeLimited = 2;
 
 INT_PTR choose_no_blocks(const Call&) {
     SceneData::instance().set_num_blocks(kNoBlocks);
@@ -169,9 +169,9 @@ INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
         return choose_no_blocks(call);
     }
     scene.set_num_blocks(blocks);
-    const bool time_limited = scene.corona_limits == kTimeLimitedCorona;
-    if (time_limited || blocks == kMostBlocks) {
-        boxes.show(call.dialog, Text(time_limited ? IDS_BLOCKS_CORONA_HINT : IDS_BLOCKS_64_HINT),
+    const bool only_time_limited = scene.corona_limits == kOnlyTimeLimited;
+    if (only_time_limited || blocks == kMostBlocks) {
+        boxes.show(call.dialog, Text(only_time_limited ? IDS_BLOCKS_CORONA_HINT : IDS_BLOCKS_64_HINT),
                    Text(IDS_NAME_CAPTION), kBoxOk, BoxLanguage(call.texts.language_switch));
     }
     return kHandled;

@@ -7,6 +7,8 @@
 
 namespace tarvo {
 
+// The result is that of RunSubmitSequence (submit_sequence.h). `caption` and `language_switch` are those of
+// the boxes.
 int RunSubmitCommand(HWND dialog, const std::wstring& caption, const std::wstring& language_switch);
 
 } // namespace tarvo

@@ -37,18 +37,29 @@ public:
     // Rows against the camera rules; the result is CameraCheck's number.
     std::int32_t validate_cameras(HWND dialog, CameraMap& cameras);
 
-    // Fields (fields_win32.cpp).
+    // Fields (fields_win32.cpp). A text is read up to 259 characters.
+    // Ranges, positions and first texts of the output controls.
     void InitOutputControls(HWND dialog);
+    // With one decimal.
     void ShowGamma(HWND dialog, float value);
+    // From the shown text by `delta` times `step`, kept between the limits.
     void StepFloatField(HWND dialog, int id, float delta, float step, float minimum, float maximum);
+    // The number at the text's beginning; 0 without one.
     double ReadFloatField(HWND dialog, int id);
+    // `name` is UTF-8 and shown without its last four characters. False, and nothing shown, when it is empty.
     bool SetSceneName(HWND edit, std::string name);
+    // UTF-8, with ".max" at its end; empty when the field is.
     std::string GetSceneName(HWND edit);
+    // Replaces the list; false when there are no messages.
     bool ShowWarnings(HWND list, const std::vector<std::wstring>& messages);
 
     // Camera edit dialog (camera_edit_dialog_win32.cpp).
+    // Shows the first of the cameras named by `keys`.
     void InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND dialog, CameraMap& cameras);
+    // Takes characters of `invalid_set` out of the field and tells the user; a long name is only told of.
     void CheckCameraNameField(HWND dialog, int id, const std::wstring& invalid_set);
+    // Writes the fields into every selected camera; stops at the first whose frame is negative, with those
+    // before it changed.
     void ApplyCameraEdits(HWND dialog, CameraMap& cameras);
 
 private:

@@ -1,12 +1,12 @@
 #include "plugin/action_table.h"
 
+#include "common/config_mgr.h"
 #include "common/message_box.h"
 #include "common/module_instance.h"
 #include "common/string_table.h"
 #include "dialog/main_dialog.h"
 #include "host/core_access.h"
 #include "host/host.h"
-#include "plugin/config_mgr.h"
 #include "plugin/guard.h"
 #include "resources/resource_ids.h"
 

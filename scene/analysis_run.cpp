@@ -11,7 +11,7 @@ std::wstring AnalysisCommand(const std::wstring& script_path) {
 
 bool run_scene_analysis(Host& host, MessageBoxes& boxes, WindowHandle dialog, ScriptResult& result,
                         std::wstring script_path) {
-    // The run has always begun by asking where the host lies; nothing uses the answer.
+    // Asked for and not used: the steps of the run stay as they are.
     static_cast<void>(program_folder());
     if (host.run_script(AnalysisCommand(script_path), result)) {
         return true;

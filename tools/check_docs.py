@@ -18,7 +18,7 @@ HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*$")
 BOLD = re.compile(r"\*\*(.+?)\*\*(.?)")
 PICTURE_ENDINGS = (".png", ".jpg")
 # A page names a test as `Suite.Name`, `program: Suite.Name` or `scenario.NAME`, in a list or table of tests.
-TEST_NAME = re.compile(r"`((?:scenario|docs|fuzz|portable)\.[a-z0-9_]+|[A-Z]\w+\.[A-Z]\w+)`")
+TEST_NAME = re.compile(r"`((?:scenario|docs|fuzz|packaging|portable)\.[a-z0-9_]+|[A-Z]\w+\.[A-Z]\w+)`")
 GTEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)")
 
 
@@ -105,6 +105,7 @@ def check_page(page: pathlib.Path, used_pictures: set) -> list:
 
 def known_tests() -> set:
     names = {f"scenario.{path.stem}" for path in listed("tests/scenarios/*.json")}
+    names |= {f"packaging.{path.stem[:-len('_test')]}" for path in listed("tests/packaging/*_test.*")}
     for path in listed("tests/*.cmake", "tests/CMakeLists.txt", "tests/**/*.cmake"):
         names |= set(re.findall(r"add_test\(NAME ([\w.]+)", path.read_text(encoding="utf-8")))
     for path in listed("tests/*.cpp"):

@@ -1,8 +1,8 @@
 #include "plugin/action_table.h"
 
+#include "common/config_mgr.h"
 #include "common/message_box.h"
 #include "dialog/main_dialog.h"
-#include "plugin/config_mgr.h"
 #include "plugin/guard.h"
 #include "tests/support/test_boxes.h"
 #include "tests/support/test_folder.h"

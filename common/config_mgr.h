@@ -1,4 +1,4 @@
-// The object that goes along as the parameter of the dialogs. It holds nothing and no dialog reads it.
+// The object that goes along as the parameter of both dialogs. It holds nothing, and neither reads it.
 #pragma once
 
 #include "common/qfx_noncopyable.h"

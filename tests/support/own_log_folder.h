@@ -1,0 +1,63 @@
+// A log folder that only one test uses: the process-wide stores keep their files in the usual one open, and
+// Windows moves no file that is open. The value of "lowerversion" makes the folder's name.
+#pragma once
+
+#include "common/platform.h"
+#include "common/program_data.h"
+#include "tests/support/test_folder.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#ifdef _WIN32
+#include <direct.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace tarvo_test {
+
+// As long as it lives, loggers are made for the folder "log" + `suffix`; `channel` has no file there yet.
+class OwnLogFolder {
+public:
+    OwnLogFolder(const std::string& suffix, std::string channel)
+        : folder_(plugin_folder() + "/log" + suffix), channel_(std::move(channel)),
+          ini_(plugin_folder() + "/script/qfx_plugin.ini") {
+        tarvo::create_folder(tarvo::common_app_data_folder() + tarvo::kPluginFolder + L"/script");
+        write_file(ini_, "[general]\nlowerversion=" + suffix + "\n");
+        for (int number = 0; number <= kMostFiles; ++number) {
+            std::remove(file(number).c_str());
+        }
+    }
+    ~OwnLogFolder() { std::remove(ini_.c_str()); }
+    OwnLogFolder(const OwnLogFolder&) = delete;
+    OwnLogFolder& operator=(const OwnLogFolder&) = delete;
+
+    const std::string& folder() const { return folder_; }
+
+    // 0: the current file.
+    std::string file(int number = 0) const {
+        return folder_ + "\\" + channel_ + (number == 0 ? "" : std::to_string(number)) + ".log";
+    }
+
+    bool has(int number) const { return tarvo::path_exists(file(number)); }
+
+    // The folder must hold nothing.
+    bool remove_folder() const {
+#ifdef _WIN32
+        return ::_rmdir(folder_.c_str()) == 0;
+#else
+        return ::rmdir(folder_.c_str()) == 0;
+#endif
+    }
+
+private:
+    static constexpr int kMostFiles = 6;
+
+    std::string folder_;
+    std::string channel_;
+    std::string ini_;
+};
+
+} // namespace tarvo_test

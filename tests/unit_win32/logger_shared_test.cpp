@@ -1,6 +1,7 @@
 // Support reads a log, and another program appends to it, while the plugin has it open.
 #include "common/logger.h"
 #include "common/platform.h"
+#include "tests/support/own_log_folder.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -62,6 +63,17 @@ TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
     EXPECT_NE(tarvo_test::read_file(file).find("[INFO] here"), std::string::npos);
     std::remove(ini.c_str());
     std::remove(file.c_str());
+}
+
+// The key is there and has no value.
+TEST(LoggerShared, EmptyLowestVersionLeavesTheFolderLog) {
+    const tarvo_test::OwnLogFolder logs("", "t_empty");
+    {
+        tarvo::Logger log("t_empty", 5, 2, 0);
+        log.Write("here", "INFO");
+    }
+    const std::string file = tarvo_test::plugin_folder() + "/log/t_empty.log";
+    EXPECT_NE(tarvo_test::read_file(file).find("[INFO] here"), std::string::npos);
 }
 
 } // namespace

@@ -51,6 +51,7 @@ TEST(Text, LocaleBothWaysInCodePage936) {
                           {L"\x03B1", "\xA6\xC1"},
                           {L"\x3002", "\xA1\xA3"},
                           {L"\xFF01", "\xA3\xA1"},
+                          {L"\x20AC", "\x80"},
                           {L"\x9F98", "\xFD\x93"}};
     for (const Pair& pair : pairs) {
         EXPECT_EQ(LocaleToWide(pair.narrow), pair.wide);

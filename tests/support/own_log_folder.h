@@ -26,11 +26,16 @@ public:
           ini_(plugin_folder() + "/script/qfx_plugin.ini") {
         tarvo::create_folder(tarvo::common_app_data_folder() + tarvo::kPluginFolder + L"/script");
         write_file(ini_, "[general]\nlowerversion=" + suffix + "\n");
-        for (int number = 0; number <= kMostFiles; ++number) {
-            std::remove(file(number).c_str());
+        remove_files();
+    }
+    // Loggers made for it must be gone by then.
+    ~OwnLogFolder() {
+        std::remove(ini_.c_str());
+        remove_files();
+        if (folder_ != plugin_folder() + "/log") {
+            remove_folder();
         }
     }
-    ~OwnLogFolder() { std::remove(ini_.c_str()); }
     OwnLogFolder(const OwnLogFolder&) = delete;
     OwnLogFolder& operator=(const OwnLogFolder&) = delete;
 
@@ -53,7 +58,12 @@ public:
     }
 
 private:
-    static constexpr int kMostFiles = 6;
+    void remove_files() const {
+        constexpr int kMostFiles = 6;
+        for (int number = 0; number <= kMostFiles; ++number) {
+            std::remove(file(number).c_str());
+        }
+    }
 
     std::string folder_;
     std::string channel_;

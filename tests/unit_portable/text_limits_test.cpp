@@ -76,7 +76,7 @@ TEST(TextLimits, BytesThatAreNoTextInCodePage936) {
     const char* const no_character = "ab\xFF"
                                      "cd";
     for (const char* text : {at_the_end, before_a_blank, before_a_digit, no_character}) {
-        EXPECT_EQ(LocaleToWide(text), kBeforeTheFault) << text;
+        EXPECT_EQ(LocaleToWide(text), kBeforeTheFault) << ::testing::PrintToString(text);
     }
     EXPECT_EQ(LocaleToWide("\xE4"), L"");
     EXPECT_EQ(LocaleToWide("\xFF"), L"");

@@ -49,19 +49,24 @@ public:
     bool has(int number) const { return tarvo::path_exists(file(number)); }
 
     // The folder must hold nothing.
-    bool remove_folder() const {
+    bool remove_folder() const { return remove_folder(folder_); }
+
+private:
+    static bool remove_folder(const std::string& path) {
 #ifdef _WIN32
-        return ::_rmdir(folder_.c_str()) == 0;
+        return ::_rmdir(path.c_str()) == 0;
 #else
-        return ::rmdir(folder_.c_str()) == 0;
+        return ::rmdir(path.c_str()) == 0;
 #endif
     }
 
-private:
+    // A test that failed may have left a folder under a file's name.
     void remove_files() const {
         constexpr int kMostFiles = 6;
         for (int number = 0; number <= kMostFiles; ++number) {
-            std::remove(file(number).c_str());
+            if (std::remove(file(number).c_str()) != 0) {
+                remove_folder(file(number));
+            }
         }
     }
 

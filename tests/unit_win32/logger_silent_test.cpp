@@ -21,10 +21,7 @@ int rename_and_take_the_name(const char* from, const char* to) {
 // With a limit of nothing every line rotates: a logger that is not silent would try again at the next.
 class LoggerSilent : public ::testing::Test {
 protected:
-    LoggerSilent() : logs("_silent", "t_silent") {
-        ::RemoveDirectoryA(logs.file().c_str());
-        silent.reset(new tarvo::Logger("t_silent", 0, 2, 0));
-    }
+    LoggerSilent() : logs("_silent", "t_silent"), silent(new tarvo::Logger("t_silent", 0, 2, 0)) {}
 
     // Afterwards the name is free again.
     void fail_to_reopen() {
@@ -40,11 +37,11 @@ protected:
     }
 
     const tarvo_test::OwnLogFolder logs;
-    std::unique_ptr<tarvo::Logger> silent;
+    const std::unique_ptr<tarvo::Logger> silent;
 };
 
 TEST_F(LoggerSilent, NothingIsWrittenOnceReopeningHasFailed) {
-    fail_to_reopen();
+    ASSERT_NO_FATAL_FAILURE(fail_to_reopen());
     silent->Write("lost", "WARN");
     silent->Write("lost", "ERROR");
     EXPECT_FALSE(logs.has(0));
@@ -52,7 +49,7 @@ TEST_F(LoggerSilent, NothingIsWrittenOnceReopeningHasFailed) {
 }
 
 TEST_F(LoggerSilent, LoggerMadeLaterWrites) {
-    fail_to_reopen();
+    ASSERT_NO_FATAL_FAILURE(fail_to_reopen());
     tarvo::Logger later("t_silent", 5, 2, 0);
     later.Write("22", "INFO");
     silent->Write("lost", "INFO");

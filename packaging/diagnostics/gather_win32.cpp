@@ -83,6 +83,12 @@ void gather_settings(const Places& places, Facts& facts) {
     }
 }
 
+// The command line of 7-Zip begins with the data folder's path, unquoted: it is tried up to the blank first.
+std::vector<std::wstring> places_in_the_way(const Places& places) {
+    const std::wstring up_to_blank = places.data.substr(0, places.data.rfind(L' '));
+    return {up_to_blank + L".exe", up_to_blank};
+}
+
 void gather_seven_zip(const Places& places, Facts& facts) {
     const std::wstring program = places.data + L"\\7-Zip\\7z.exe";
     facts.seven_zip = file_fact(program);
@@ -90,9 +96,7 @@ void gather_seven_zip(const Places& places, Facts& facts) {
     if (facts.seven_zip.exists) {
         facts.seven_zip_run = try_seven_zip(program);
     }
-    // The command line begins with this path, unquoted: it is tried up to the blank first.
-    const std::wstring up_to_blank = places.data.substr(0, places.data.rfind(L' '));
-    for (const std::wstring& path : {up_to_blank + L".exe", up_to_blank}) {
+    for (const std::wstring& path : places_in_the_way(places)) {
         if (file_fact(path).exists) {
             facts.in_the_way.push_back(to_utf8(path));
         }
@@ -187,7 +191,12 @@ Secrets find_secrets(const Places& places) {
     if (::GetComputerNameW(name, &length) != FALSE) {
         secrets.computer = to_utf8(name);
     }
-    secrets.own_folder = to_utf8(places.data);
+    secrets.own_folders = {to_utf8(places.data), to_utf8(places.package)};
+    for (const std::wstring& path : places_in_the_way(places)) {
+        secrets.named_paths.push_back(to_utf8(path));
+    }
+    const std::string host = host_folder();
+    secrets.named_paths.push_back(host.substr(0, host.find_last_not_of("\\/") + 1));
     return secrets;
 }
 

@@ -113,10 +113,12 @@ public:
         : zip_(now.year, now.month, now.day, now.hour, now.minute, now.second), redactor_(secrets),
           unredacted_(unredacted) {}
 
-    std::string clean(const std::string& text) { return unredacted_ ? text : redactor_.text(text); }
-
     void add(const std::string& name, const std::string& text) {
-        complete_ = zip_.add(name, clean(text)) && complete_;
+        pack(name, unredacted_ ? text : redactor_.text(text));
+    }
+
+    void add_findings(const std::string& name, const std::string& text) {
+        pack(name, unredacted_ ? text : redactor_.findings(text));
     }
 
     void add_logs(const std::vector<Entry>& entries) {
@@ -132,6 +134,10 @@ public:
     bool write(const std::wstring& file) { return complete_ && write_file(file, zip_.finish()); }
 
 private:
+    void pack(const std::string& name, const std::string& text) {
+        complete_ = zip_.add(name, text) && complete_;
+    }
+
     // Line by line: the plugin writes one kind of line in UTF-8 and the others in a code page.
     static std::string log_text(const std::string& bytes) {
         std::string text;
@@ -158,7 +164,7 @@ int run(const Options& options) {
 
     Bundle bundle(now, find_secrets(places), options.unredacted);
     const std::vector<Entry> data = entries_below(places.data, kLevels);
-    bundle.add("summary.txt", summary);
+    bundle.add_findings("summary.txt", summary);
     bundle.add("files.txt", listing(data) + listing(entries_below(places.package, kLevels)));
     bundle.add("qfx_plugin.ini", text_to_utf8(file_tail(places.ini, kIniBytes)));
     bundle.add_logs(data);

@@ -52,6 +52,27 @@ std::size_t path_end(const std::string& text, std::size_t at) {
     return std::min(text.find_first_of("\"<>|\r\n", at), text.size());
 }
 
+// As Windows compares paths.
+std::string comparable(const std::string& path) {
+    std::string small = lowered(path);
+    std::replace(small.begin(), small.end(), '/', '\\');
+    return small;
+}
+
+template <typename Change>
+std::string each_line(const std::string& lines, Change change) {
+    std::string result;
+    std::size_t from = 0;
+    while (from < lines.size()) {
+        const std::size_t end = std::min(lines.find_first_of("\r\n", from), lines.size());
+        result += change(lines.substr(from, end - from));
+        const std::size_t next = std::min(lines.find_first_not_of("\r\n", end), lines.size());
+        result += lines.substr(end, next - end);
+        from = next;
+    }
+    return result;
+}
+
 void replace_word(std::string& text, const std::string& word, const std::string& by) {
     const std::string wanted = lowered(word);
     const bool ascii = std::all_of(word.begin(), word.end(), is_word);
@@ -71,6 +92,12 @@ void replace_word(std::string& text, const std::string& word, const std::string&
 }
 
 } // namespace
+
+Redactor::Redactor(const Secrets& secrets) : secrets_(secrets) {
+    for (std::vector<std::string>* list : {&secrets_.own_folders, &secrets_.named_paths}) {
+        std::transform(list->begin(), list->end(), list->begin(), comparable);
+    }
+}
 
 std::string Redactor::placeholder(const std::string& scene) {
     const auto known = scenes_.emplace(lowered(scene), scenes_.size() + 1).first;
@@ -93,7 +120,7 @@ std::string Redactor::known_line(const std::string& text) {
     return text;
 }
 
-// Of our own folder's paths only those in compress name a scene.
+// Of our own folders' paths only those in compress name a scene.
 std::string Redactor::own_path(const std::string& path) {
     const std::string small = lowered(path);
     for (const char* folder : {"\\compress\\", "/compress/", "\\compress/", "/compress\\"}) {
@@ -105,8 +132,24 @@ std::string Redactor::own_path(const std::string& path) {
     return path;
 }
 
-std::string Redactor::paths(const std::string& text) {
-    const std::string own = lowered(secrets_.own_folder);
+// How much of the text, from here on, is a path that may stay; 0: nothing.
+std::size_t Redactor::own_length(const std::string& text, std::size_t at, Speaker speaker) const {
+    std::vector<std::string> wanted = secrets_.own_folders;
+    if (speaker == Speaker::diagnostics) {
+        wanted.insert(wanted.end(), secrets_.named_paths.begin(), secrets_.named_paths.end());
+    }
+    std::size_t longest = 0;
+    for (const std::string& path : wanted) {
+        const std::size_t end = at + path.size();
+        const bool ends = end >= text.size() || speaker == Speaker::anybody || !is_word(text[end]);
+        if (ends && comparable(text.substr(at, path.size())) == path) {
+            longest = std::max(longest, path.size());
+        }
+    }
+    return longest;
+}
+
+std::string Redactor::paths(const std::string& text, Speaker speaker) {
     std::string result;
     std::size_t at = 0;
     while (at < text.size()) {
@@ -115,11 +158,10 @@ std::string Redactor::paths(const std::string& text) {
             continue;
         }
         const std::size_t end = path_end(text, at);
-        std::string start = lowered(text.substr(at, own.size()));
-        std::replace(start.begin(), start.end(), '/', '\\');
-        const bool is_own = !own.empty() && start == own;
+        const std::size_t own = own_length(text, at, speaker);
+        const bool is_own = own != 0;
         // Another path may follow in the same line; then only what is before it is ours.
-        std::size_t next = at + std::max<std::size_t>(own.size(), 1);
+        std::size_t next = at + own;
         while (is_own && next < end && !starts_path(text, next)) {
             ++next;
         }
@@ -164,20 +206,17 @@ std::string Redactor::people(std::string text) const {
 }
 
 std::string Redactor::line(const std::string& text) {
-    return people(scene_names(paths(known_line(text))));
+    return people(scene_names(paths(known_line(text), Speaker::anybody)));
 }
 
 std::string Redactor::text(const std::string& lines) {
-    std::string result;
-    std::size_t from = 0;
-    while (from < lines.size()) {
-        const std::size_t end = std::min(lines.find_first_of("\r\n", from), lines.size());
-        result += line(lines.substr(from, end - from));
-        const std::size_t next = std::min(lines.find_first_not_of("\r\n", end), lines.size());
-        result += lines.substr(end, next - end);
-        from = next;
-    }
-    return result;
+    return each_line(lines, [this](const std::string& text) { return line(text); });
+}
+
+std::string Redactor::findings(const std::string& lines) {
+    return each_line(lines, [this](const std::string& text) {
+        return people(scene_names(paths(text, Speaker::diagnostics)));
+    });
 }
 
 } // namespace diagnostics

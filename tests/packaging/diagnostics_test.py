@@ -16,6 +16,7 @@ from windows_machine import Machine
 
 RELEASE, BIN, PREFIX, OUT = (pathlib.Path(argument) for argument in sys.argv[1:5])
 FINE, PROBLEMS, NOT_DONE = 0, 1, 2
+PACKAGE = r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering"
 STAMP = "2024-03-07 09:05:02:045 [INFO] "
 
 
@@ -92,6 +93,9 @@ class DiagnosticsTest(unittest.TestCase):
         packed = self.packed()
         self.assertEqual(set(packed), {"summary.txt", "files.txt", "qfx_plugin.ini"})
         self.assertIn("MaxRenderGlobalsParser.mse.source", packed["files.txt"])
+        self.assertIn(rf"{PACKAGE}\Contents\TarvoRendering.gup", packed["files.txt"])
+        self.assertIn(rf"The plugin 1.3.5 is installed: {PACKAGE}\Contents\TarvoRendering.gup", packed["summary.txt"])
+        self.assertNotIn("<path>", packed["summary.txt"] + packed["files.txt"])
         self.assertIn("lowerversion=1.3.5", packed["qfx_plugin.ini"])
         self.assertFalse((self.machine.data / "json/tarvo_diagnostics.tmp").exists())
 
@@ -132,8 +136,20 @@ class DiagnosticsTest(unittest.TestCase):
         for secret in (f"C:\\users\\{user}", r"D:\客户\Villa Nova.max", "别墅.max", f"told {user} so"):
             self.assertIn(secret, log)
 
+    def test_04_where_the_host_lies_may_be_said(self):
+        host = r"D:\Programs\3ds Max 2019"
+        key = r"HKLM\SOFTWARE\Autodesk\3dsMax\21.0"
+        self.machine.run("reg", "add", key, "/v", "Installdir", "/d", host + "\\", "/f", "/reg:64")
+        try:
+            code, text = self.diagnose()
+        finally:
+            self.machine.run("reg", "delete", key, "/f", "/reg:64")
+        self.assertEqual(code, FINE)
+        for said in (text, self.packed()["summary.txt"]):
+            self.assertIn(f"ok       3ds Max 2019 is in {host}\\", said)
+
     def broken(self, path: str, content, expected: str):
-        """With a file changed (None: deleted; a number: its rights), exactly this one problem is named."""
+        """With a file changed (None: deleted; a number: its rights), exactly this one problem is named, twice."""
         file = self.machine.data / path if not path.startswith("..") else self.machine.program_data / path[3:]
         before = file.read_bytes() if file.exists() else None
         mode = file.stat().st_mode if before is not None else None
@@ -154,6 +170,7 @@ class DiagnosticsTest(unittest.TestCase):
         problems = self.problems(text)
         self.assertEqual(len(problems), 1, text)
         self.assertIn(expected, problems[0])
+        self.assertEqual(self.problems(self.packed()["summary.txt"]), problems)
         self.assertEqual(code, PROBLEMS)
 
     def test_10_nobody_listens(self):
@@ -207,6 +224,12 @@ class DiagnosticsTest(unittest.TestCase):
         # The right of others to write is one of the few that Wine passes on.
         self.broken("7-Zip/7z.exe", 0o777, "7z.exe can be changed by every user")
 
+    def test_20_a_file_of_the_package_is_missing(self):
+        contents = "../Autodesk/ApplicationPlugins/TarvoRendering/Contents"
+        self.broken(f"{contents}/PrepareAnalysisScript.ms", None,
+                    rf"{PACKAGE}\Contents\PrepareAnalysisScript.ms is missing")
+        self.assertNotIn("PrepareAnalysisScript.ms", self.packed()["files.txt"])
+
     def test_30_nothing_installed(self):
         aside = OUT / "aside"
         shutil.rmtree(aside, ignore_errors=True)
@@ -218,6 +241,7 @@ class DiagnosticsTest(unittest.TestCase):
         self.assertEqual(code, PROBLEMS)
         self.assertEqual(self.problems(text),
                          [r"C:\ProgramData\Tarvo Rendering is missing: Tarvo Rendering is not installed."])
+        self.assertEqual(self.problems(self.packed()["summary.txt"]), self.problems(text))
 
     def test_31_a_zip_that_cannot_be_written(self):
         code, text = self.diagnose("--out", r"C:\no\such\folder\x.zip")

@@ -11,7 +11,9 @@ Redactor make_redactor() {
     Secrets secrets;
     secrets.user_names = {"anna", "\xE5\xBC\xA0\xE4\xBC\x9F"};
     secrets.computer = "STUDIO7";
-    secrets.own_folder = "C:\\ProgramData\\Tarvo Rendering";
+    secrets.own_folders = {"C:\\ProgramData\\Tarvo Rendering",
+                           "C:\\ProgramData\\Autodesk\\ApplicationPlugins\\TarvoRendering"};
+    secrets.named_paths = {"C:\\ProgramData\\Tarvo.exe", "C:\\ProgramData\\Tarvo", "D:\\3ds Max 2019"};
     return Redactor(secrets);
 }
 
@@ -54,6 +56,42 @@ TEST(Redaction, EveryOtherPathGoesUpToAQuotationMarkOrTheEnd) {
     EXPECT_EQ(redactor.line("C:\\ProgramData\\Tarvo Rendering\\json, D:\\jobs"),
               "C:\\ProgramData\\Tarvo Rendering\\json, <path>");
     EXPECT_EQ(redactor.line("https://farm.example is no path"), "https://farm.example is no path");
+}
+
+TEST(Redaction, AFindingKeepsThePathsItNamesAndTheWordsBehindThem) {
+    Redactor redactor = make_redactor();
+    for (const char* finding :
+         {"PROBLEM  C:\\ProgramData\\Tarvo Rendering is missing: Tarvo Rendering is not installed.",
+          "PROBLEM  C:\\ProgramData\\Tarvo.exe would be started in place of 7-Zip.",
+          "PROBLEM  C:\\ProgramData\\Tarvo would be started in place of 7-Zip.",
+          "ok       The plugin 1.3.5 is installed: "
+          "C:\\ProgramData\\Autodesk\\ApplicationPlugins\\TarvoRendering\\Contents\\TarvoRendering.gup",
+          "ok       3ds Max 2019 is in D:\\3ds Max 2019\\",
+          "         -> Correct ip in C:\\ProgramData\\Tarvo Rendering\\script\\qfx_plugin.ini; it is "
+          "usual."}) {
+        EXPECT_EQ(redactor.findings(finding), finding);
+    }
+}
+
+TEST(Redaction, WhatAFindingQuotesGoesAsInAnyOtherText) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.findings("(port is \"D:\\jobs\\Villa\").\r\nby anna"),
+              "(port is \"<path>\").\r\nby <user>");
+    EXPECT_EQ(redactor.findings("C:\\ProgramData\\Tarvo_2 is there"), "<path>");
+    EXPECT_EQ(redactor.findings("D:\\3ds Max 2019b"), "<path>");
+}
+
+TEST(Redaction, PathsThatOnlyFindingsNameGoFromOtherTexts) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.text("C:\\ProgramData\\Tarvo.exe\nD:\\3ds Max 2019\\maps\\Villa.jpg"),
+              "<path>\n<path>");
+}
+
+TEST(Redaction, PathsBelowThePackageStay) {
+    Redactor redactor = make_redactor();
+    const std::string entry = "2024-03-07 09:05:02  12  C:\\ProgramData\\Autodesk\\ApplicationPlugins\\"
+                              "TarvoRendering\\Contents\\PrepareAnalysisScript.ms";
+    EXPECT_EQ(redactor.line(entry), entry);
 }
 
 TEST(Redaction, ASceneNameWithoutAPathGoes) {

@@ -178,6 +178,12 @@ std::string file_tail(const std::wstring& path, unsigned long limit) {
     DWORD read = 0;
     ::ReadFile(file.get(), &content[0], limit, &read, nullptr);
     content.resize(read);
+    if (from.QuadPart > 0) {
+        // What is left of a cut line cannot be judged: a path without its start does not look like one, and
+        // with half a character the line seems to be in another code page.
+        const std::size_t end = content.find('\n');
+        content.erase(0, end == std::string::npos ? end : end + 1);
+    }
     return content;
 }
 

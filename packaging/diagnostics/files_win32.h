@@ -29,7 +29,7 @@ struct Entry {
 // Everything below a folder, so many levels deep at most, sorted by path.
 std::vector<Entry> entries_below(const std::wstring& folder, int levels);
 
-// The last bytes of a file, as they are; empty when it cannot be read.
+// The last bytes of a file, as they are, from the start of a line; empty when it cannot be read.
 std::string file_tail(const std::wstring& path, unsigned long limit);
 
 unsigned long long free_bytes(const std::wstring& folder);

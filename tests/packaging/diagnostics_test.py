@@ -17,6 +17,7 @@ from windows_machine import Machine
 RELEASE, BIN, PREFIX, OUT = (pathlib.Path(argument) for argument in sys.argv[1:5])
 FINE, PROBLEMS, NOT_DONE = 0, 1, 2
 PACKAGE = r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering"
+LOG_BYTES = 256 * 1024
 STAMP = "2024-03-07 09:05:02:045 [INFO] "
 
 
@@ -147,6 +148,18 @@ class DiagnosticsTest(unittest.TestCase):
         self.assertEqual(code, FINE)
         for said in (text, self.packed()["summary.txt"]):
             self.assertIn(f"ok       3ds Max 2019 is in {host}\\", said)
+
+    def test_05_of_a_long_log_the_last_whole_lines_are_gathered(self):
+        rest = "客户\\Meier\\Villa Nova.max to D:\\Villa Nova.max Success!\r\n".encode()[1:]
+        whole = f"{STAMP}No errors!\r\n" * 1000
+        whole += STAMP + "x" * (LOG_BYTES - len(rest) - len(whole) - len(STAMP) - 2) + "\r\n"
+        log = self.machine.data / "log1.3.5/qfx_data.log"
+        # Of this line the last 256 KB begin within the first character of the customer's folder.
+        log.write_bytes(f"{STAMP}Backup file from D:\\客".encode()[:-2] + rest + whole.encode())
+        code, text = self.diagnose()
+        log.unlink()
+        self.assertEqual(code, FINE, text)
+        self.assertTrue(self.packed()["log1.3.5/qfx_data.log"] == whole, "another text")
 
     def broken(self, path: str, content, expected: str):
         """With a file changed (None: deleted; a number: its rights), exactly this one problem is named, twice."""

@@ -35,15 +35,26 @@ bool is_word(char character) {
     return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_';
 }
 
+bool ends_with(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
 bool is_slash(char character) {
     return character == '\\' || character == '/';
+}
+
+// The slashes of a web address; any other pair of slashes may be a server's path.
+bool starts_web_address(const std::string& text, std::size_t slashes) {
+    const std::string before = lowered(text.substr(0, slashes));
+    return text.compare(slashes, 2, "//") == 0 && (ends_with(before, "http:") || ends_with(before, "https:"));
 }
 
 bool starts_path(const std::string& text, std::size_t at) {
     const auto is = [&text](std::size_t i, bool (*kind)(char)) { return i < text.size() && kind(text[i]); };
     const bool drive = std::isalpha(static_cast<unsigned char>(text[at])) != 0 && at + 1 < text.size() &&
                        text[at + 1] == ':' && is(at + 2, is_slash) && (at == 0 || !is_word(text[at - 1]));
-    const bool server = text[at] == '\\' && is(at + 1, is_slash) && at + 2 < text.size();
+    const bool server =
+        is_slash(text[at]) && is(at + 1, is_slash) && at + 2 < text.size() && !starts_web_address(text, at);
     return drive || server;
 }
 

@@ -58,6 +58,21 @@ TEST(Redaction, EveryOtherPathGoesUpToAQuotationMarkOrTheEnd) {
     EXPECT_EQ(redactor.line("https://farm.example is no path"), "https://farm.example is no path");
 }
 
+TEST(Redaction, AServersPathGoesWhicheverWayItsSlashesLean) {
+    Redactor redactor = make_redactor();
+    EXPECT_EQ(redactor.line("saw //server/share/Villa and more"), "saw <path>");
+    EXPECT_EQ(redactor.line("//server/share"), "<path>");
+    EXPECT_EQ(redactor.line("saw \\/server/share"), "saw <path>");
+    EXPECT_EQ(redactor.line("saw /\\server/share"), "saw <path>");
+    EXPECT_EQ(redactor.line("saved to:\\\\server\\share"), "saved to:<path>");
+    EXPECT_EQ(redactor.line("saved to://server/share"), "saved to:<path>");
+    EXPECT_EQ(redactor.line("file://server/share/Villa"), "file:<path>");
+    for (const char* address :
+         {"HTTP://farm.example/x is no path", "http://farm.example", "and/or", "a //"}) {
+        EXPECT_EQ(redactor.line(address), address);
+    }
+}
+
 TEST(Redaction, AFindingKeepsThePathsItNamesAndTheWordsBehindThem) {
     Redactor redactor = make_redactor();
     for (const char* finding :

@@ -152,7 +152,9 @@ std::size_t Redactor::own_length(const std::string& text, std::size_t at, Speake
     std::size_t longest = 0;
     for (const std::string& path : wanted) {
         const std::size_t end = at + path.size();
-        const bool ends = end >= text.size() || speaker == Speaker::anybody || !is_word(text[end]);
+        // Words may follow only in what we say ourselves: elsewhere they may belong to a longer name.
+        const bool ends = end >= path_end(text, at) || is_slash(text[end]) ||
+                          (speaker == Speaker::diagnostics && !is_word(text[end]));
         if (ends && comparable(text.substr(at, path.size())) == path) {
             longest = std::max(longest, path.size());
         }

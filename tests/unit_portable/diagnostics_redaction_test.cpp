@@ -73,6 +73,18 @@ TEST(Redaction, AServersPathGoesWhicheverWayItsSlashesLean) {
     }
 }
 
+TEST(Redaction, AFolderWhoseNameOnlyBeginsLikeTheOwnOneIsNotOwn) {
+    Redactor redactor = make_redactor();
+    const std::string own = "C:\\ProgramData\\Tarvo Rendering";
+    for (const char* more :
+         {" Kunde\\Villa\\a.txt", " Kunde", "2\\a.txt", "-2/a.txt", ".old", "\xE5\xBC\xA0\\a.txt"}) {
+        EXPECT_EQ(redactor.line("saw " + own + more), "saw <path>") << more;
+    }
+    for (const char* end : {"", "\\", "/json", "\" is there", "\\Kunde"}) {
+        EXPECT_EQ(redactor.line("saw " + own + end), "saw " + own + end) << end;
+    }
+}
+
 TEST(Redaction, AFindingKeepsThePathsItNamesAndTheWordsBehindThem) {
     Redactor redactor = make_redactor();
     for (const char* finding :

@@ -108,6 +108,16 @@ Redactor::Redactor(const Secrets& secrets) : secrets_(secrets) {
     for (std::vector<std::string>* list : {&secrets_.own_folders, &secrets_.named_paths}) {
         std::transform(list->begin(), list->end(), list->begin(), comparable);
     }
+    for (const std::string& user : secrets_.user_names) {
+        names_.push_back({user, "<user>"});
+    }
+    names_.push_back({secrets_.computer, "<computer>"});
+    names_.erase(
+        std::remove_if(names_.begin(), names_.end(), [](const Name& name) { return name.text.empty(); }),
+        names_.end());
+    // A name may hold a shorter one, whose placeholder would leave the rest of the longer.
+    std::stable_sort(names_.begin(), names_.end(),
+                     [](const Name& one, const Name& other) { return one.text.size() > other.text.size(); });
 }
 
 std::string Redactor::placeholder(const std::string& scene) {
@@ -207,13 +217,8 @@ std::string Redactor::scene_names(std::string text) {
 }
 
 std::string Redactor::people(std::string text) const {
-    for (const std::string& name : secrets_.user_names) {
-        if (!name.empty()) {
-            replace_word(text, name, "<user>");
-        }
-    }
-    if (!secrets_.computer.empty()) {
-        replace_word(text, secrets_.computer, "<computer>");
+    for (const Name& name : names_) {
+        replace_word(text, name.text, name.placeholder);
     }
     return text;
 }

@@ -41,7 +41,13 @@ private:
     std::string own_path(const std::string& path);
     std::string people(std::string text) const;
 
+    struct Name {
+        std::string text;
+        std::string placeholder;
+    };
+
     Secrets secrets_;
+    std::vector<Name> names_; // of people and the computer, the longest first
     std::map<std::string, std::size_t> scenes_;
 };
 

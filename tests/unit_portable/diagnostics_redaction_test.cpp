@@ -142,6 +142,15 @@ TEST(Redaction, NamesOfPeopleAndTheComputerGoAsWholeWords) {
     EXPECT_EQ(Redactor(nobody).line("nothing to hide"), "nothing to hide");
 }
 
+TEST(Redaction, OfTwoNamesThatBeginAlikeTheLongerGoesAsAWhole) {
+    Secrets secrets;
+    secrets.user_names = {"\xE6\x9D\x8E", "\xE6\x9D\x8E\xE5\x9B\x9B", "anna"};
+    secrets.computer = "ANNA-PC";
+    Redactor redactor(secrets);
+    EXPECT_EQ(redactor.line("by \xE6\x9D\x8E\xE5\x9B\x9B and \xE6\x9D\x8E."), "by <user> and <user>.");
+    EXPECT_EQ(redactor.line("anna on anna-pc"), "<user> on <computer>");
+}
+
 TEST(Redaction, ATextKeepsItsLines) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.text("anna\r\n\r\nD:\\x\nend"), "<user>\r\n\r\n<path>\nend");

@@ -14,13 +14,6 @@ namespace diagnostics {
 
 namespace {
 
-// Writing into a file or its rights, deleting it; for a folder, deleting what is in it. Adding files is
-// allowed in the folder of the scripts, and means nothing for a single file.
-constexpr DWORD kChangesFile =
-    FILE_WRITE_DATA | FILE_APPEND_DATA | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
-constexpr DWORD kChangesFolder =
-    FILE_DELETE_CHILD | DELETE | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
-
 unsigned long long joined(DWORD high, DWORD low) {
     return (static_cast<unsigned long long>(high) << 32) | low;
 }
@@ -137,19 +130,17 @@ std::string file_version(const std::wstring& path) {
            std::to_string(HIWORD(info->dwFileVersionLS));
 }
 
-bool changeable_by_all(const std::wstring& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+bool changeable_by_all(const ClosedPlace& place) {
     PACL list = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (attributes == INVALID_FILE_ATTRIBUTES ||
-        ::GetNamedSecurityInfoW(const_cast<wchar_t*>(path.c_str()), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION,
-                                nullptr, nullptr, &list, nullptr, &descriptor) != ERROR_SUCCESS) {
+    if (::GetFileAttributesW(place.path.c_str()) == INVALID_FILE_ATTRIBUTES ||
+        ::GetNamedSecurityInfoW(const_cast<wchar_t*>(place.path.c_str()), SE_FILE_OBJECT,
+                                DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
+                                &descriptor) != ERROR_SUCCESS) {
         return false;
     }
-    const bool is_folder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     // No list at all lets everybody do everything.
-    const bool open =
-        list == nullptr || (everybodys_rights(list) & (is_folder ? kChangesFolder : kChangesFile)) != 0;
+    const bool open = list == nullptr || opens(everybodys_rights(list), place.kind);
     ::LocalFree(descriptor);
     return open;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "packaging/diagnostics/facts.h"
+#include "packaging/diagnostics/rights.h"
 
 #include <string>
 #include <vector>
@@ -15,9 +16,9 @@ FolderFact folder_fact(const std::wstring& path);
 // "1.3.5", from the version resource; empty when there is none.
 std::string file_version(const std::wstring& path);
 
-// True when the rights let ordinary users (Users, Authenticated Users or Everyone) change the file, or what
-// the folder holds already.
-bool changeable_by_all(const std::wstring& path);
+// True when it is there and its rights open it (rights.h) to ordinary users: Users, Authenticated Users or
+// Everyone.
+bool changeable_by_all(const ClosedPlace& place);
 
 struct Entry {
     std::wstring path;

@@ -110,24 +110,13 @@ void gather_rights(const Places& places, Facts& facts) {
     const std::wstring log =
         L"\\log" + tarvo::read_profile_text(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
     facts.written_folders.push_back(folder_fact(places.data + log));
-    const std::wstring script = places.data + L"\\script";
-    std::vector<std::wstring> closed = {places.data,
-                                        script,
-                                        script + L"\\MaxRenderGlobalsParser.ms",
-                                        places.data + L"\\7-Zip",
-                                        places.data + L"\\7-Zip\\7z.exe",
-                                        places.data + L"\\7-Zip\\7z.dll",
-                                        places.package,
-                                        places.package + L"\\PackageContents.xml",
-                                        places.package + L"\\Contents",
-                                        places.package + L"\\Contents\\TarvoRendering.gup",
-                                        places.package + L"\\Contents\\PrepareAnalysisScript.ms"};
+    std::vector<ClosedPlace> closed = closed_places(places.data, places.package);
     for (const wchar_t* name : kVirusScripts) {
-        closed.push_back(script + L"\\" + name);
+        closed.push_back({places.data + L"\\script\\" + name, Kind::file});
     }
-    for (const std::wstring& path : closed) {
-        if (changeable_by_all(path)) {
-            facts.open_to_all.push_back(to_utf8(path));
+    for (const ClosedPlace& place : closed) {
+        if (changeable_by_all(place)) {
+            facts.open_to_all.push_back(to_utf8(place.path));
         }
     }
 }

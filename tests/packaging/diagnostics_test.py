@@ -243,6 +243,19 @@ class DiagnosticsTest(unittest.TestCase):
                     rf"{PACKAGE}\Contents\PrepareAnalysisScript.ms is missing")
         self.assertNotIn("PrepareAnalysisScript.ms", self.packed()["files.txt"])
 
+    def test_21_a_folder_that_everybody_can_change(self):
+        package = self.machine.package
+        for folder, name in ((self.machine.data / "7-Zip", r"C:\ProgramData\Tarvo Rendering\7-Zip"),
+                             (package, PACKAGE), (package / "Contents", PACKAGE + r"\Contents")):
+            mode = folder.stat().st_mode
+            folder.chmod(0o777)
+            try:
+                code, text = self.diagnose()
+            finally:
+                folder.chmod(mode)
+            self.assertEqual(code, PROBLEMS)
+            self.assertEqual(self.problems(text), [f"{name} can be changed by every user of this computer."])
+
     def test_30_nothing_installed(self):
         aside = OUT / "aside"
         shutil.rmtree(aside, ignore_errors=True)

@@ -13,8 +13,16 @@
 !macroend
 !define SetRights "!insertmacro SetRights"
 
+; Looked at once more: until its rights are set, whoever made the folder can put a link in its place.
 !macro MakeFolder FOLDER RIGHTS
     CreateDirectory "${FOLDER}"
+    Push "${FOLDER}"
+    Call Link
+    Pop $R0
+    ${If} $R0 != ""
+        Call UndoFirstInstallation
+        ${Stop} ${EXIT_LINK} TEXT_LINK `$R0 has become a link`
+    ${EndIf}
     ${SetRights} "${FOLDER}" "${RIGHTS}"
 !macroend
 !define MakeFolder "!insertmacro MakeFolder"
@@ -183,6 +191,7 @@ FunctionEnd
 
 Section
     SetOverwrite try
+    Call StopIfLinkInTheWay
     Call StopIfProgramInTheWay
     Call StopIfInUse
     StrCpy $FirstInstallation 1

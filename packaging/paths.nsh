@@ -14,3 +14,4 @@
 !define EXIT_NO_RIGHTS 5
 !define EXIT_RIGHTS_NOT_SET 6
 !define EXIT_BAD_OPTION 7
+!define EXIT_LINK 8

@@ -9,6 +9,7 @@ Function ${UN}RemoveEncryptedScript
 FunctionEnd
 
 Function ${UN}RemoveProgram
+    Call ${UN}RemoveLinks
     ; Without this file 3ds Max no longer sees the package.
     Delete "${PACKAGE_FOLDER}\PackageContents.xml"
     Delete "${PACKAGE_FOLDER}\Contents\TarvoRendering.gup"
@@ -60,13 +61,20 @@ FunctionEnd
 ; Settings, documents, archives and logs. By name and without descending: anybody may put files into these folders.
 !macro PurgeFunction
 Function un.Purge
+    Call un.RemoveLinks
     Delete "${INI_FILE}"
     Delete "${DATA_FOLDER}\json\*.json"
     Delete "${DATA_FOLDER}\compress\*.7z"
     Delete "${DATA_FOLDER}\compress\*.7z.tmp*"
     FindFirst $R1 $R2 "${DATA_FOLDER}\log*"
     ${DoWhile} $R2 != ""
-        Delete "${DATA_FOLDER}\$R2\qfx_*.log"
+        ; Users may add folders here at any time.
+        Push "${DATA_FOLDER}\$R2"
+        Call un.Link
+        Pop $R4
+        ${If} $R4 == ""
+            Delete "${DATA_FOLDER}\$R2\qfx_*.log"
+        ${EndIf}
         FindNext $R1 $R2
     ${Loop}
     FindClose $R1

@@ -8,7 +8,7 @@
 !define RIGHTS_DATA    "O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1200a9;;;BU)(A;;0x4;;;BU)(A;CIIO;0x2;;;BU)(A;OIIO;0x1301bf;;;BU)"
 ; The host, running as the user, writes MaxRenderGlobalsParser.mse beside the .ms.
 !define RIGHTS_SCRIPT  "O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1200a9;;;BU)(A;;0x2;;;BU)(A;OIIO;0x1301bf;;;CO)"
-; json, compress, log…: files only, no folders, so that nobody can lead the uninstaller elsewhere.
+; json, compress, log…: files only, no folders. A link that stood there before gets no rights: see MakeFolder.
 !define RIGHTS_WRITTEN "O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1200a9;;;BU)(A;;0x2;;;BU)(A;OIIO;0x1301bf;;;BU)"
 ; The module's package and 7-Zip.
 !define RIGHTS_PROGRAM "O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1200a9;;;BU)"

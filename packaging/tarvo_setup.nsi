@@ -74,10 +74,13 @@ VIProductVersion "${VERSION}.0"
 !insertmacro VersionTexts ${LANG_SIMPCHINESE} "${PRODUCT} 安装程序（用于 3ds Max 2019）"
 
 !include checks.nsh
+!include links.nsh
 !include rights.nsh
 !include remove.nsh
 !insertmacro CheckFunctions ""
 !insertmacro CheckFunctions "un."
+!insertmacro LinkFunctions ""
+!insertmacro LinkFunctions "un."
 !insertmacro RemoveFunctions ""
 !insertmacro RemoveFunctions "un."
 !insertmacro PurgeFunction

@@ -13,6 +13,7 @@ LangString TEXT_IN_THE_WAY ${L} "Windows would start this file in place of 7-Zip
 LangString TEXT_FAILED ${L} "Tarvo Rendering could not be installed completely. Free some disk space, close programs that may hold its files, and start the setup again."
 LangString TEXT_RIGHTS_NOT_SET ${L} "The rights on a folder of Tarvo Rendering could not be set. Without them other users could change its programs, so the setup has stopped."
 LangString TEXT_BAD_OPTION ${L} "The setup does not understand one of its options. They are explained in INSTALL.txt."
+LangString TEXT_LINK ${L} "A folder of Tarvo Rendering is a link to another place. Any user of this computer may have put it there, so it is not followed. Please delete the link (not what it leads to) and start again."
 LangString TEXT_UNINSTALL_TITLE ${L} "Remove Tarvo Rendering"
 LangString TEXT_UNINSTALL_SUBTITLE ${L} "The plugin is removed for everyone who uses this computer."
 LangString TEXT_UNINSTALL ${L} "The plugin, its scripts, 7-Zip and the start menu entry are removed. Please close 3ds Max first.$\r$\n$\r$\nSettings, logs, submitted documents and packed scenes stay in$\r$\n${DATA_FOLDER}$\r$\nunless you tick the box."

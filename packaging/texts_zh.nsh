@@ -13,6 +13,7 @@ LangString TEXT_IN_THE_WAY ${L} "由于此文件的名称和位置，Windows 在
 LangString TEXT_FAILED ${L} "Tarvo Rendering 未能完整安装。请释放一些磁盘空间，关闭可能占用其文件的程序，然后重新运行安装程序。"
 LangString TEXT_RIGHTS_NOT_SET ${L} "无法设置 Tarvo Rendering 某个文件夹的权限。没有这些权限，其他用户可能会更改其程序，因此安装已停止。"
 LangString TEXT_BAD_OPTION ${L} "安装程序无法识别某个选项。INSTALL.txt 中有这些选项的说明。"
+LangString TEXT_LINK ${L} "Tarvo Rendering 的一个文件夹是指向其他位置的链接。此计算机的任何用户都可能将它放在那里，因此不会沿着它进行操作。请删除该链接（不要删除它指向的内容），然后重新开始。"
 LangString TEXT_UNINSTALL_TITLE ${L} "删除 Tarvo Rendering"
 LangString TEXT_UNINSTALL_SUBTITLE ${L} "将为此计算机上的所有用户删除该插件。"
 LangString TEXT_UNINSTALL ${L} "将删除插件、脚本、7-Zip 和开始菜单项。请先关闭 3ds Max。$\r$\n$\r$\n设置、日志、已提交的文档和打包的场景将保留在$\r$\n${DATA_FOLDER}$\r$\n除非您勾选下面的选项。"

@@ -19,7 +19,7 @@ FOLDERS = {"Autodesk", "Autodesk/ApplicationPlugins", PACKAGE, f"{PACKAGE}/Conte
            f"{PACKAGE}/Licences", DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress",
            f"{DATA}/log1.3.5", MENU}
 MODULE = r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering\Contents\TarvoRendering.gup"
-EXIT_FAILED, EXIT_IN_USE, EXIT_IN_THE_WAY, EXIT_BAD_OPTION = 2, 3, 4, 7
+EXIT_FAILED, EXIT_IN_USE, EXIT_IN_THE_WAY, EXIT_BAD_OPTION, EXIT_LINK = 2, 3, 4, 7, 8
 
 
 def free_port() -> int:
@@ -219,6 +219,66 @@ class SetupTest(unittest.TestCase):
         self.assertEqual(self.new_names(), {DATA, f"{DATA}/script", f"{DATA}/script/TarvoAntivirusCrp_UTF8.ms",
                                             f"{DATA}/script/TarvoAntivirusCrp_UTF8.ms/inside"})
         shutil.rmtree(self.machine.data)
+
+    # --- links (Wine shows a symbolic link to a folder as Windows shows a junction)
+
+    def make_victim(self) -> pathlib.Path:
+        """A folder of somebody else, with a file of every name that setup or uninstaller deletes."""
+        victim = self.machine.program_data.parent / "Victim"
+        victim.mkdir()
+        for name in ("7z.exe", "version.dll", "qfx_plugin.ini", "1.json", "scene.7z", "qfx_1.log", "Uninstall.exe"):
+            (victim / name).write_bytes(b"somebody else's")
+        victim.chmod(0o755)
+        self.addCleanup(shutil.rmtree, victim)
+        return victim
+
+    def state(self, folder: pathlib.Path) -> dict:
+        return {path.name: (path.stat().st_mode, path.is_file() and path.read_bytes())
+                for path in [folder, *folder.iterdir()]}
+
+    def test_40_a_folder_that_is_a_link_stops_it(self):
+        victim = self.make_victim()
+        before = self.state(victim)
+        for name in (DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/log1.3.5",
+                     f"{DATA}/log0", PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics", f"{PACKAGE}/Licences"):
+            link = self.machine.program_data / name
+            link.parent.mkdir(parents=True, exist_ok=True)
+            link.symlink_to(victim)
+            names = self.new_names()
+            self.assertEqual(self.install(), EXIT_LINK, name)
+            self.assertIn("a link: C:\\ProgramData\\" + name.replace("/", "\\") + "\n", self.log.read_text())
+            self.assertEqual(self.state(victim), before, name)
+            self.assertEqual(self.new_names(), names, name)
+            link.unlink()
+        shutil.rmtree(self.machine.data)
+        shutil.rmtree(self.machine.program_data / "Autodesk")
+
+    def test_41_removing_follows_no_link(self):
+        # On Windows the link itself goes. Wine removes none, so that here the uninstaller stops.
+        victim = self.make_victim()
+        before = self.state(victim)
+        self.assertEqual(self.install(), 0)
+        log = self.logs / "uninstall.log"
+        for name in (PACKAGE + "/Licences", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/7-Zip", f"{DATA}/log2.0", DATA):
+            link = self.machine.program_data / name
+            aside = OUT / "aside"
+            if link.exists():
+                shutil.move(link, aside)
+            link.symlink_to(victim)
+            names = self.new_names()
+            code, _ = self.machine.run(self.machine.package / "Uninstall.exe", "/S", "/PURGE",
+                                       f"/LOG={self.machine.windows_path(log)}",
+                                       r"_?=C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering")
+            self.assertEqual(code, EXIT_LINK, name)
+            self.assertIn("a link, removed and not followed: C:\\ProgramData\\" + name.replace("/", "\\") + "\n",
+                          log.read_text())
+            self.assertEqual(self.state(victim), before, name)
+            self.assertEqual(self.new_names(), names, name)
+            link.unlink()
+            if aside.exists():
+                shutil.move(aside, link)
+        self.uninstall("/PURGE")
+        self.assertEqual(self.new_names(), set())
 
 
 if __name__ == "__main__":

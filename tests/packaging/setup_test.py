@@ -225,6 +225,7 @@ class SetupTest(unittest.TestCase):
     def make_victim(self) -> pathlib.Path:
         """A folder of somebody else, with a file of every name that setup or uninstaller deletes."""
         victim = self.machine.program_data.parent / "Victim"
+        shutil.rmtree(victim, ignore_errors=True)
         victim.mkdir()
         for name in ("7z.exe", "version.dll", "qfx_plugin.ini", "1.json", "scene.7z", "qfx_1.log", "Uninstall.exe"):
             (victim / name).write_bytes(b"somebody else's")

@@ -22,6 +22,8 @@ class Machine:
         """Takes away what other tests, or a run that was cut off, left behind."""
         for folder in (self.data, self.program_data / "Autodesk",
                        self.program_data / "Microsoft/Windows/Start Menu/Programs/Tarvo Rendering"):
+            if folder.is_symlink():
+                folder.unlink()
             shutil.rmtree(folder, ignore_errors=True)
         self.run("reg", "delete", KEY, "/f", "/reg:64")
 

@@ -260,9 +260,10 @@ class SetupTest(unittest.TestCase):
         before = self.state(victim)
         self.assertEqual(self.install(), 0)
         log = self.logs / "uninstall.log"
+        aside = OUT / "aside"
+        shutil.rmtree(aside, ignore_errors=True)
         for name in (PACKAGE + "/Licences", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/7-Zip", f"{DATA}/log2.0", DATA):
             link = self.machine.program_data / name
-            aside = OUT / "aside"
             if link.exists():
                 shutil.move(link, aside)
             link.symlink_to(victim)

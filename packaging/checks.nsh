@@ -3,6 +3,10 @@
 
 Var LogFile
 Var LogHandle
+; The rest of the command line, the word taken from it last, and whether that is an option of ours.
+Var Words
+Var Word
+Var Understood
 
 !macro Log TEXT
     FileWrite $LogHandle `${TEXT}$\r$\n`
@@ -22,18 +26,46 @@ Var LogHandle
 !macroend
 !define Stop "!insertmacro Stop"
 
-!macro OpenLog DEFAULT_NAME
-    ${GetParameters} $R0
-    ClearErrors
-    ${GetOptions} $R0 "/LOG=" $LogFile
-    ${If} ${Errors}
-        ; Programs that start others put the whole option in quotation marks when the path has a blank.
-        ClearErrors
-        ${WordFind2X} $R0 `"/LOG=` `"` "E+1" $LogFile
+; What $Word says behind OPTION ("/NAME="); VARIABLE stays as it is when that is no such option.
+!macro TakeValue OPTION VARIABLE
+    StrLen $R1 "${OPTION}"
+    StrCpy $R2 $Word $R1
+    ${If} $R2 == "${OPTION}"
+        StrCpy ${VARIABLE} $Word "" $R1
+        StrCpy $Understood 1
     ${EndIf}
-    ${If} ${Errors}
-        StrCpy $LogFile "$TEMP\${DEFAULT_NAME}"
+!macroend
+!define TakeValue "!insertmacro TakeValue"
+
+!macro TakeSwitch OPTION VARIABLE
+    ${If} $Word == "${OPTION}"
+        StrCpy ${VARIABLE} 1
+        StrCpy $Understood 1
     ${EndIf}
+!macroend
+!define TakeSwitch "!insertmacro TakeSwitch"
+
+; A mistyped option that is lost without a word would change what is installed.
+!macro StopUnlessUnderstood
+    ; Those of NSIS itself. /D= and _?= it has taken away already; they end the line.
+    ${If} $Word S== "/S"
+    ${OrIf} $Word S== "/NCRC"
+        StrCpy $Understood 1
+    ${EndIf}
+    ${If} $Understood != 1
+        ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `the option $Word is not known`
+    ${EndIf}
+!macroend
+!define StopUnlessUnderstood "!insertmacro StopUnlessUnderstood"
+
+!macro OpenLog UN DEFAULT_NAME
+    StrCpy $LogFile "$TEMP\${DEFAULT_NAME}"
+    ${GetParameters} $Words
+    Call ${UN}NextWord
+    ${DoWhile} $Word != ""
+        ${TakeValue} "/LOG=" $LogFile
+        Call ${UN}NextWord
+    ${Loop}
     FileOpen $LogHandle $LogFile w
     ${Log} `${PRODUCT} ${VERSION}: ${DEFAULT_NAME}`
 !macroend
@@ -48,8 +80,30 @@ Var LogHandle
 !macroend
 !define StopUnlessAdministrator "!insertmacro StopUnlessAdministrator"
 
-; A loaded module and a running program cannot be opened for writing.
 !macro CheckFunctions UN
+; Takes the first word off $Words; "" at the end. Programs that start others put a value, or the whole option, in
+; quotation marks when it has a blank; they belong to no word.
+Function ${UN}NextWord
+    StrCpy $Word ""
+    StrCpy $Understood 0
+    StrCpy $R2 0
+    ${DoWhile} $Words != ""
+        StrCpy $R1 $Words 1
+        StrCpy $Words $Words "" 1
+        ${If} $R1 == `"`
+            IntOp $R2 1 - $R2
+        ${ElseIf} $R1 == " "
+        ${AndIf} $R2 = 0
+            ${If} $Word != ""
+                Return
+            ${EndIf}
+        ${Else}
+            StrCpy $Word $Word$R1
+        ${EndIf}
+    ${Loop}
+FunctionEnd
+
+; A loaded module and a running program cannot be opened for writing.
 ; Stack: path. Leaves the path again, or "" when nobody holds the file (or it is not there).
 Function ${UN}HeldFile
     Exch $R1

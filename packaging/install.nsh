@@ -50,49 +50,34 @@
 !define LayScript "!insertmacro LayScript"
 
 Function TakeOptions
-    ${GetParameters} $R0
-    ; An option in quotation marks would otherwise belong to the value before it. None here has blanks.
-    ${WordReplace} $R0 `"` `` "+" $R0
-    ClearErrors
-    ${GetOptions} $R0 "/ALLOWTARVOEXE" $R1
-    ${IfNot} ${Errors}
-        StrCpy $AllowProgramInTheWay 1
-    ${EndIf}
     ReadRegDWORD $IniWritable HKLM "${UNINSTALL_KEY}" "IniWritable"
-    ClearErrors
-    ${GetOptions} $R0 "/INIWRITABLE" $R1
-    ${IfNot} ${Errors}
-        StrCpy $IniWritable 1
-    ${EndIf}
     StrCpy $Ip "127.0.0.1"
     StrCpy $Port "80"
     StrCpy $LowerVersion "${VERSION}"
-    ClearErrors
-    ${GetOptions} $R0 "/IP=" $R1
-    ${IfNot} ${Errors}
-        StrCpy $Ip $R1
-    ${EndIf}
-    ClearErrors
-    ${GetOptions} $R0 "/LOWERVERSION=" $R1
-    ${IfNot} ${Errors}
-        StrCpy $LowerVersion $R1
-    ${EndIf}
-    ClearErrors
-    ${GetOptions} $R0 "/PORT=" $R1
-    ${IfNot} ${Errors}
-        IntOp $Port $R1 + 0
-        ${If} $Port != $R1
-        ${OrIf} $Port < 1
-        ${OrIf} $Port > 65535
-            ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/PORT=$R1 is no port from 1 to 65535`
-        ${EndIf}
+    ${GetParameters} $Words
+    Call NextWord
+    ${DoWhile} $Word != ""
+        ${TakeSwitch} "/ALLOWTARVOEXE" $AllowProgramInTheWay
+        ${TakeSwitch} "/INIWRITABLE" $IniWritable
+        ${TakeValue} "/IP=" $Ip
+        ${TakeValue} "/LOWERVERSION=" $LowerVersion
+        ${TakeValue} "/PORT=" $Port
+        ${TakeValue} "/LOG=" $R3
+        ${StopUnlessUnderstood}
+        Call NextWord
+    ${Loop}
+    IntOp $R1 $Port + 0
+    ${If} $Port != $R1
+    ${OrIf} $Port < 1
+    ${OrIf} $Port > 65535
+        ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/PORT=$Port is no port from 1 to 65535`
     ${EndIf}
 FunctionEnd
 
 Function .onInit
     SetShellVarContext all
     SetRegView 64
-    ${OpenLog} "TarvoRendering-setup.log"
+    ${OpenLog} "" "TarvoRendering-setup.log"
     !insertmacro MUI_LANGDLL_DISPLAY
     ${StopUnlessAdministrator}
     Call TakeOptions

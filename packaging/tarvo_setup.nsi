@@ -16,7 +16,6 @@ ManifestSupportedOS all
 !include MUI2.nsh
 !include LogicLib.nsh
 !include FileFunc.nsh
-!include WordFunc.nsh
 !include nsDialogs.nsh
 !include paths.nsh
 

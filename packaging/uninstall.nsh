@@ -3,15 +3,17 @@
 Function un.onInit
     SetShellVarContext all
     SetRegView 64
-    ${OpenLog} "TarvoRendering-uninstall.log"
+    ${OpenLog} "un." "TarvoRendering-uninstall.log"
     !insertmacro MUI_UNGETLANGUAGE
     ${StopUnlessAdministrator}
-    ${GetParameters} $R0
-    ClearErrors
-    ${GetOptions} $R0 "/PURGE" $R1
-    ${IfNot} ${Errors}
-        StrCpy $Purge 1
-    ${EndIf}
+    ${GetParameters} $Words
+    Call un.NextWord
+    ${DoWhile} $Word != ""
+        ${TakeSwitch} "/PURGE" $Purge
+        ${TakeValue} "/LOG=" $R3
+        ${StopUnlessUnderstood}
+        Call un.NextWord
+    ${Loop}
 FunctionEnd
 
 Function un.AskWhatToRemove

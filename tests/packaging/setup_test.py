@@ -176,7 +176,28 @@ class SetupTest(unittest.TestCase):
         for port in ("abc", "0", "65536", "80x", "-1", ""):
             self.assertEqual(self.install(f"/PORT={port}"), EXIT_BAD_OPTION, port)
 
-    def test_25_an_ini_file_that_was_opened_stays_open(self):
+    def test_25_an_option_that_is_not_known_is_refused(self):
+        before = self.machine.files()
+        for option in ("/NONSENSE", "/INIWRITEABLE", "/INIWRITABLE=1", "/IP", "/purge", "INIWRITABLE", "-S", "/s",
+                       "/ALLOWTARVOEXE /NONSENSE"):
+            self.assertEqual(self.install(option), EXIT_BAD_OPTION, option)
+            self.assertIn(f"the option {option} is not known", self.log.read_text())
+        self.assertEqual(self.machine.files(), before)
+        self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
+
+    def test_26_the_options_of_the_installer_program_itself_are_known(self):
+        self.assertEqual(self.install("/NCRC", "/IP=::1", "/port=81"), 0)
+        # This one has to be the last.
+        self.assertEqual(self.machine.run(self.setup, "/S", r"/D=C:\elsewhere")[0], 0)
+
+    def test_27_the_uninstaller_refuses_what_it_does_not_know(self):
+        before = self.machine.files()
+        code, _ = self.machine.run(self.machine.package / "Uninstall.exe", "/S", "/PURG",
+                                   r"_?=C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering")
+        self.assertEqual(code, EXIT_BAD_OPTION)
+        self.assertEqual(self.machine.files(), before)
+
+    def test_28_an_ini_file_that_was_opened_stays_open(self):
         self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
         for options in (["/INIWRITABLE"], []):
             self.assertEqual(self.install(*options), 0)

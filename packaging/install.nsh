@@ -49,6 +49,41 @@
 !macroend
 !define LayScript "!insertmacro LayScript"
 
+; Stack: text. Leaves 1 when a folder's name can end in it, otherwise 0. Character by character: comparisons of texts
+; pass over some characters.
+Function CanEndAName
+    Exch $R1
+    Push $R2
+    Push $R3
+    StrLen $R2 $R1
+    ${DoWhile} $R2 > 0
+        IntOp $R2 $R2 - 1
+        StrCpy $R3 $R1 2 $R2
+        ${If} $R3 == ".."
+            StrCpy $R2 -1
+        ${EndIf}
+        StrCpy $R3 $R3 1
+        ${If} $R3 == "\"
+        ${OrIf} $R3 == "/"
+        ${OrIf} $R3 == ":"
+        ${OrIf} $R3 == "*"
+        ${OrIf} $R3 == "?"
+        ${OrIf} $R3 == "<"
+        ${OrIf} $R3 == ">"
+        ${OrIf} $R3 == "|"
+        ${OrIf} $R3 == `"`
+            StrCpy $R2 -1
+        ${EndIf}
+    ${Loop}
+    StrCpy $R1 1
+    ${If} $R2 < 0
+        StrCpy $R1 0
+    ${EndIf}
+    Pop $R3
+    Pop $R2
+    Exch $R1
+FunctionEnd
+
 Function TakeOptions
     ReadRegDWORD $IniWritable HKLM "${UNINSTALL_KEY}" "IniWritable"
     StrCpy $Ip "127.0.0.1"
@@ -71,6 +106,12 @@ Function TakeOptions
     ${OrIf} $Port < 1
     ${OrIf} $Port > 65535
         ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/PORT=$Port is no port from 1 to 65535`
+    ${EndIf}
+    Push $LowerVersion
+    Call CanEndAName
+    Pop $R1
+    ${If} $R1 = 0
+        ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/LOWERVERSION=$LowerVersion cannot end the name of a folder`
     ${EndIf}
 FunctionEnd
 
@@ -108,9 +149,23 @@ Function WriteIniFile
     ${Else}
         ${SetRights} "${INI_FILE}" "${RIGHTS_FILE}"
     ${EndIf}
-    ; The plugin's log folder carries the client's lowest version in its name.
+FunctionEnd
+
+; The plugin's log folder carries the client's lowest version in its name. What a user may have written into the ini file
+; must not lead elsewhere, nor stop an upgrade.
+Function MakeLogFolder
     ReadINIStr $LowerVersion "${INI_FILE}" general lowerversion
-    ${MakeFolder} "${DATA_FOLDER}\log$LowerVersion" "${RIGHTS_WRITTEN}"
+    Push $LowerVersion
+    Call CanEndAName
+    Pop $R1
+    ${If} $R1 = 1
+        CreateDirectory "${DATA_FOLDER}\log$LowerVersion"
+        ${If} ${FileExists} "${DATA_FOLDER}\log$LowerVersion\*.*"
+            ${MakeFolder} "${DATA_FOLDER}\log$LowerVersion" "${RIGHTS_WRITTEN}"
+            Return
+        ${EndIf}
+    ${EndIf}
+    ${Log} `no log folder: lowerversion=$LowerVersion`
 FunctionEnd
 
 Function LayData
@@ -191,6 +246,7 @@ Section
         ${Stop} ${EXIT_FAILED} TEXT_FAILED `a file could not be written`
     ${EndIf}
     Call WriteIniFile
+    Call MakeLogFolder
     Call MakeMenuEntry
     Call Register
     ${Log} `done`

@@ -197,7 +197,26 @@ class SetupTest(unittest.TestCase):
         self.assertEqual(code, EXIT_BAD_OPTION)
         self.assertEqual(self.machine.files(), before)
 
-    def test_28_an_ini_file_that_was_opened_stays_open(self):
+    def test_28_a_lowest_version_leads_nowhere_else(self):
+        outside = self.machine.program_data.parent / "Outside"
+        outside.mkdir()
+        self.addCleanup(outside.rmdir)
+        outside.chmod(0o755)
+        ini = self.machine.data / "script/qfx_plugin.ini"
+        kept = ini.read_bytes()
+        self.addCleanup(lambda: ini.write_bytes(kept))
+        before = self.new_names()
+        # A name that is too long for a folder is none either.
+        for version in (r"x\..\..\..\Outside", "x/../../../Outside", r"a\b", "a/b", "a:b", "1..2", "1*", "a|b", "x" * 300):
+            if len(version) < 300:
+                self.assertEqual(self.install(f"/LOWERVERSION={version}"), EXIT_BAD_OPTION, version)
+            ini.write_text(f"[general]\nlowerversion={version}\n")
+            self.assertEqual(self.install(), 0, version)
+            self.assertIn(f"no log folder: lowerversion={version}\n", self.log.read_text())
+            self.assertEqual(outside.stat().st_mode & 0o777, 0o755, version)
+            self.assertEqual(self.new_names(), before, version)
+
+    def test_29_an_ini_file_that_was_opened_stays_open(self):
         self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
         for options in (["/INIWRITABLE"], []):
             self.assertEqual(self.install(*options), 0)

@@ -1,5 +1,13 @@
 ; The installation itself. PackageContents.xml comes last: until then 3ds Max sees no package.
 
+!macro StopIfErrors LINE
+    ${If} ${Errors}
+        Call UndoFirstInstallation
+        ${Stop} ${EXIT_FAILED} TEXT_FAILED `${LINE}`
+    ${EndIf}
+!macroend
+!define StopIfErrors "!insertmacro StopIfErrors"
+
 !macro SetRights FOLDER_OR_FILE RIGHTS
     Push "${FOLDER_OR_FILE}"
     Push "${RIGHTS}"
@@ -129,6 +137,9 @@ Function UndoFirstInstallation
         ${Log} `taking away what was laid down`
         SetOutPath $TEMP
         Call RemoveProgram
+        ${If} $IniMade == 1
+            Delete "${INI_FILE}"
+        ${EndIf}
         Call RemoveEmptyFolders
     ${EndIf}
 FunctionEnd
@@ -138,10 +149,14 @@ Function WriteIniFile
     ${If} ${FileExists} "${INI_FILE}"
         ${Log} `kept: ${INI_FILE}`
     ${Else}
+        StrCpy $IniMade 1
         WriteINIStr "${INI_FILE}" general ip $Ip
         WriteINIStr "${INI_FILE}" general port $Port
         WriteINIStr "${INI_FILE}" general lowerversion $LowerVersion
+        ${StopIfErrors} `the ini file could not be written`
+        ; Calls it an error when all is well.
         FlushINI "${INI_FILE}"
+        ClearErrors
         ${Log} `file: ${INI_FILE}`
     ${EndIf}
     ${If} $IniWritable == 1
@@ -241,14 +256,14 @@ Section
     ClearErrors
     Call LayData
     Call LayPackage
-    ${If} ${Errors}
-        Call UndoFirstInstallation
-        ${Stop} ${EXIT_FAILED} TEXT_FAILED `a file could not be written`
-    ${EndIf}
+    ${StopIfErrors} `a file could not be written`
     Call WriteIniFile
     Call MakeLogFolder
+    ClearErrors
     Call MakeMenuEntry
+    ${StopIfErrors} `the link in the start menu could not be made`
     Call Register
+    ${StopIfErrors} `the registry could not be written`
     ${Log} `done`
     FileClose $LogHandle
     SetErrorLevel 0

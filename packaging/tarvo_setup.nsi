@@ -31,6 +31,7 @@ Var Ip
 Var Port
 Var LowerVersion
 Var FirstInstallation
+Var IniMade
 Var Purge
 Var PurgeBox
 

@@ -260,6 +260,23 @@ class SetupTest(unittest.TestCase):
                                             f"{DATA}/script/TarvoAntivirusCrp_UTF8.ms/inside"})
         shutil.rmtree(self.machine.data)
 
+    def test_34_an_entry_that_cannot_be_made_is_a_failure(self):
+        # A folder stands where the start menu's link is to lie. The ini file goes only when setup made it.
+        obstacle = self.machine.program_data / MENU / "Tarvo Rendering Diagnostics.lnk"
+        obstacle.mkdir(parents=True)
+        names = self.new_names()
+        self.assertEqual(self.install(), EXIT_FAILED)
+        self.assertIn("the link in the start menu could not be made", self.log.read_text())
+        self.assertEqual(self.new_names(), names)
+        self.assertEqual(self.machine.registry_value("DisplayVersion"), "")
+        ini = self.machine.data / "script/qfx_plugin.ini"
+        ini.parent.mkdir(parents=True)
+        ini.write_text("[general]\nport=1\n")
+        self.assertEqual(self.install(), EXIT_FAILED)
+        self.assertEqual(ini.read_text(), "[general]\nport=1\n")
+        shutil.rmtree(self.machine.data)
+        shutil.rmtree(obstacle.parent)
+
     # --- links (Wine shows a symbolic link to a folder as Windows shows a junction)
 
     def make_victim(self) -> pathlib.Path:

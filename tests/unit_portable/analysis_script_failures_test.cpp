@@ -85,6 +85,7 @@ TEST(AnalysisScriptFailures, EachQueryAlone) {
         {u"camera_fov", "1011", "{}", "vray_setting.camera_fov"},
         {u"camera_type", "1011", R"({"vray_setting":{"is_spherical":"false"}})", ""},
         {u"ATSOps.GetFiles", "1013", "{}", ""},
+        {u"AssetManager.GetNumAssets", "1014", "{}", ""},
     };
     for (const Failure& failure : kFailures) {
         expect_only(failure, L"V_Ray_Adv_3_60_03");

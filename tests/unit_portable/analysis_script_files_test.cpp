@@ -65,6 +65,43 @@ TEST(AnalysisScriptFiles, SceneAndOutputAreNoReferences) {
     EXPECT_EQ(lists.missing, Strings{});
 }
 
+// Both are written when both are asked for.
+TEST(AnalysisScriptFiles, TheRawFileIsNoReferenceEither) {
+    for (const bool saves_picture : {false, true}) {
+        ScriptedScene scene;
+        Json::Value& settings = scene.renderer(L"V_Ray_Adv_3_60_03");
+        settings["output_on"] = true;
+        settings["output_getsetsfrommax"] = false;
+        settings["output_saveFile"] = saves_picture;
+        settings["output_fileName"] = "D:\\out\\own.png";
+        settings["output_saveRawFile"] = true;
+        settings["output_rawFileName"] = "D:\\out\\own.vrimg";
+        scene.add_file(L"D:\\out\\own.png", false);
+        scene.add_file(L"d:/OUT/own.vrimg", false);
+        const Json::Value root = scene.analysis();
+        EXPECT_EQ(listed(root["reference_file"], "path"),
+                  saves_picture ? Strings{} : Strings{"D:\\out\\own.png"});
+        EXPECT_EQ(root["image_format"].asString(), saves_picture ? "png" : "vrimg");
+    }
+}
+
+// Outputs of elements and of the batch are told by the assets alone. A baked picture is written and read.
+TEST(AnalysisScriptFiles, OutputsOfElementsAreNoReferences) {
+    ScriptedScene scene;
+    scene.model().references = {{L"RenderOutput", L"D:\\out\\depth.png", L""},
+                                {L"BatchRender", L"D:\\out\\View.png", L""},
+                                {L"Bitmap", L"d:/out/VIEW.png", L""},
+                                {L"RenderOutput", L"D:\\out\\Depth.png", L""}};
+    scene.add_file(L"D:\\maps\\wood.png");
+    Lists lists = lists_of(scene);
+    EXPECT_EQ(lists.references, (Strings{"D:\\out\\View.png", "D:\\maps\\wood.png"}));
+    EXPECT_EQ(lists.missing, Strings{"D:\\out\\View.png"});
+    scene.host.fail_query(u"AssetManager.GetAssetByIndex");
+    const Json::Value root = scene.analysis();
+    EXPECT_EQ(error_codes(root), Strings{"1014"});
+    EXPECT_EQ(root["reference_file"].size(), 3u);
+}
+
 TEST(AnalysisScriptFiles, LookedForWhereTheHostLooks) {
     ScriptedScene scene;
     scene.model().path = L"C:\\scenes\\a.max";
@@ -115,6 +152,7 @@ TEST(AnalysisScriptFiles, EachOtherWayToAsk) {
         Strings codes;
         Strings references;
     } kCases[] = {
+        {{}, {}, {"D:\\a.png"}},
         {{u"ATSOps.GetFiles"}, {"1013"}, {"D:\\a.png"}},
         {{u"ATSOps.Refresh"}, {"1013"}, {"D:\\a.png"}},
         {{u"ATSOps.GetFiles", u"AssetManager.GetNumAssets"}, {"1013", "1014"}, {"D:\\a.png"}},

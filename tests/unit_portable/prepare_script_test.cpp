@@ -79,6 +79,33 @@ TEST(PrepareScript, SaysSoWhenItCannotWrite) {
     EXPECT_EQ(script_in(held), held.files.find(kSource)->bytes);
 }
 
+TEST(PrepareScript, KeepsWhatThereIsWhileTheSourceCannotBeRead) {
+    const Text expected = u"Tarvo Rendering: " + kSource + u" cannot be read.\n";
+    ScriptedScene scene;
+    scene.run_start_script();
+    const std::string script = script_in(scene);
+    scene.files.find(kSource)->unreadable = true;
+    EXPECT_EQ(scene.run_start_script(), expected);
+    ASSERT_NE(scene.files.find(kTarget), nullptr);
+    EXPECT_EQ(script_in(scene), script);
+    EXPECT_NE(scene.files.find(kStamp), nullptr);
+    // Nor is it taken for fresh when both sources are held.
+    scene.files.find(kStamp)->unreadable = true;
+    EXPECT_EQ(scene.run_start_script(), expected);
+    EXPECT_NE(scene.files.find(kTarget), nullptr);
+    ASSERT_TRUE(scene.files.remove(kTarget));
+    EXPECT_EQ(scene.run_start_script(), expected);
+}
+
+TEST(PrepareScript, KeepsWhatThereIsWhileItsStampIsHeld) {
+    ScriptedScene scene;
+    scene.run_start_script();
+    scene.files.find(kStamp)->unreadable = true;
+    EXPECT_EQ(scene.run_start_script(), u"Tarvo Rendering: " + kTarget + u" cannot be written.\n");
+    EXPECT_NE(scene.files.find(kTarget), nullptr);
+    EXPECT_NE(scene.files.find(kStamp), nullptr);
+}
+
 TEST(PrepareScript, NeverStopsTheStart) {
     ScriptedScene nothing;
     nothing.files.remove(kSource);

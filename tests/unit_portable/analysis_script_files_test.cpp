@@ -177,7 +177,7 @@ TEST(AnalysisScriptFiles, EachOtherWayToAsk) {
 void fill(ScriptedScene& scene, int count) {
     for (int i = 0; i < count; ++i) {
         scene.model().cameras.push_back(L"Camera" + std::to_wstring(i));
-        scene.add_file(L"D:\\maps\\" + std::to_wstring(i % 7) + L"\\map" + std::to_wstring(i / 2) + L".png",
+        scene.add_file(L"D:\\\u5BA2\u5385\\maps " + std::to_wstring(i % 7) + L"\\map" + std::to_wstring(i / 2) + L".png",
                        i % 10 != 0);
     }
 }
@@ -203,6 +203,16 @@ TEST(AnalysisScriptFiles, TenTimesTheFilesTakeHardlyMoreThanTenTimesTheSteps) {
     large.returned();
     ASSERT_GT(small.steps(), 400);
     EXPECT_LT(static_cast<double>(large.steps()) / static_cast<double>(small.steps()), 11.0);
+}
+
+// In steps of the language. It takes some six to look at a character, and as many again to write it alone.
+TEST(AnalysisScriptFiles, ALongChineseNameIsWrittenInOnePiece) {
+    ScriptedScene without;
+    without.returned();
+    ScriptedScene scene;
+    scene.model().cameras = {std::wstring(10000, L'\u5BA2')};
+    scene.returned();
+    EXPECT_LT(static_cast<double>(scene.steps() - without.steps()) / 10000.0, 8.0);
 }
 
 } // namespace

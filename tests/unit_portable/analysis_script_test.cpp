@@ -79,6 +79,7 @@ TEST(AnalysisScript, NamesWithEveryKindOfCharacter) {
         {L"\\", "\\"},
         {L"two\r\nlines\tand a tab", "two\r\nlines\tand a tab"},
         {std::wstring(L"\x01") + L"\x1F" + L"\x7F", "\x01\x1F\x7F"},
+        {L"\u5BA2\"\u5385 a\"\"\u5BA2", "\xE5\xAE\xA2\"\xE5\x8E\x85 a\"\"\xE5\xAE\xA2"},
         {L"100% of %1 {} [] 'a' `b`", "100% of %1 {} [] 'a' `b`"},
         {L"\u0416\u00E9\u20AC", "\xD0\x96\xC3\xA9\xE2\x82\xAC"},
         {L"", ""},

@@ -22,8 +22,8 @@ public:
             host_.model.cameras.push_back(L"Camera" + std::to_wstring(i));
         }
         for (int i = 0; i < count; ++i) {
-            const std::wstring path =
-                L"D:\\\u5BA2\u5385\\project " + std::to_wstring(i % 97) + L"\\map" + std::to_wstring(i) + L".png";
+            const std::wstring path = L"D:\\\u5BA2\u5385\\project " + std::to_wstring(i % 97) + L"\\map" +
+                                      std::to_wstring(i) + L".png";
             const bool exists = i % 10 != 0;
             host_.model.references.push_back({L"Bitmap", path, exists ? path : std::wstring()});
             if (exists) {

@@ -34,13 +34,16 @@ bool is_destination(const ReferencedFile& file) {
 }
 
 // The tracker lists the scene and its output as well.
-std::vector<Value> tracked_files(const SceneModel& model) {
+std::vector<Value> tracked_files(const SceneHost& host) {
+    const SceneModel& model = host.model;
     std::vector<Value> files;
     if (!model.path.empty()) {
         files.push_back(Value::string(text_of(model.path)));
     }
-    for (const ReferencedFile& file : model.references) {
-        files.push_back(Value::string(text_of(file.named)));
+    if (host.tracks_references) {
+        for (const ReferencedFile& file : model.references) {
+            files.push_back(Value::string(text_of(file.named)));
+        }
     }
     if (!model.render.output_file.empty()) {
         files.push_back(Value::string(text_of(model.render.output_file)));
@@ -56,7 +59,7 @@ void install_tracker(Interpreter& interpreter, SceneHost& host) {
     });
     tracker->add(u"GetFiles", 1, 1, {}, [&interpreter, &host](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"ATSOps.GetFiles");
-        std::vector<Value> files = tracked_files(host.model);
+        std::vector<Value> files = tracked_files(host);
         interpreter.charge(files.size());
         const std::size_t count = files.size();
         arguments.set_reference(0, Value::array(std::move(files)));
@@ -94,7 +97,7 @@ void install_assets(Interpreter& interpreter, SceneHost& host) {
     auto manager = std::make_shared<HostInterface>(u"AssetManager");
     manager->add(u"GetNumAssets", 0, 0, {}, [&interpreter, &host](Arguments&) {
         answer_or_fail(interpreter, host, u"AssetManager.GetNumAssets");
-        return Value::integer(static_cast<std::int32_t>(host.model.references.size()));
+        return Value::integer(host.has_assets ? static_cast<std::int32_t>(host.model.references.size()) : 0);
     });
     manager->add(u"GetAssetByIndex", 1, 1, {}, [&interpreter, &host, asset_class](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"AssetManager.GetAssetByIndex");
@@ -216,7 +219,8 @@ void install_map_folders(Interpreter& interpreter, SceneHost& host) {
     auto map_folders = std::make_shared<MapFolders>();
     folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"mapPaths.getFullFilePath");
-        return Value::string(map_folders->find(interpreter, host.model, arguments.text(0)));
+        const Text found = map_folders->find(interpreter, host.model, arguments.text(0));
+        return found.empty() && host.undefined_map_paths ? Value() : Value::string(found);
     });
     interpreter.globals().add_constant(u"mapPaths", Value::object(folders));
 }

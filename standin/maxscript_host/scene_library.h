@@ -24,6 +24,9 @@ using standin::SceneModel;
 // What the host knows. The model may be replaced between two runs.
 struct SceneHost {
     SceneModel model;
+    bool tracks_references = true;              // false: the tracker lists the scene and its output alone
+    bool has_assets = true;                     // false: the asset manager knows none
+    bool undefined_map_paths = false;           // a file that is in no map folder: undefined instead of ""
     std::int32_t release = 21000;               // first item of maxVersion()
     Text project_folder = u"C:\\Project";       // relative paths begin here
     std::map<Text, Text> environment_variables; // by name as it is asked for

@@ -123,6 +123,27 @@ TEST(AnalysisScriptFiles, LookedForWhereTheHostLooks) {
     EXPECT_EQ(lists.missing, (Strings{"D:\\old\\gone.png", "P:\\job\\nowhere.png"}));
 }
 
+TEST(AnalysisScriptFiles, ATrackerThatListsOnlyTheSceneKnowsNothing) {
+    for (const bool has_assets : {true, false}) {
+        ScriptedScene scene;
+        scene.model().path = L"C:\\scenes\\a.max";
+        scene.host.tracks_references = false;
+        scene.host.has_assets = has_assets;
+        scene.add_file(L"D:\\maps\\wood.png");
+        EXPECT_EQ(lists_of(scene).references, Strings{"D:\\maps\\wood.png"});
+    }
+}
+
+// Hosts differ in how they say that no map folder has a file.
+TEST(AnalysisScriptFiles, AFileThatIsNowhereIsMissing) {
+    for (const bool says_undefined : {false, true}) {
+        ScriptedScene scene;
+        scene.host.undefined_map_paths = says_undefined;
+        scene.add_file(L"D:\\maps\\gone.png", false);
+        EXPECT_EQ(lists_of(scene).missing, Strings{"D:\\maps\\gone.png"});
+    }
+}
+
 TEST(AnalysisScriptFiles, TwoNamesOfOneFile) {
     ScriptedScene scene;
     scene.host.project_folder = u"P:\\job";
@@ -177,7 +198,8 @@ TEST(AnalysisScriptFiles, EachOtherWayToAsk) {
 void fill(ScriptedScene& scene, int count) {
     for (int i = 0; i < count; ++i) {
         scene.model().cameras.push_back(L"Camera" + std::to_wstring(i));
-        scene.add_file(L"D:\\\u5BA2\u5385\\maps " + std::to_wstring(i % 7) + L"\\map" + std::to_wstring(i / 2) + L".png",
+        scene.add_file(L"D:\\\u5BA2\u5385\\maps " + std::to_wstring(i % 7) + L"\\map" +
+                           std::to_wstring(i / 2) + L".png",
                        i % 10 != 0);
     }
 }

@@ -1,4 +1,5 @@
 // The texts of the three virus checks: what they promise as scripts, whatever the scene.
+#include "tests/support/scripted_scene.h"
 #include "tests/unit_portable/virus_check_bench.h"
 
 namespace {
@@ -56,21 +57,35 @@ std::size_t first_use(const std::string& script, const std::string& word) {
     return at;
 }
 
-// Without a declaration a function of the script could become the value of a global of its name.
-TEST_P(VirusScript, DeclaresEveryFunctionBeforeItsDefinition) {
-    const std::string begin = "\n    fn ";
+// Without a declaration a function of the script could become the value of a global of its name. Gives how
+// many functions stand behind `indent`; members of a struct need no declaration.
+std::size_t expect_declared_functions(const std::string& script, const std::string& indent) {
+    const std::string begin = "\n" + indent + "fn ";
     std::size_t count = 0;
-    for (std::size_t at = script_.find(begin); at != std::string::npos; at = script_.find(begin, at + 1)) {
+    for (std::size_t at = script.find(begin); at != std::string::npos; at = script.find(begin, at + 1)) {
         const std::size_t name_at = at + begin.size();
-        const std::string name = script_.substr(name_at, script_.find(' ', name_at) - name_at);
-        const std::size_t declared = first_use(script_, name);
-        const std::size_t line = script_.rfind("\n    local ", declared);
-        ASSERT_NE(line, std::string::npos) << name;
+        const std::string name = script.substr(name_at, script.find(' ', name_at) - name_at);
+        const std::size_t declared = first_use(script, name);
+        const std::size_t line = script.rfind("\n" + indent + "local ", declared);
         EXPECT_LT(declared, at) << name;
-        EXPECT_EQ(script_.substr(line, declared - line).find_first_of("=(-#"), std::string::npos) << name;
+        EXPECT_NE(line, std::string::npos) << name;
+        EXPECT_EQ(script.substr(std::min(line, declared), declared - std::min(line, declared))
+                      .find_first_of("=(-#"),
+                  std::string::npos)
+            << name;
         ++count;
     }
-    EXPECT_GT(count, 15U);
+    return count;
+}
+
+TEST_P(VirusScript, DeclaresEveryFunctionBeforeItsDefinition) {
+    EXPECT_GT(expect_declared_functions(script_, "    "), 15U);
+}
+
+TEST(VirusScripts, AsDoTheScriptsOfTheAnalysis) {
+    EXPECT_EQ(expect_declared_functions(tarvo_test::shipped_script("PrepareAnalysisScript.ms"), "    "), 3U);
+    EXPECT_EQ(expect_declared_functions(tarvo_test::shipped_script("MaxRenderGlobalsParser.ms"), "        "),
+              2U);
 }
 
 // The words of the script's own part that can be variables.

@@ -74,6 +74,9 @@ Value show(Arguments& arguments, SecurityScene& scene) {
                        callback.script + u"\n";
         }
     }
+    if (listing.empty() && scene.tells_of_no_callbacks) {
+        listing = u"no callbacks with id #" + wanted.id + u"\n";
+    }
     if (arguments.keyword(u"to").is(Kind::string_stream)) {
         arguments.keyword(u"to").as_string_stream().text += listing;
     } else if (arguments.interpreter().environment().listener != nullptr) {

@@ -37,8 +37,9 @@ struct SceneNode {
 struct SecurityScene {
     std::vector<SceneCallback> callbacks;
     std::vector<std::shared_ptr<SceneNode>> nodes;
-    std::set<Text> stuck_globals; // folded: can be neither set nor removed
-    Text system_startup;          // what getDir answers; no closing separator
+    bool tells_of_no_callbacks = false; // a listing without any is a line that repeats the id
+    std::set<Text> stuck_globals;       // folded: can be neither set nor removed
+    Text system_startup;                // what getDir answers; no closing separator
     Text user_startup;
     // What was changed, in order: "callbacks.removeScripts id", "globalVars.set name", "delete name", ….
     std::vector<Text> journal;

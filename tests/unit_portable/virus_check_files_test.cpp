@@ -164,7 +164,7 @@ TEST_P(StartupFiles, AsksForALookAtAnUnknownForm) {
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[0].compare(0, 13, "look at start"), 0) << lines[0];
     EXPECT_NE(lines[0].find(utf8(kFile)), std::string::npos) << lines[0];
-    EXPECT_EQ(lines[1], "nothing found");
+    EXPECT_EQ(lines[1], "nothing else found; 1 file to look at");
     EXPECT_EQ(bench_.content(kFile), whole);
     bench_.scene.system_startup = bench_.scene.user_startup;
     EXPECT_EQ(bench_.check(), lines);
@@ -282,7 +282,16 @@ TEST_P(StartupFiles, PutsTheFileBackWhenTheNewOneCannotTakeItsName) {
 
 TEST_P(StartupFiles, TellsOfAFileThatCannotBeRead) {
     put(payload()).unreadable = true;
-    EXPECT_EQ(bench_.check(), Lines({"cannot read start-up file " + utf8(kFile), "nothing found"}));
+    EXPECT_EQ(bench_.check(),
+              Lines({"cannot read start-up file " + utf8(kFile), "nothing else found; 1 file to look at"}));
+}
+
+TEST_P(StartupFiles, CountsTheFilesThatAPersonHasToLookAt) {
+    put(payload());
+    bench_.files.put(VirusBench::user(u"unknown.ms"), GetParam().run);
+    bench_.files.put(VirusBench::system(u"held.ms"), "").unreadable = true;
+    EXPECT_EQ(bench_.check().back(), "1 found, 1 removed, 0 left; 2 files to look at.");
+    EXPECT_EQ(bench_.check().back(), "nothing else found; 2 files to look at");
 }
 
 struct NameCase {

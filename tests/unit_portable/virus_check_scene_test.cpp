@@ -306,7 +306,30 @@ TEST(VirusCheckAlc, TellsOfANodeThatIsNoHelperAndLeavesIt) {
     EXPECT_EQ(
         bench.check(),
         Lines({"could not remove helper Box001: it is no helper; take the script off its scale yourself",
-               std::string("1 found, 0 removed, 1 left") + kSave}));
+               "1 found, 0 removed, 1 left."}));
+}
+
+// What the file of the scene still holds is worth a word only when the scene no longer holds it.
+TEST_P(EachFamily, SaysNothingOfSavingWhenAllStays) {
+    VirusBench bench(GetParam().name);
+    bench.add_callback(GetParam().callbacks[0]);
+    bench.scene.callbacks[0].stuck = true;
+    bench.add_global(GetParam().globals[0]);
+    bench.scene.stuck_globals.insert(maxscript::folded(GetParam().globals[0]));
+    EXPECT_EQ(bench.check().back(), "2 found, 0 removed, 2 left.");
+    bench.add_callback(GetParam().callbacks[1]);
+    EXPECT_EQ(bench.check().back(), std::string("3 found, 1 removed, 2 left") + kSave);
+}
+
+// Nobody promises the form of the listing: a line that names the id may be no callback.
+TEST_P(EachFamily, TakesALineAboutNoCallbacksForNone) {
+    VirusBench bench(GetParam().name);
+    bench.scene.tells_of_no_callbacks = true;
+    EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+    bench.add_callback(u"MyTool");
+    infect(bench, GetParam());
+    EXPECT_EQ(bench.check(), removal_lines(GetParam()));
+    EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({u"MyTool"}));
 }
 
 TEST(VirusCheckAlc, ShowsAndThawsACarrierBeforeItDeletesIt) {

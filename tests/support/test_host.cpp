@@ -73,7 +73,7 @@ bool TestHost::run_script(const std::wstring& command, tarvo::ScriptResult& resu
 std::unique_ptr<tarvo::RatioSpinner> TestHost::set_up_ratio_spinner(tarvo::WindowHandle dialog,
                                                                     int spinner_id, int edit_id,
                                                                     float minimum, float maximum, float value,
-                                                                    float) {
+                                                                    float step) {
     std::unique_ptr<tarvo::RatioSpinner> spinner = ratio_spinner(dialog_item(dialog, spinner_id));
     if (spinner) {
         ++spinners_set_up;
@@ -81,6 +81,7 @@ std::unique_ptr<tarvo::RatioSpinner> TestHost::set_up_ratio_spinner(tarvo::Windo
         state.limited = true;
         state.minimum = minimum;
         state.maximum = maximum;
+        state.step = step;
         spinner->link_to_edit(dialog_item(dialog, edit_id));
         spinner->set_value(value);
     }

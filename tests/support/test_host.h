@@ -16,6 +16,7 @@ struct TestSpinnerState {
     bool limited = false; // true once it was set up
     float minimum = 0.0f;
     float maximum = 0.0f;
+    float step = 0.0f;
     tarvo::WindowHandle edit = nullptr; // the linked field
 };
 

@@ -35,6 +35,7 @@ TEST_F(CameraEdit, TheRatioStartsLocked) {
     EXPECT_FALSE(spinner().enabled);
     EXPECT_EQ(spinner().minimum, 0.001f);
     EXPECT_EQ(spinner().maximum, 2048.0f);
+    EXPECT_EQ(spinner().step, 0.001f);
     EXPECT_EQ(spinner().value, 1.5f);
     EXPECT_EQ(spinner().edit, ::GetDlgItem(dialog, IDC_EDIT_RATIO));
 }
@@ -98,8 +99,13 @@ TEST_F(CameraEdit, ATooLongNameIsReportedAndKept) {
     ASSERT_EQ(boxes.shown.size(), 1u);
     expect_box(0, dialog, IDS_NAME_TOO_LONG, IDS_NAME_CAPTION, MB_OK);
     EXPECT_EQ(field(dialog, IDC_EDIT_NAME), longer);
-    EXPECT_EQ(new_log_lines(),
-              Lines({"[WARN] You are setting camera name that its length longer than 100!"}));
+    const char* line = "[WARN] You are setting camera name that its length longer than 100!";
+    EXPECT_EQ(new_log_lines(), Lines({line}));
+    type(dialog, IDC_EDIT_NAME, longer + L"n");
+    ASSERT_EQ(boxes.shown.size(), 2u); // one for each change
+    expect_box(1, dialog, IDS_NAME_TOO_LONG, IDS_NAME_CAPTION, MB_OK);
+    EXPECT_EQ(field(dialog, IDC_EDIT_NAME), longer + L"n");
+    EXPECT_EQ(new_log_lines(), Lines({line}));
 }
 
 TEST_F(CameraEdit, ForbiddenCharactersAreRemovedAtOnce) {

@@ -76,7 +76,7 @@ TEST_F(CameraEdit, SizesBeyondTheLargestBecomeTheLargest) {
     open();
     click_lock();
     for (const int id : {IDC_EDIT_WIDTH, IDC_EDIT_HEIGHT}) {
-        for (const wchar_t* text : {L"-5", L"32769", L"2147483648", L"99999999999", L"-1"}) {
+        for (const wchar_t* text : {L"-5", L"32769", L"2147483648", L"4294967396", L"99999999999", L"-1"}) {
             type(dialog, id, text);
             EXPECT_EQ(field(dialog, id), L"32768");
         }
@@ -111,12 +111,24 @@ TEST_F(CameraEdit, WhileTheDialogItselfWritesASizeTheOtherOneStays) {
 }
 
 TEST_F(CameraEdit, AnyNotificationOfASizeFieldCounts) {
-    open();
-    ui.sizeSyncBusy = true;
-    type(dialog, IDC_EDIT_WIDTH, L"600");
-    ui.sizeSyncBusy = false;
-    EXPECT_EQ(command(IDC_EDIT_WIDTH, EN_KILLFOCUS), 1);
-    EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"400");
+    const auto type_unnoticed = [this](int id, const wchar_t* text) {
+        ui.sizeSyncBusy = true;
+        type(dialog, id, text);
+        ui.sizeSyncBusy = false;
+    };
+    for (const int notification : {0, EN_SETFOCUS, EN_KILLFOCUS, EN_UPDATE}) {
+        open();
+        type_unnoticed(IDC_EDIT_WIDTH, L"600");
+        EXPECT_EQ(command(IDC_EDIT_WIDTH, notification), 1);
+        EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"400");
+        type_unnoticed(IDC_EDIT_HEIGHT, L"1000");
+        EXPECT_EQ(command(IDC_EDIT_HEIGHT, notification), 1);
+        EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"1500");
+        click_lock();
+        spinner().value = 2.0f;
+        EXPECT_EQ(command(IDC_EDIT_RATIO, notification), 1);
+        EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"750");
+    }
 }
 
 } // namespace

@@ -184,6 +184,13 @@ TEST_F(Fields, TheWidestWarningSetsTheHorizontalExtent) {
     EXPECT_EQ(ask(IDC_MAIN_WARNINGS, LB_GETHORIZONTALEXTENT), measured(widest));
 }
 
+TEST_F(Fields, NarrowerWarningsDoNotShrinkTheHorizontalExtent) {
+    const std::wstring wide(500, L'W');
+    ui.ShowWarnings(warnings, {wide});
+    ui.ShowWarnings(warnings, {L"short", L"shorter yet"});
+    EXPECT_EQ(ask(IDC_MAIN_WARNINGS, LB_GETHORIZONTALEXTENT), measured(wide));
+}
+
 TEST_F(Fields, ALongNoticeCanBeScrolledSideways) {
     ui.ShowWarnings(warnings, {std::wstring(500, L'W')});
     int lowest = -1;

@@ -54,6 +54,22 @@ TEST_F(MainDialog, EverySelectedRowIsPickedAndASecondSelectionReplacesTheFirst) 
     EXPECT_EQ(ui.selected_cameras(), Names({L"Cam B"}));
 }
 
+// There are as many searches as cameras; behind the last selected row the next one begins at the top again.
+TEST_F(MainDialog, ASingleSelectedRowOfThreeIsPickedTwice) {
+    open();
+    select(0);
+    {
+        const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
+        command(IDC_MAIN_EDIT_CAMERAS);
+        EXPECT_TRUE(driver.has_acted());
+    }
+    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam A", L"Cam A"}));
+    select(2);
+    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
+    command(IDC_MAIN_EDIT_CAMERAS);
+    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam A", L"Cam C"}));
+}
+
 TEST_F(MainDialog, ADoubleClickBesideTheRowsDoesNothing) {
     open();
     focus(1);

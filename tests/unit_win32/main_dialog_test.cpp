@@ -1,3 +1,4 @@
+#include "tests/support/patched_import.h"
 #include "tests/support/patience.h"
 #include "tests/unit_win32/main_dialog_fixture.h"
 
@@ -221,6 +222,34 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     EXPECT_EQ(read_file(proof), "opened\r\n");
     std::remove((folder + "/link.bat").c_str());
     std::remove(proof.c_str());
+}
+
+// What the system's function was asked to open.
+struct Opened {
+    std::wstring verb;
+    std::wstring file;
+    bool bare; // neither parameters nor a folder
+    int show;
+};
+std::vector<Opened> g_opened;
+
+HINSTANCE WINAPI note_opened(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters, LPCWSTR folder, INT show) {
+    constexpr INT_PTR kSuccess = 33;
+    g_opened.push_back({verb, file, parameters == nullptr && folder == nullptr, show});
+    return reinterpret_cast<HINSTANCE>(kSuccess);
+}
+
+TEST_F(MainDialog, TheLinkIsOpenedWithoutParametersAndWithoutAFolder) {
+    g_opened.clear();
+    const PatchedImport patch("shell32.dll", "ShellExecuteW", reinterpret_cast<void*>(&note_opened));
+    ASSERT_TRUE(patch.installed());
+    open();
+    EXPECT_EQ(follow_link(L"https://farm.example/help"), 1);
+    ASSERT_EQ(g_opened.size(), 1u);
+    EXPECT_EQ(g_opened[0].verb, L"open");
+    EXPECT_EQ(g_opened[0].file, L"https://farm.example/help");
+    EXPECT_TRUE(g_opened[0].bare);
+    EXPECT_EQ(g_opened[0].show, 5);
 }
 
 TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {

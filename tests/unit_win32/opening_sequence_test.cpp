@@ -40,6 +40,16 @@ protected:
         return text;
     }
 
+    std::vector<std::string> new_warnings() {
+        std::vector<std::string> warnings;
+        for (const std::string& line : new_log_lines()) {
+            if (line.compare(0, 6, "[WARN]") == 0) {
+                warnings.push_back(line);
+            }
+        }
+        return warnings;
+    }
+
     static Analysis without_cameras() {
         Analysis analysis;
         analysis.cameras.clear();
@@ -61,6 +71,14 @@ protected:
 
 TEST_F(OpeningSequence, WithoutAClientTheDialogEnds) {
     expect_refused(IDS_CLIENT_NOT_SET_UP);
+}
+
+TEST_F(OpeningSequence, TheFirstOpeningEmptiesTheCameraCollectionEvenWhenThereIsNoClient) {
+    scene.cameras()[L"From before"];
+    EXPECT_EQ(run(false), -1);
+    EXPECT_EQ(scene.cameras().size(), 1u);
+    EXPECT_EQ(run(true), -1);
+    EXPECT_TRUE(scene.cameras().empty());
 }
 
 TEST_F(OpeningSequence, AnEmptyLowestVersionIsNoClient) {
@@ -228,6 +246,7 @@ TEST_F(OpeningSequence, AnswerYesShowsAnEmptyTable) {
     EXPECT_TRUE(scene.cameras().empty());
     EXPECT_EQ(row_count(list), 0);
     EXPECT_EQ(column_count(), 7);
+    EXPECT_EQ(new_warnings(), std::vector<std::string>({"[WARN] No cameras or Create camera table failed!"}));
 }
 
 TEST_F(OpeningSequence, OnlyTheFirstOpeningEmptiesTheCameraCollection) {

@@ -261,7 +261,7 @@ TEST(MainLayoutTest, HasRoomForTheColumnHeadingsAtTheUsualScale) {
         const LiveDialog live(IDD_MAIN, language);
         ASSERT_NE(nullptr, live.window());
         if (live.dots_per_inch() != kUsualDotsPerInch) {
-            return;
+            GTEST_SKIP() << "measured at " << live.dots_per_inch() << " dots per inch";
         }
         const std::map<unsigned, std::wstring> texts = StringTable(language);
         for (const auto& column : kColumns) {

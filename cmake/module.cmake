@@ -12,6 +12,7 @@ if(TARVO_COVERAGE)
     endforeach()
 endif()
 
+include(${CMAKE_CURRENT_LIST_DIR}/resources.cmake)
 add_library(tarvo_module MODULE ${TARVO_SDK_SOURCES}
     resources/tarvo_rendering.rc plugin/tarvo_rendering.def)
 target_link_libraries(tarvo_module PRIVATE tarvo_win32 host_sdk)

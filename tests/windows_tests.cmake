@@ -3,6 +3,7 @@
 set(TARVO_WINE bash ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
 set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip")
 
+include(${PROJECT_SOURCE_DIR}/cmake/resources.cmake)
 target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(portable_tests PRIVATE tarvo_win32 -static)
 

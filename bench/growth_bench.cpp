@@ -32,8 +32,8 @@ void measure_growth_from(int references, const std::string& name) {
 void tarvo_bench::parse_alone(const std::string& text) {
     Json::Value root;
     Json::Reader reader;
-    // The overload for strings keeps a copy of the whole text besides.
-    reader.parse(text.data(), text.data() + text.size(), root);
+    // As whoever has a text calls it. It keeps a copy of the text, which is about a twentieth of the time.
+    reader.parse(text, root);
 }
 
 // In a process of its own the larger input has to make the heap grow first, over and over, since the heap

@@ -1,8 +1,14 @@
 #include "common/activation_context.h"
 
+#include "common/logger.h"
 #include "common/module_instance.h"
+#include "common/text.h"
 #include "common/win32_handles.h"
 #include "resources/resource_ids.h"
+
+#include <commctrl.h>
+
+#include <string>
 
 namespace tarvo {
 
@@ -18,16 +24,26 @@ ActivationContextHandle create_context() {
 }
 
 // Made once, from the module's own manifest, and kept until the module is unloaded.
-HANDLE module_context() {
-    static const ActivationContextHandle context = create_context();
-    return context.get();
+struct ModuleContext {
+    ActivationContextHandle handle = create_context();
+    DWORD error = ::GetLastError();
+};
+
+const ModuleContext& module_context() {
+    static const ModuleContext context;
+    return context;
 }
 
 class ActivationScope {
 public:
     ActivationScope() {
-        HANDLE context = module_context();
-        active_ = context != INVALID_HANDLE_VALUE && ::ActivateActCtx(context, &cookie_) != FALSE;
+        const ModuleContext& context = module_context();
+        if (!context.handle) {
+            error_ = context.error;
+            return;
+        }
+        active_ = ::ActivateActCtx(context.handle.get(), &cookie_) != FALSE;
+        error_ = active_ ? ERROR_SUCCESS : ::GetLastError();
     }
     ~ActivationScope() {
         if (active_) {
@@ -38,26 +54,68 @@ public:
     ActivationScope& operator=(const ActivationScope&) = delete;
 
     bool active() const { return active_; }
+    DWORD error() const { return error_; } // why it is not active
 
 private:
     bool active_ = false;
+    DWORD error_ = ERROR_SUCCESS;
     ULONG_PTR cookie_ = 0;
 };
+
+// SysLink belongs to no default set of classes: without this the main dialog may not open on Windows. The
+// manifest is resource 2, which the loader uses for the module's imports too, so this is version 6 of the library
+// (learn.microsoft.com, "Using Side-by-Side Assemblies as a Resource"). Repeating it is harmless. A failure
+// shows in the dialog that does not open.
+void register_control_classes() {
+    INITCOMMONCONTROLSEX classes = {};
+    classes.dwSize = sizeof classes;
+    classes.dwICC = ICC_LINK_CLASS | ICC_LISTVIEW_CLASSES | ICC_UPDOWN_CLASS;
+    ::InitCommonControlsEx(&classes);
+}
+
+// A logger of its own: the dialogs' one lies in a layer above. It leaves rotation to that one.
+void log_not_shown(const char* line, DWORD error, const std::string& what) {
+    constexpr std::uint32_t kNeverRotates = 4095; // megabytes
+    Logger log;
+    log.Open("qfx_ui");
+    log.SetMaxSizeMB(kNeverRotates);
+    log.Write(line + std::to_string(error) + ": " + what, kError);
+}
+
+std::string first_line(const std::wstring& text) {
+    return WideToLocale(text.substr(0, text.find(L'\n')));
+}
 
 } // namespace
 
 int IsolatedMessageBox(HWND owner, const std::wstring& text, const std::wstring& caption, UINT style,
                        WORD language) {
     const ActivationScope scope;
-    return scope.active() ? ::MessageBoxExW(owner, text.c_str(), caption.c_str(), style, language) : 0;
+    DWORD error = scope.error();
+    int answer = 0;
+    if (scope.active()) {
+        answer = ::MessageBoxExW(owner, text.c_str(), caption.c_str(), style, language);
+        error = ::GetLastError();
+    }
+    if (answer == 0) {
+        log_not_shown("A message box could not be shown. System error ", error, first_line(text));
+    }
+    return answer;
 }
 
 INT_PTR IsolatedDialogBox(int template_id, HWND owner, DLGPROC procedure, LPARAM parameter) {
     const ActivationScope scope;
-    if (!scope.active()) {
-        return -1;
+    DWORD error = scope.error();
+    INT_PTR result = -1;
+    if (scope.active()) {
+        register_control_classes();
+        result = ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure, parameter);
+        error = ::GetLastError();
     }
-    return ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure, parameter);
+    if (result == -1) {
+        log_not_shown("A dialog could not be shown. System error ", error, std::to_string(template_id));
+    }
+    return result;
 }
 
 } // namespace tarvo

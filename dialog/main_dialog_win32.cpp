@@ -160,12 +160,34 @@ INT_PTR choose_no_blocks(const Call&) {
     return kHandled;
 }
 
+// On Windows a radio button that gets the focus reports a click, and a box that closes gives the focus back:
+// such a click must not open the box again.
+class BlockBoxOpen {
+public:
+    BlockBoxOpen() { is_open_ = true; }
+    ~BlockBoxOpen() { is_open_ = false; }
+    BlockBoxOpen(const BlockBoxOpen&) = delete;
+    BlockBoxOpen& operator=(const BlockBoxOpen&) = delete;
+
+    static bool is_open() { return is_open_; }
+
+private:
+    static bool is_open_;
+};
+bool BlockBoxOpen::is_open_ = false;
+
 INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
+    if (BlockBoxOpen::is_open()) {
+        return kHandled;
+    }
+    const BlockBoxOpen open;
     SceneData& scene = SceneData::instance();
     MessageBoxes& boxes = SystemMessageBoxes();
     if (scene.is_region() == "true") {
         ShowTextBox(boxes, call.dialog, IDS_BLOCKS_WITH_REGION);
         ::CheckRadioButton(call.dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
+        // Left on the refused button, the focus would bring the box back each time the dialog is activated.
+        ::SetFocus(::GetDlgItem(call.dialog, IDC_MAIN_BLOCKS_1));
         return choose_no_blocks(call);
     }
     scene.set_num_blocks(blocks);

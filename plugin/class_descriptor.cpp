@@ -24,9 +24,9 @@ Tarvo_RenderingClassDesc& Tarvo_RenderingClassDesc::instance() {
 Tarvo_RenderingClassDesc::Tarvo_RenderingClassDesc()
     : class_name_(IDS_CLASS_NAME), category_(IDS_CLASS_CATEGORY) {}
 
-// Nothing that a user could create: the class stays out of the host's lists.
+// A class that is not public may never be created; most global utilities answer TRUE.
 int Tarvo_RenderingClassDesc::IsPublic() {
-    return FALSE;
+    return TRUE;
 }
 
 void* Tarvo_RenderingClassDesc::Create(BOOL) {

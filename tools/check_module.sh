@@ -5,7 +5,7 @@
 
 EXPORTS=(LibClassDesc LibDescription LibInitialize LibNumberClasses LibShutdown LibVersion)
 # Windows' own, and the host's.
-IMPORTS=(gdi32.dll host_standin.dll kernel32.dll msvcrt.dll ole32.dll shell32.dll shlwapi.dll user32.dll winhttp.dll)
+IMPORTS=(comctl32.dll gdi32.dll host_standin.dll kernel32.dll msvcrt.dll ole32.dll shell32.dll shlwapi.dll user32.dll winhttp.dll)
 FLAGS=(DYNAMIC_BASE HIGH_ENTROPY_VA NX_COMPAT)
 
 module=${1:-}

@@ -12,6 +12,6 @@ language=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1], encodi
 rm -rf "$out"
 mkdir -p "$out"
 arguments=(--scenario "$(windows_path "$scenario")" --out "$(windows_path "$out")"
-    --seven-zip "$(windows_path "$DEPS_DIR/7-Zip")" --scripts "$(windows_path "$ROOT/scripts")")
+    --seven-zip "$(windows_path "$DEPS_DIR/7-Zip")" --scripts "$(windows_path "$ROOT/scripts")" --windows-radio-buttons)
 [ -n "$scene" ] && arguments+=(--scene "$(windows_path "$scene")")
 in_wine_buffered "$language" "$bin/stage.exe" "${arguments[@]}"

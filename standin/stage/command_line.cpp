@@ -20,6 +20,7 @@ const FlagOption kFlagOptions[] = {
     {L"--help", &Options::help},
     {L"--print-keys", &Options::print_keys},
     {L"--installed", &Options::installed},
+    {L"--windows-radio-buttons", &Options::windows_radio_buttons},
 };
 
 const ValueOption kValueOptions[] = {
@@ -109,6 +110,8 @@ std::string usage() {
            "  --installed        the data folder as it is installed: nothing is emptied, copied or written "
            "into it,\n"
            "                     and the client listens on the port in its ini file\n"
+           "  --windows-radio-buttons\n"
+           "                     a radio button that gets the focus selects itself and reports a click\n"
            "ends with 0 when every expectation holds, 1 when one does not, 2 for bad input, 3 for trouble\n";
 }
 

@@ -12,16 +12,17 @@ constexpr int kExitRefused = 2; // bad input: no scene, a broken scenario, no mo
 constexpr int kExitTrouble = 3; // the run itself broke: a time limit, a crash
 
 struct Options {
-    std::wstring scene;          // a person's scene, or --scene
-    std::wstring scenario;       // --scenario; empty: for a person
-    std::wstring out;            // --out
-    std::wstring module;         // --module
-    std::wstring client;         // --client
-    std::wstring seven_zip;      // --seven-zip; empty: none is copied
-    std::wstring scripts;        // --scripts
-    std::wstring print_language; // --print-language
-    bool print_keys = false;     // --print-keys
-    bool installed = false;      // --installed
+    std::wstring scene;                 // a person's scene, or --scene
+    std::wstring scenario;              // --scenario; empty: for a person
+    std::wstring out;                   // --out
+    std::wstring module;                // --module
+    std::wstring client;                // --client
+    std::wstring seven_zip;             // --seven-zip; empty: none is copied
+    std::wstring scripts;               // --scripts
+    std::wstring print_language;        // --print-language
+    bool print_keys = false;            // --print-keys
+    bool installed = false;             // --installed
+    bool windows_radio_buttons = false; // --windows-radio-buttons
     bool help = false;
 };
 

@@ -117,6 +117,15 @@ const ControlReader kReaders[] = {
     {L"msctls_updown32", read_up_down},
 };
 
+// The dialog's own control, whichever window inside it has the focus.
+HWND control_with_focus(HWND dialog) {
+    HWND control = ::GetFocus();
+    while (::IsChild(dialog, control) != FALSE && ::GetParent(control) != dialog) {
+        control = ::GetParent(control);
+    }
+    return control;
+}
+
 Json::Value read_control(HWND control) {
     Json::Value value(Json::objectValue);
     value["class"] = to_utf8(class_name(control));
@@ -173,7 +182,7 @@ Json::Value read_dialog_state(HWND dialog) {
         return value;
     }
     value["title"] = to_utf8(window_text(dialog));
-    value["focus"] = ::GetDlgCtrlID(::GetFocus());
+    value["focus"] = ::GetDlgCtrlID(control_with_focus(dialog));
     value["controls"] = Json::Value(Json::objectValue);
     for (HWND control = ::GetWindow(dialog, GW_CHILD); control != nullptr;
          control = ::GetWindow(control, GW_HWNDNEXT)) {

@@ -2,6 +2,7 @@
 
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/import_table.h"
+#include "standin/stage/radio_focus.h"
 
 #include <commctrl.h>
 
@@ -187,6 +188,12 @@ INT_PTR DialogWatch::guarded_call(const OpenDialog& open, HWND dialog, UINT mess
 
 INT_PTR DialogWatch::message(HWND dialog, UINT message, WPARAM w_param, LPARAM l_param) {
     const OpenDialog open = find(dialog);
+    if (windows_radio_buttons_ && message == WM_INITDIALOG) {
+        play_windows_radio_buttons(dialog);
+    }
+    if (message == WM_COMMAND && is_replaced_radio_click(w_param, l_param)) {
+        return FALSE;
+    }
     const std::string name = recorded_name(message, l_param);
     if (name.empty()) {
         return guarded_call(open, dialog, message, w_param, l_param);

@@ -17,7 +17,9 @@ constexpr int kEditTemplate = 103;
 
 class DialogWatch {
 public:
-    DialogWatch(Transcript& transcript, HWND frame) : transcript_(transcript), frame_(frame) {}
+    // `windows_radio_buttons`: see radio_focus.h.
+    DialogWatch(Transcript& transcript, HWND frame, bool windows_radio_buttons)
+        : transcript_(transcript), frame_(frame), windows_radio_buttons_(windows_radio_buttons) {}
 
     // Replaces the module's DialogBoxParamW and EndDialog. One watch at a time.
     void install(HMODULE module);
@@ -48,6 +50,7 @@ private:
 
     Transcript& transcript_;
     HWND frame_;
+    bool windows_radio_buttons_;
     mutable std::mutex mutex_;
     std::vector<OpenDialog> open_;
 };

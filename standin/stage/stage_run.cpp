@@ -184,7 +184,7 @@ bool StageRun::open_module(std::string& problem) {
     }
     transcript.set("texts", module.texts());
     transcript.set("module", module.description());
-    dialogs.reset(new DialogWatch(transcript, frame.window()));
+    dialogs.reset(new DialogWatch(transcript, frame.window(), options.windows_radio_buttons));
     boxes.reset(new BoxWatch(transcript, module, *dialogs));
     boxes->prepare(scenario);
     boxes->install(module.handle());

@@ -49,6 +49,7 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"click", &Steps::click},
     {"double_click", &Steps::double_click},
     {"key", &Steps::key},
+    {"switch_away", &Steps::switch_away},
     {"post", &Steps::post},
     {"close", &Steps::close},
     {"screenshot", &Steps::screenshot},

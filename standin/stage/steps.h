@@ -56,12 +56,14 @@ private:
 
     // Mouse and keyboard (steps_input.cpp).
     void click_at(HWND window, POINT point);
-    void press_key(WPARAM key);
+    void press_key(WPARAM key, bool shift = false);
+    HWND focused_in(HWND control);
     void type(const Json::Value& arguments);
     void spin(const Json::Value& arguments);
     void choose(const Json::Value& arguments);
     void click(const Json::Value& arguments);
     void key(const Json::Value& arguments);
+    void switch_away(const Json::Value& arguments);
     void post(const Json::Value& arguments);
     void close(const Json::Value& arguments);
 

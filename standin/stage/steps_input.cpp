@@ -48,6 +48,13 @@ bool is_link(HWND control) {
     return class_name(control) == WC_LINK;
 }
 
+void hold_shift(bool held) {
+    BYTE keys[256] = {};
+    ::GetKeyboardState(keys);
+    keys[VK_SHIFT] = held ? 0x80 : 0;
+    ::SetKeyboardState(keys);
+}
+
 void focus_on(HWND control) {
     ::SendMessageW(::GetParent(control), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
@@ -62,13 +69,24 @@ void Steps::click_at(HWND window, POINT point) {
 }
 
 // To the window with the focus, as the system would send it.
-void Steps::press_key(WPARAM key) {
+void Steps::press_key(WPARAM key, bool shift) {
     HWND focus = nullptr;
-    call([&focus] { focus = ::GetFocus(); });
+    call([&focus, shift] {
+        focus = ::GetFocus();
+        hold_shift(shift);
+    });
     const HWND target = focus != nullptr ? focus : run_.frame.window();
     ::PostMessageW(target, WM_KEYDOWN, key, 1);
     ::PostMessageW(target, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
     settle();
+    call([] { hold_shift(false); });
+}
+
+// A control of the host may hold an edit control that has the focus in its place.
+HWND Steps::focused_in(HWND control) {
+    HWND focus = nullptr;
+    call([&focus] { focus = ::GetFocus(); });
+    return ::IsChild(control, focus) != FALSE ? focus : control;
 }
 
 void Steps::type(const Json::Value& arguments) {
@@ -81,17 +99,20 @@ void Steps::type(const Json::Value& arguments) {
         settle();
         return;
     }
-    run_.ui->post([edit, how] {
-        focus_on(edit);
-        ::SendMessageW(edit, EM_SETSEL, how == "append" ? 0x7FFFFFFF : 0, how == "append" ? 0x7FFFFFFF : -1);
+    run_.ui->post([edit] { focus_on(edit); });
+    settle();
+    const HWND target = focused_in(edit);
+    run_.ui->post([target, how] {
+        ::SendMessageW(target, EM_SETSEL, how == "append" ? 0x7FFFFFFF : 0,
+                       how == "append" ? 0x7FFFFFFF : -1);
     });
     settle();
     if (text.empty() && how == "keys") {
-        ::PostMessageW(edit, WM_CHAR, VK_BACK, 1);
+        ::PostMessageW(target, WM_CHAR, VK_BACK, 1);
         settle();
     }
     for (wchar_t character : text) {
-        ::PostMessageW(edit, WM_CHAR, character, 1);
+        ::PostMessageW(target, WM_CHAR, character, 1);
         settle();
     }
 }
@@ -164,11 +185,27 @@ void Steps::key(const Json::Value& arguments) {
         settle();
         return;
     }
+    if (arguments["press"].asString() == "shift_tab") {
+        press_key(VK_TAB, true);
+    }
     for (const KeyName& known : kKeys) {
         if (arguments["press"].asString() == known.name) {
             press_key(known.key);
         }
     }
+}
+
+// As a switch to another program and back: the dialog keeps its focus meanwhile and restores it.
+void Steps::switch_away(const Json::Value& arguments) {
+    const HWND own = dialog(arguments);
+    run_.ui->post([own] {
+        const HWND other = ::CreateWindowExW(0, WC_STATICW, L"", WS_POPUP | WS_VISIBLE, 0, 0, 1, 1, nullptr,
+                                             nullptr, ::GetModuleHandleW(nullptr), nullptr);
+        ::SetActiveWindow(other);
+        ::SetActiveWindow(own);
+        ::DestroyWindow(other);
+    });
+    settle();
 }
 
 void Steps::post(const Json::Value& arguments) {

@@ -49,6 +49,7 @@ TEST_F(ModuleExports, AnswersOfTheDescriptor) {
     EXPECT_EQ(text(2), descriptor.Category());
     EXPECT_FALSE(text(3).empty());
     EXPECT_FALSE(text(2).empty());
+    EXPECT_TRUE(descriptor.IsPublic());
     EXPECT_EQ(0x10E0u, descriptor.SuperClassID());
     EXPECT_EQ(0x2E87AC90u, descriptor.ClassID().PartA());
     EXPECT_EQ(0x85FBF488u, descriptor.ClassID().PartB());

@@ -37,6 +37,7 @@ TEST_F(PluginModule, IdentityOfTheClass) {
     ClassDesc& descriptor = *LibClassDesc(0);
     EXPECT_EQ(4320u, descriptor.SuperClassID());
     EXPECT_TRUE(Class_ID(0x2E87AC90, 0x85FBF488) == descriptor.ClassID());
+    EXPECT_TRUE(descriptor.IsPublic());
     EXPECT_STREQ(L"Tarvo_Rendering", descriptor.InternalName());
     EXPECT_EQ(tarvo::ModuleInstance(), descriptor.HInstance());
     EXPECT_EQ(tarvo::Text(IDS_CLASS_NAME), descriptor.ClassName());

@@ -174,6 +174,39 @@ TEST_F(MainDialog, TheBlockCountFollowsItsButtons) {
     }
 }
 
+TEST_F(MainDialog, ARefusedBlockCountPutsTheFocusOnOff) {
+    Analysis analysis;
+    analysis.region = L"true";
+    open(analysis);
+    for (const int refused : {IDC_MAIN_BLOCKS_10, IDC_MAIN_BLOCKS_64}) {
+        ::SetFocus(::GetDlgItem(dialog, refused));
+        click(refused);
+        EXPECT_EQ(::GetFocus(), ::GetDlgItem(dialog, IDC_MAIN_BLOCKS_1));
+    }
+    analysis.region = L"false";
+    open(analysis);
+    ::SetFocus(::GetDlgItem(dialog, IDC_MAIN_BLOCKS_10));
+    click(IDC_MAIN_BLOCKS_10);
+    EXPECT_EQ(::GetFocus(), ::GetDlgItem(dialog, IDC_MAIN_BLOCKS_10));
+}
+
+// As a radio button does it on Windows when the box that closes gives the focus back.
+TEST_F(MainDialog, AClickDuringABlockBoxOpensNoSecondOne) {
+    Analysis analysis;
+    for (const wchar_t* region : {L"true", L"false"}) {
+        analysis.region = region;
+        open(analysis);
+        boxes.shown.clear();
+        boxes.on_show = [](const TestBox& box) {
+            EXPECT_EQ(MainDialogProc(static_cast<HWND>(box.owner), WM_COMMAND, IDC_MAIN_BLOCKS_64, 0), 1);
+        };
+        command(IDC_MAIN_BLOCKS_64);
+        EXPECT_EQ(boxes.shown.size(), 1u);
+        command(IDC_MAIN_BLOCKS_64);
+        EXPECT_EQ(boxes.shown.size(), 2u);
+    }
+}
+
 TEST_F(MainDialog, TheUpDownsStepTheirFields) {
     open();
     EXPECT_EQ(step(IDC_MAIN_GAMMA_SPIN, 1), 1);

@@ -63,9 +63,9 @@ private:
 };
 
 // SysLink belongs to no default set of classes: without this the main dialog may not open on Windows. The
-// manifest is resource 2, which the loader uses for the module's imports too, so this is version 6 of the library
-// (learn.microsoft.com, "Using Side-by-Side Assemblies as a Resource"). Repeating it is harmless. A failure
-// shows in the dialog that does not open.
+// manifest is resource 2, which the loader uses for the module's imports too, so this is version 6 of the
+// library (learn.microsoft.com, "Using Side-by-Side Assemblies as a Resource"). Repeating it is harmless. A
+// failure shows in the dialog that does not open.
 void register_control_classes() {
     INITCOMMONCONTROLSEX classes = {};
     classes.dwSize = sizeof classes;
@@ -109,7 +109,8 @@ INT_PTR IsolatedDialogBox(int template_id, HWND owner, DLGPROC procedure, LPARAM
     INT_PTR result = -1;
     if (scope.active()) {
         register_control_classes();
-        result = ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure, parameter);
+        result =
+            ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure, parameter);
         error = ::GetLastError();
     }
     if (result == -1) {

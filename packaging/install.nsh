@@ -212,6 +212,7 @@ Function LayPackage
     ${Lay} "${PACKAGE}\Contents" PrepareAnalysisScript.ms
     ${Lay} "${PACKAGE}\Diagnostics" tarvo_diagnostics.exe
     ${Lay} "${PACKAGE}\Diagnostics" TarvoDiagnostics.cmd
+    ${Lay} "${PACKAGE}\Diagnostics" manifest.txt
     !include "${LICENCE_LIST}"
     ${Lay} "${PACKAGE}" INSTALL.txt
     WriteUninstaller "${PACKAGE_FOLDER}\Uninstall.exe"

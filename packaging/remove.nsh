@@ -17,6 +17,7 @@ Function ${UN}RemoveProgram
     RMDir "${PACKAGE_FOLDER}\Contents"
     Delete "${PACKAGE_FOLDER}\Diagnostics\tarvo_diagnostics.exe"
     Delete "${PACKAGE_FOLDER}\Diagnostics\TarvoDiagnostics.cmd"
+    Delete "${PACKAGE_FOLDER}\Diagnostics\manifest.txt"
     RMDir "${PACKAGE_FOLDER}\Diagnostics"
     Delete "${PACKAGE_FOLDER}\Licences\*.txt"
     RMDir "${PACKAGE_FOLDER}\Licences"

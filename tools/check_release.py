@@ -11,12 +11,13 @@ import zipfile
 
 PACKAGE = "ProgramData/Autodesk/ApplicationPlugins/TarvoRendering/"
 DATA = "ProgramData/Tarvo Rendering/"
+MANIFEST = PACKAGE + "Diagnostics/manifest.txt"
 LICENCES = ["7-Zip", "GCC-runtime", "GPL-3", "JsonCpp", "LGPL-2.1", "NOTICE", "NSIS", "mingw-w64", "zlib"]
 WANTED = sorted(
     ["INSTALL.txt", "qfx_plugin.ini.sample"]
     + [PACKAGE + name for name in ["PackageContents.xml", "INSTALL.txt", "Contents/TarvoRendering.gup",
                                    "Contents/PrepareAnalysisScript.ms", "Diagnostics/tarvo_diagnostics.exe",
-                                   "Diagnostics/TarvoDiagnostics.cmd"]]
+                                   "Diagnostics/TarvoDiagnostics.cmd", "Diagnostics/manifest.txt"]]
     + [PACKAGE + f"Licences/{name}.txt" for name in LICENCES]
     + [DATA + name for name in ["7-Zip/7z.exe", "7-Zip/7z.dll", "7-Zip/License.txt",
                                 "script/MaxRenderGlobalsParser.ms", "script/TarvoAntivirusAdsl_UTF8.ms",
@@ -79,6 +80,15 @@ def check_package(text: bytes, version: str, files: list[str]) -> list[str]:
     return problems
 
 
+# The diagnostics call a file damaged that is not as listed.
+def check_manifest(archive: zipfile.ZipFile) -> list[str]:
+    listed = archive.read(MANIFEST).decode("utf-8").splitlines()
+    below = "ProgramData/"
+    found = [f"{hashlib.sha256(archive.read(name)).hexdigest()} {archive.getinfo(name).file_size} {name[len(below):]}"
+             for name in sorted(archive.namelist()) if name.startswith(below) and name != MANIFEST]
+    return [f"{MANIFEST}: listed or found, not both: {line}" for line in sorted(set(listed) ^ set(found))]
+
+
 def check_zip(path: pathlib.Path, version: str) -> list[str]:
     problems = []
     with zipfile.ZipFile(path) as archive:
@@ -99,6 +109,7 @@ def check_zip(path: pathlib.Path, version: str) -> list[str]:
         for name in (PACKAGE + "Contents/TarvoRendering.gup", PACKAGE + "Diagnostics/tarvo_diagnostics.exe"):
             if f"\0{version}\0".encode("utf-16-le") not in archive.read(name):
                 problems.append(f"{name}: its version is not {version}")
+        problems += check_manifest(archive)
         problems += check_package(archive.read(PACKAGE + "PackageContents.xml"), version, files)
     return problems
 

@@ -1,6 +1,11 @@
 // What the diagnostics found out about an installation, before anything is made of it. Texts are UTF-8.
 #pragma once
 
+#include "packaging/diagnostics/client_answer.h"
+#include "packaging/diagnostics/last_submission.h"
+#include "packaging/diagnostics/manifest.h"
+#include "packaging/diagnostics/module_image.h"
+
 #include <string>
 #include <vector>
 
@@ -9,10 +14,9 @@ namespace diagnostics {
 struct FileFact {
     std::string path;
     bool exists = false;
+    unsigned long long size = 0;
     unsigned long long written = 0; // in the file system's own units
 };
-
-enum class Connection { not_tried, reached, refused, timed_out, unknown_name };
 
 struct SevenZipFact {
     bool started = false;
@@ -24,6 +28,7 @@ struct SevenZipFact {
 struct FolderFact {
     std::string path;
     bool exists = false;
+    bool is_file = false;  // a file has the folder's name
     bool writable = false; // a file could be made in it just now
 };
 
@@ -32,8 +37,10 @@ struct Facts {
     std::string host;        // folder of 3ds Max 2019; empty: not registered
     std::string data_folder; // C:\ProgramData\Tarvo Rendering
     bool has_data_folder = false;
+    InstalledFiles installed;
     FileFact module;
     std::string module_version; // empty: no version resource
+    ModuleImage module_image;
     FileFact package_contents;
     FileFact prepare_script;
     FileFact analysis_source;       // .ms
@@ -51,7 +58,8 @@ struct Facts {
     std::vector<std::string> in_the_way;     // files that Windows would start in place of 7-Zip
     std::vector<FolderFact> written_folders; // the plugin writes there as the user
     std::vector<std::string> open_to_all;    // files and folders that must not be, but are
-    Connection client = Connection::not_tried;
+    ClientFact client;
+    LastSubmission last;
     unsigned long long free_bytes = 0;
 };
 

@@ -77,10 +77,12 @@ void collect(const std::wstring& folder, int levels, std::vector<Entry>& entries
         entry.path = folder + L"\\" + name;
         entry.size = joined(found.nFileSizeHigh, found.nFileSizeLow);
         entry.is_folder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        entry.is_link = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+        entry.written_at = joined(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
         entry.written = time_text(found.ftLastWriteTime);
         entries.push_back(entry);
         // A folder that is a link may lead round in a circle.
-        if (entry.is_folder && (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 && levels > 1) {
+        if (entry.is_folder && !entry.is_link && levels > 1) {
             collect(entry.path, levels - 1, entries);
         }
     } while (::FindNextFileW(search.get(), &found) != FALSE);
@@ -95,6 +97,7 @@ FileFact file_fact(const std::wstring& path) {
     if (::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) != FALSE &&
         (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         fact.exists = true;
+        fact.size = joined(data.nFileSizeHigh, data.nFileSizeLow);
         fact.written = joined(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime);
     }
     return fact;
@@ -104,7 +107,9 @@ FolderFact folder_fact(const std::wstring& path) {
     FolderFact fact;
     fact.path = to_utf8(path);
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    fact.exists = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool taken = attributes != INVALID_FILE_ATTRIBUTES;
+    fact.exists = taken && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    fact.is_file = taken && !fact.exists;
     if (fact.exists) {
         const std::wstring probe = path + L"\\tarvo_diagnostics.tmp";
         const tarvo::FileHandle file(
@@ -176,6 +181,42 @@ std::string file_tail(const std::wstring& path, unsigned long limit) {
         content.erase(0, end == std::string::npos ? end : end + 1);
     }
     return content;
+}
+
+std::wstring file_name(const std::wstring& path) {
+    return path.substr(path.rfind(L'\\') + 1);
+}
+
+bool write_file(const std::wstring& path, const std::string& content, unsigned long& error) {
+    error = 0;
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const bool is_folder =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    // An administrator could open a whole disk by such a name.
+    if (is_folder || path.compare(0, 4, L"\\\\.\\") == 0) {
+        return false;
+    }
+    // Not cut off at once: it may be a device, or lead to one.
+    tarvo::FileHandle file(
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
+        error = ::GetLastError();
+        return false;
+    }
+    if (::GetFileType(file.get()) != FILE_TYPE_DISK) {
+        return false;
+    }
+    DWORD written = 0;
+    const bool whole = ::SetEndOfFile(file.get()) != FALSE &&
+                       ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written,
+                                   nullptr) != FALSE &&
+                       written == content.size();
+    if (!whole) {
+        error = ::GetLastError() != 0 ? ::GetLastError() : ERROR_DISK_FULL;
+        file.reset();
+        ::DeleteFileW(path.c_str());
+    }
+    return whole;
 }
 
 unsigned long long free_bytes(const std::wstring& folder) {

@@ -1,5 +1,5 @@
 // Looks at files, folders and their rights, and changes nothing (but for a file that it makes and deletes
-// again).
+// again, and the one that it is told to write).
 #pragma once
 
 #include "packaging/diagnostics/facts.h"
@@ -24,7 +24,9 @@ struct Entry {
     std::wstring path;
     unsigned long long size = 0;
     bool is_folder = false;
-    std::string written; // "2024-03-07 09:05:02", local time
+    bool is_link = false;
+    unsigned long long written_at = 0; // in the file system's own units (FILETIME)
+    std::string written;               // "2024-03-07 09:05:02", local time
 };
 
 // Everything below a folder, so many levels deep at most, sorted by path.
@@ -32,6 +34,13 @@ std::vector<Entry> entries_below(const std::wstring& folder, int levels);
 
 // The last bytes of a file, as they are, from the start of a line; empty when it cannot be read.
 std::string file_tail(const std::wstring& path, unsigned long limit);
+
+// The name behind the last backslash.
+std::wstring file_name(const std::wstring& path);
+
+// Writes the file, or a part of it that it then deletes. False when it cannot, or when the path leads to a
+// folder or a device; `error` is then Windows' number, 0 for a folder or a device.
+bool write_file(const std::wstring& path, const std::string& content, unsigned long& error);
 
 unsigned long long free_bytes(const std::wstring& folder);
 

@@ -3,7 +3,10 @@
 #include "common/number_text.h"
 #include "common/platform.h"
 #include "common/program_data.h"
+#include "packaging/diagnostics/client_win32.h"
 #include "packaging/diagnostics/files_win32.h"
+#include "packaging/diagnostics/installed_win32.h"
+#include "packaging/diagnostics/last_submission_win32.h"
 #include "packaging/diagnostics/programs_win32.h"
 #include "packaging/diagnostics/wide_text_win32.h"
 
@@ -79,7 +82,7 @@ void gather_settings(const Places& places, Facts& facts) {
     facts.port = tarvo::DecimalInt(facts.port_text);
     facts.lower_version = to_utf8(value(tarvo::kIniKeyLowerVersion));
     if (!ip.empty() && facts.port > 0 && facts.port <= 0xFFFF) {
-        facts.client = try_connection(ip, facts.port);
+        facts.client = ask_client(ip, facts.port);
     }
 }
 
@@ -103,13 +106,20 @@ void gather_seven_zip(const Places& places, Facts& facts) {
     }
 }
 
+std::wstring log_folder(const Places& places) {
+    return places.data + L"\\log" +
+           tarvo::read_profile_text(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
+}
+
 void gather_rights(const Places& places, Facts& facts) {
     for (const wchar_t* folder : {L"\\json", L"\\compress"}) {
         facts.written_folders.push_back(folder_fact(places.data + folder));
     }
-    const std::wstring log =
-        L"\\log" + tarvo::read_profile_text(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
-    facts.written_folders.push_back(folder_fact(places.data + log));
+    // Without an ini file the plugin stops before it writes much; the client decides what the folder is
+    // called.
+    if (facts.ini.exists) {
+        facts.written_folders.push_back(folder_fact(log_folder(places)));
+    }
     std::vector<ClosedPlace> closed = closed_places(places.data, places.package);
     for (const wchar_t* name : kVirusScripts) {
         closed.push_back({places.data + L"\\script\\" + name, Kind::file});
@@ -137,7 +147,7 @@ Places find_places() {
     return places;
 }
 
-Facts gather(const Places& places) {
+Facts gather(const Places& places, const std::function<void()>& before_test) {
     Facts facts;
     facts.windows = windows_version();
     facts.host = host_folder();
@@ -148,12 +158,16 @@ Facts gather(const Places& places) {
     const std::wstring module = places.package + L"\\Contents\\TarvoRendering.gup";
     facts.module = file_fact(module);
     facts.module_version = file_version(module);
+    facts.module_image = module_image(module);
+    facts.installed =
+        installed_files(tarvo::common_app_data_folder(), places.package + L"\\Diagnostics\\manifest.txt");
     facts.package_contents = file_fact(places.package + L"\\PackageContents.xml");
     facts.prepare_script = file_fact(places.package + L"\\Contents\\PrepareAnalysisScript.ms");
     gather_scripts(places, facts);
     gather_settings(places, facts);
     gather_seven_zip(places, facts);
     gather_rights(places, facts);
+    facts.last = last_submission(places.data, log_folder(places), before_test);
     facts.free_bytes = free_bytes(facts.has_data_folder ? places.data : tarvo::common_app_data_folder());
     return facts;
 }

@@ -4,6 +4,7 @@
 #include "packaging/diagnostics/facts.h"
 #include "packaging/diagnostics/redaction.h"
 
+#include <functional>
 #include <string>
 
 namespace diagnostics {
@@ -17,7 +18,8 @@ struct Places {
 
 Places find_places();
 
-Facts gather(const Places& places);
+// `before_test` is called when an archive is to be tested, which can take minutes.
+Facts gather(const Places& places, const std::function<void()>& before_test);
 
 Secrets find_secrets(const Places& places);
 

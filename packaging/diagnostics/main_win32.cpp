@@ -1,23 +1,23 @@
 // tarvo_diagnostics: looks through the installation, prints what is wrong and what to do, and gathers what
 // support needs in one zip file. Works without 3ds Max.
 #include "common/platform.h"
-#include "common/win32_handles.h"
+#include "packaging/diagnostics/bundle_win32.h"
+#include "packaging/diagnostics/cleanup_win32.h"
 #include "packaging/diagnostics/files_win32.h"
 #include "packaging/diagnostics/findings.h"
 #include "packaging/diagnostics/gather_win32.h"
+#include "packaging/diagnostics/options_win32.h"
 #include "packaging/diagnostics/wide_text_win32.h"
-#include "packaging/diagnostics/zip_writer.h"
 
 #include <windows.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <exception>
 
 #include <fcntl.h>
 #include <io.h>
 
-#include <shellapi.h>
 #include <shlobj.h>
 
 namespace diagnostics {
@@ -25,180 +25,163 @@ namespace {
 
 constexpr int kExitFine = 0;
 constexpr int kExitProblems = 1;
-constexpr int kExitNotDone = 2;
-constexpr unsigned long kLogBytes = 256 * 1024; // of each file
+constexpr int kExitNotUnderstood = 2;
 constexpr unsigned long kIniBytes = 64 * 1024;
 constexpr int kLevels = 4;
 
-struct Options {
-    bool help = false;
-    bool unredacted = false;
-    std::wstring out; // the zip file; empty: a name with the time, on the desktop
-};
-
+// Nobody may read it: output that is closed, or a full disk, stops nothing.
 void print(const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
 }
 
-const char* const kUsage =
-    "TarvoDiagnostics: looks through the installation of Tarvo Rendering and gathers what support needs.\r\n"
-    "  --out FILE      the zip file (when not given: on your desktop)\r\n"
-    "  --unredacted    leaves user names, paths and scene names as they are\r\n"
-    "ends with 0 when nothing is wrong, 1 when there are problems, 2 when it could not do its work\r\n";
-
-bool parse(Options& options) {
-    int count = 0;
-    LPWSTR* list = ::CommandLineToArgvW(::GetCommandLineW(), &count);
-    bool good = list != nullptr;
-    for (int i = 1; good && i < count; ++i) {
-        const std::wstring argument = list[i];
-        if (argument == L"--help" || argument == L"/?") {
-            options.help = true;
-        } else if (argument == L"--unredacted") {
-            options.unredacted = true;
-        } else if (argument == L"--out" && i + 1 < count) {
-            options.out = list[++i];
-        } else {
-            print("error: unknown argument '" + to_utf8(argument) + "'\r\n" + kUsage);
-            good = false;
-        }
-    }
-    ::LocalFree(list);
-    return good;
+std::wstring temporary_folder() {
+    wchar_t folder[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH + 1, folder);
+    const std::wstring path = folder;
+    return path.substr(0, path.find_last_not_of(L'\\') + 1);
 }
 
-std::wstring default_file(const tarvo::LocalTime& now) {
-    wchar_t folder[MAX_PATH] = {};
-    if (FAILED(::SHGetFolderPathW(nullptr, CSIDL_DESKTOPDIRECTORY, nullptr, SHGFP_TYPE_CURRENT, folder))) {
-        ::GetTempPathW(MAX_PATH, folder);
-    }
+// Where the zip file may lie: where it was asked for, on the desktop, among the temporary files.
+std::vector<std::wstring> places_for_file(const Options& options, const tarvo::LocalTime& now) {
     std::array<wchar_t, 64> name = {};
     std::swprintf(name.data(), name.size(), L"\\TarvoDiagnostics-%04d%02d%02d-%02d%02d%02d.zip", now.year,
                   now.month, now.day, now.hour, now.minute, now.second);
-    return std::wstring(folder) + name.data();
-}
-
-bool write_file(const std::wstring& path, const std::string& content) {
-    const tarvo::FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                               FILE_ATTRIBUTE_NORMAL, nullptr));
-    DWORD written = 0;
-    return file &&
-           ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) !=
-               FALSE &&
-           written == content.size();
-}
-
-bool is_log(const std::string& path) {
-    return path.size() > 4 && path.compare(path.size() - 4, 4, ".log") == 0;
-}
-
-std::string after_last(const std::string& path, char separator) {
-    return path.substr(path.rfind(separator) + 1);
-}
-
-// "2024-03-07 09:05:02  12345  path"
-std::string listing(const std::vector<Entry>& entries) {
-    std::string text;
-    for (const Entry& entry : entries) {
-        text += entry.written + "  " + (entry.is_folder ? "<folder>" : std::to_string(entry.size)) + "  " +
-                to_utf8(entry.path) + "\r\n";
+    std::vector<std::wstring> places;
+    if (!options.out.empty()) {
+        places.push_back(options.out);
     }
-    return text;
+    wchar_t desktop[MAX_PATH] = {};
+    if (SUCCEEDED(
+            ::SHGetFolderPathW(nullptr, CSIDL_DESKTOPDIRECTORY, nullptr, SHGFP_TYPE_CURRENT, desktop))) {
+        places.push_back(std::wstring(desktop) + name.data());
+    }
+    places.push_back(temporary_folder() + name.data());
+    return places;
 }
 
-class Bundle {
+class Program {
 public:
-    Bundle(const tarvo::LocalTime& now, const Secrets& secrets, bool unredacted)
-        : zip_(now.year, now.month, now.day, now.hour, now.minute, now.second), redactor_(secrets),
-          unredacted_(unredacted) {}
+    explicit Program(const Options& options) : options_(options) {}
 
-    void add(const std::string& name, const std::string& text) {
-        pack(name, unredacted_ ? text : redactor_.text(text));
-    }
-
-    void add_findings(const std::string& name, const std::string& text) {
-        pack(name, unredacted_ ? text : redactor_.findings(text));
-    }
-
-    void add_logs(const std::vector<Entry>& entries) {
-        for (const Entry& entry : entries) {
-            const std::string path = to_utf8(entry.path);
-            if (!entry.is_folder && is_log(path)) {
-                const std::string folder = after_last(path.substr(0, path.rfind('\\')), '\\');
-                add(folder + "/" + after_last(path, '\\'), log_text(file_tail(entry.path, kLogBytes)));
-            }
-        }
-    }
-
-    bool write(const std::wstring& file) { return complete_ && write_file(file, zip_.finish()); }
+    int run();
 
 private:
-    void pack(const std::string& name, const std::string& text) {
-        complete_ = zip_.add(name, text) && complete_;
+    void say(Message message, const std::vector<Argument>& arguments = {}) const {
+        print(text(message, options_.language, arguments) + "\r\n");
     }
+    std::string gathered(const std::vector<Finding>& findings, const Places& places,
+                         const tarvo::LocalTime& now) const;
+    void write(const std::string& zip, const tarvo::LocalTime& now) const;
+    int look() const;
 
-    // Line by line: the plugin writes one kind of line in UTF-8 and the others in a code page.
-    static std::string log_text(const std::string& bytes) {
-        std::string text;
-        std::size_t from = 0;
-        while (from < bytes.size()) {
-            const std::size_t end = std::min(bytes.find('\n', from), bytes.size() - 1) + 1;
-            text += text_to_utf8(bytes.substr(from, end - from));
-            from = end;
-        }
-        return text;
-    }
-
-    ZipWriter zip_;
-    Redactor redactor_;
-    bool unredacted_;
-    bool complete_ = true;
+    const Options& options_;
 };
 
-int run(const Options& options) {
-    const tarvo::LocalTime now = tarvo::local_time();
-    const Places places = find_places();
-    const std::vector<Finding> findings = judge(gather(places));
-    const std::string summary = summary_text(findings);
-
-    Bundle bundle(now, find_secrets(places), options.unredacted);
+std::string Program::gathered(const std::vector<Finding>& findings, const Places& places,
+                              const tarvo::LocalTime& now) const {
+    Bundle bundle(now, find_secrets(places), options_.unredacted);
     const std::vector<Entry> data = entries_below(places.data, kLevels);
-    bundle.add_findings("summary.txt", summary);
+    // Support reads English, whatever the user reads.
+    bundle.add_findings("summary.txt", findings, Language::english);
+    if (options_.language == Language::chinese) {
+        bundle.add_findings("summary_zh.txt", findings, Language::chinese);
+    }
     bundle.add("files.txt", listing(data) + listing(entries_below(places.package, kLevels)));
     bundle.add("qfx_plugin.ini", text_to_utf8(file_tail(places.ini, kIniBytes)));
     bundle.add_logs(data);
-    const std::wstring file = options.out.empty() ? default_file(now) : options.out;
-    print("Tarvo Rendering diagnostics\r\n\r\n" + summary + "\r\n");
-    if (!bundle.write(file)) {
-        print("error: " + to_utf8(file) + " cannot be written. Give another file with --out FILE.\r\n");
-        return kExitNotDone;
+    return bundle.finish();
+}
+
+// A place that cannot be written never fails the diagnostics: the next one is tried.
+void Program::write(const std::string& zip, const tarvo::LocalTime& now) const {
+    for (const std::wstring& file : places_for_file(options_, now)) {
+        unsigned long error = 0;
+        if (write_file(file, zip, error)) {
+            say(Message::gathered, {{to_utf8(file)}});
+            say(options_.unredacted ? Message::unredacted : Message::redacted);
+            return;
+        }
+        const std::string why =
+            error == 0 ? text(Message::no_disk_file, options_.language)
+                       : text(Message::windows_error, options_.language, {{std::to_string(error)}});
+        say(Message::not_written, {{to_utf8(file)}, {why}});
     }
-    print("Everything is gathered in " + to_utf8(file) + "\r\n" +
-          (options.unredacted ? "It holds user names, paths and scene names as they are.\r\n"
-                              : "User names, paths and scene names have been taken out of it.\r\n"));
+    say(Message::nowhere);
+}
+
+int Program::look() const {
+    const tarvo::LocalTime now = tarvo::local_time();
+    const Places places = find_places();
+    say(Message::title);
+    print("\r\n");
+    const std::vector<Finding> findings = judge(gather(places, [this]() { say(Message::testing_archive); }));
+    print(summary_text(findings, options_.language) + "\r\n");
+    try {
+        write(gathered(findings, places, now), now);
+    } catch (const std::exception& error) {
+        say(Message::failed, {{error.what()}});
+        say(Message::nowhere);
+    }
     return has_problem(findings) ? kExitProblems : kExitFine;
+}
+
+int Program::run() {
+    if (options_.help) {
+        say(Message::usage);
+        return kExitFine;
+    }
+    if (options_.clean_days != 0) {
+        const bool done =
+            clean(find_places().data, options_.clean_days,
+                  [this](Message message, const std::vector<Argument>& list) { say(message, list); });
+        return done ? kExitFine : kExitProblems;
+    }
+    return look();
+}
+
+// The console shows UTF-8 while the program runs.
+class Console {
+public:
+    Console() : before_(::GetConsoleOutputCP()) {
+        ::SetConsoleOutputCP(CP_UTF8);
+        // The texts bring their own line ends. There may be no output at all.
+        if (::_fileno(stdout) >= 0) {
+            ::_setmode(::_fileno(stdout), _O_BINARY);
+        }
+    }
+    ~Console() {
+        if (before_ != 0) {
+            ::SetConsoleOutputCP(before_);
+        }
+    }
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+private:
+    UINT before_;
+};
+
+int run() {
+    const Console console;
+    Options options;
+    try {
+        std::string bad;
+        if (!parse(options, bad)) {
+            print(text(Message::bad_argument, options.language, {{bad}}) + "\r\n" +
+                  text(Message::usage, options.language) + "\r\n");
+            return kExitNotUnderstood;
+        }
+        return Program(options).run();
+    } catch (const std::exception& error) {
+        print(text(Message::failed, options.language, {{error.what()}}) + "\r\n");
+        return kExitProblems;
+    }
 }
 
 } // namespace
 } // namespace diagnostics
 
 int main() {
-    ::SetConsoleOutputCP(CP_UTF8);
-    // The texts bring their own line ends.
-    ::_setmode(::_fileno(stdout), _O_BINARY);
-    diagnostics::Options options;
-    if (!diagnostics::parse(options)) {
-        return diagnostics::kExitNotDone;
-    }
-    if (options.help) {
-        diagnostics::print(diagnostics::kUsage);
-        return diagnostics::kExitFine;
-    }
-    try {
-        return diagnostics::run(options);
-    } catch (const std::exception& error) {
-        diagnostics::print(std::string("error: ") + error.what() + "\r\n");
-        return diagnostics::kExitNotDone;
-    }
+    return diagnostics::run();
 }

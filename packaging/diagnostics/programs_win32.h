@@ -1,4 +1,4 @@
-// Asks other programs: does the desktop client listen, does 7-Zip start?
+// Asks 7-Zip: does it start, and is an archive whole?
 #pragma once
 
 #include "packaging/diagnostics/facts.h"
@@ -7,10 +7,10 @@
 
 namespace diagnostics {
 
-// One TCP connection, closed at once; nothing is sent. Waits three seconds for each address of the name.
-Connection try_connection(const std::wstring& host, int port);
-
 // Starts the program without arguments, ten seconds at most: 7-Zip then prints its name and version.
 SevenZipFact try_seven_zip(const std::wstring& program);
+
+// Tests the archive, kArchiveSeconds at most. `said` receives 7-Zip's complaint about a damaged one.
+ArchiveTest test_archive(const std::wstring& program, const std::wstring& archive, std::string& said);
 
 } // namespace diagnostics

@@ -29,6 +29,12 @@ std::string to_utf8(const std::wstring& wide) {
     return text;
 }
 
+std::wstring from_utf8(const std::string& text) {
+    std::wstring wide;
+    decode(CP_UTF8, 0, text, wide);
+    return wide;
+}
+
 std::string text_to_utf8(const std::string& bytes) {
     std::wstring wide;
     if (bytes.compare(0, 2, "\xFF\xFE") == 0) {

@@ -7,7 +7,7 @@ add_test(NAME packaging.release
 set_tests_properties(packaging.release PROPERTIES FIXTURES_SETUP release TIMEOUT 120)
 # The emulator's machine lies beside the builds.
 get_filename_component(TARVO_ALL_BUILDS ${PROJECT_BINARY_DIR} DIRECTORY)
-foreach(name setup diagnostics)
+foreach(name setup diagnostics diagnostics_broken)
     add_test(NAME packaging.${name}
         COMMAND python3 ${CMAKE_CURRENT_SOURCE_DIR}/packaging/${name}_test.py ${TARVO_RELEASE_DIR}/release
             ${PROJECT_BINARY_DIR}/bin ${TARVO_ALL_BUILDS}/wine ${TARVO_RELEASE_DIR}/${name})

@@ -63,6 +63,7 @@ lay_files() {
     install -D -m 644 -t "$data/7-Zip" "$DEPS_DIR/7-Zip/7z.exe" "$DEPS_DIR/7-Zip/7z.dll" "$DEPS_DIR/7-Zip/License.txt"
     for name in "${PACKAGE_SCRIPTS[@]}"; do install -D -m 644 "$scripts/$name" "$package/Contents/$name"; done
     for name in "${DATA_SCRIPTS[@]}"; do install -D -m 644 "$scripts/$name" "$data/script/$name"; done
+    python3 "$ROOT/tools/make_manifest.py" "$folder"
 }
 
 # make_setup LAYOUT SETUP WORK

@@ -37,6 +37,9 @@ long long seconds_since_epoch();
 bool path_exists(const std::wstring& path);
 bool path_exists(const std::string& locale_path);
 
+// When a file was last written, in units of the system's own: only good for comparing. 0 when nothing tells.
+long long last_write_time(const std::wstring& path);
+
 // One level only; true when the folder was made.
 bool create_folder(const std::wstring& path);
 bool create_folder(const std::string& locale_path);

@@ -9,7 +9,8 @@
 
 namespace tarvo {
 
-// In the order ADSL, ALC, CRP; one WARN line after each, whatever its outcome.
+// In the order ADSL, ALC, CRP; one WARN line after each, whatever its outcome. A last one when the scene's
+// file was written meanwhile.
 void check_scene_viruses(Host& host, SceneData& scene, const PluginConfig& config);
 
 } // namespace tarvo

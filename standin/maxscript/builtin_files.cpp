@@ -75,6 +75,8 @@ void add_name_functions(Globals& globals) {
 void add_file_functions(Globals& globals) {
     add_name_functions(globals);
     globals.add_function(u"doesFileExist", 1, 1, {u"allowDirectory"}, file_exists);
+    globals.add_function(u"doesDirectoryExist", 1, 1, {},
+                         [](Arguments& a) { return Value::boolean(files_of(a).folder_exists(a.text(0))); });
     globals.add_function(u"getFiles", 1, 1, {},
                          [](Arguments& a) { return text_array(files_of(a).list(a.text(0))); });
     globals.add_function(u"getDirectories", 1, 1, {},

@@ -55,7 +55,13 @@ namespace maxscript {
 class FileAccess {
 public:
     virtual ~FileAccess() = default;
-    virtual bool exists(const Text& path) = 0;
+    virtual bool exists(const Text& path) = 0; // of a file
+    virtual bool folder_exists(const Text& path) { return !folders(path).empty(); }
+    // In bytes; 0: there is none. Some know it of files that cannot be read.
+    virtual std::int64_t size(const Text& path) {
+        std::string bytes;
+        return read(path, bytes) ? static_cast<std::int64_t>(bytes.size()) : 0;
+    }
     // False: there is none, or it cannot be read.
     virtual bool read(const Text& path, std::string& bytes) = 0;
     virtual bool write(const Text& path, const std::string& bytes) = 0;

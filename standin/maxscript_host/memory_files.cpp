@@ -76,6 +76,34 @@ std::vector<Text> MemoryFiles::paths() const {
     return paths;
 }
 
+std::size_t MemoryFiles::queries_below(const Text& folder) const {
+    const Text begin = key(folder);
+    return static_cast<std::size_t>(
+        std::count_if(queries_.begin(), queries_.end(),
+                      [&begin](const Text& query) { return query.compare(0, begin.size(), begin) == 0; }));
+}
+
+bool MemoryFiles::exists(const Text& path) {
+    queries_.push_back(key(path));
+    return find(path) != nullptr;
+}
+
+// A folder is there when it holds a file, at any depth.
+bool MemoryFiles::folder_exists(const Text& path) {
+    Text begin = key(path);
+    queries_.push_back(begin);
+    if (begin.empty() || begin.back() != u'\\') {
+        begin += u'\\';
+    }
+    const auto first = files_.lower_bound(begin);
+    return first != files_.end() && first->first.compare(0, begin.size(), begin) == 0;
+}
+
+std::int64_t MemoryFiles::size(const Text& path) {
+    const MemoryFile* file = find(path);
+    return file == nullptr ? 0 : static_cast<std::int64_t>(file->bytes.size());
+}
+
 bool MemoryFiles::may_change(const Text& path) const {
     return locked_folders_.count(folder_of(key(path))) == 0;
 }
@@ -103,6 +131,7 @@ bool MemoryFiles::write(const Text& path, const std::string& bytes) {
 
 std::vector<Text> MemoryFiles::list(const Text& pattern) {
     const Text wanted = key(pattern);
+    queries_.push_back(wanted);
     const Text folder = pattern.substr(0, pattern.find_last_of(u"\\/") + 1);
     std::vector<Text> paths;
     for (const auto& file : files_) {

@@ -33,8 +33,12 @@ public:
     void refuse_renaming() { renames_ = false; }
     // All paths, sorted.
     std::vector<Text> paths() const;
+    // What was asked for below `folder` (with its closing separator): whether it is there, and what it holds.
+    std::size_t queries_below(const Text& folder) const;
 
-    bool exists(const Text& path) override { return find(path) != nullptr; }
+    bool exists(const Text& path) override;
+    bool folder_exists(const Text& path) override;
+    std::int64_t size(const Text& path) override;
     bool read(const Text& path, std::string& bytes) override;
     bool write(const Text& path, const std::string& bytes) override;
     // The names stand behind the pattern's own folder, as it is written.
@@ -52,6 +56,7 @@ private:
 
     std::map<Text, MemoryFile> files_; // by key
     std::set<Text> locked_folders_;
+    std::vector<Text> queries_; // keys
     std::size_t space_ = static_cast<std::size_t>(-1);
     bool renames_ = true;
 };

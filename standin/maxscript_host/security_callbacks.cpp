@@ -69,7 +69,7 @@ Value show(Arguments& arguments, SecurityScene& scene) {
     Text listing;
     for (const SceneCallback& callback : scene.callbacks) {
         if (is_selected(callback, wanted)) {
-            listing += u"#" + callback.event + u": id: #" + callback.id +
+            listing += u"#" + callback.event + (scene.lists_ids ? u": id: #" + callback.id : Text()) +
                        (callback.persistent ? u" persistent: true" : u" persistent: false") + u" script: " +
                        callback.script + u"\n";
         }

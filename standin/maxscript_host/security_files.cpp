@@ -96,9 +96,7 @@ Value write_byte(Arguments& arguments) {
 
 Value file_size(Arguments& arguments) {
     FileAccess* const files = arguments.interpreter().environment().files;
-    std::string bytes;
-    const bool there = files != nullptr && files->read(arguments.text(0), bytes);
-    return Value::integer(there ? static_cast<std::int32_t>(bytes.size()) : 0);
+    return Value::integer(files == nullptr ? 0 : static_cast<std::int32_t>(files->size(arguments.text(0))));
 }
 
 Value close_stream(Arguments& arguments) {
@@ -119,10 +117,14 @@ void add_function(Interpreter& interpreter, const Text& name, int fewest, int mo
 
 void install_startup_folders(Interpreter& interpreter, SecurityScene& scene) {
     add_function(interpreter, u"getDir", 1, 1, [&scene](Arguments& a) {
-        if (a.name(0) != u"startupscripts" && a.name(0) != u"userstartupscripts") {
+        const std::map<Text, Text> folders = {{u"startupscripts", scene.system_startup},
+                                              {u"userstartupscripts", scene.user_startup},
+                                              {u"plugcfg", scene.plugin_settings}};
+        const auto found = folders.find(a.name(0));
+        if (found == folders.end()) {
             a.fail(u"Invalid directory name: #" + a.name(0));
         }
-        return Value::string(a.name(0) == u"startupscripts" ? scene.system_startup : scene.user_startup);
+        return Value::string(found->second);
     });
 }
 

@@ -86,8 +86,9 @@ private:
 
 class NodeObject : public HostObject {
 public:
-    NodeObject(Interpreter& interpreter, std::shared_ptr<Classes> classes, std::shared_ptr<SceneNode> node)
-        : interpreter_(interpreter), classes_(std::move(classes)), node_(std::move(node)) {}
+    NodeObject(Interpreter& interpreter, SecurityScene& scene, std::shared_ptr<Classes> classes,
+               std::shared_ptr<SceneNode> node)
+        : interpreter_(interpreter), scene_(scene), classes_(std::move(classes)), node_(std::move(node)) {}
 
     const std::shared_ptr<SceneNode>& node() const { return node_; }
     ClassPointer host_class() const override {
@@ -102,6 +103,7 @@ public:
         if (name == u"name") {
             value = Value::string(node_->name);
         } else if (name == u"scale") {
+            ++scene_.scale_reads;
             const ClassPointer& of_class = node_->has_script ? classes_->scale_script : classes_->plain_scale;
             value = Value::object(std::make_shared<Scale>(
                 of_class, Value::object(std::make_shared<ScaleDriver>(of_class, node_))));
@@ -137,6 +139,7 @@ private:
     }
 
     Interpreter& interpreter_;
+    SecurityScene& scene_;
     std::shared_ptr<Classes> classes_;
     std::shared_ptr<SceneNode> node_;
 };
@@ -149,7 +152,8 @@ public:
     Text text() const override { return u"$objects"; }
     bool elements(std::vector<Value>& items) const override {
         for (const std::shared_ptr<SceneNode>& node : scene_.nodes) {
-            items.push_back(Value::object(std::make_shared<NodeObject>(interpreter_, classes_, node)));
+            items.push_back(
+                Value::object(std::make_shared<NodeObject>(interpreter_, scene_, classes_, node)));
         }
         return true;
     }
@@ -173,6 +177,7 @@ Value delete_node(Arguments& arguments, SecurityScene& scene) {
         return Value::ok();
     }
     node->deleted = true;
+    scene.undo_list.push_back(node);
     for (std::size_t i = 0; i < scene.nodes.size(); ++i) {
         if (scene.nodes[i] == node) {
             scene.nodes.erase(scene.nodes.begin() + static_cast<std::ptrdiff_t>(i));
@@ -221,6 +226,8 @@ void install_security(Interpreter& interpreter, SecurityScene& scene) {
     install_nodes(interpreter, scene);
     install_startup_folders(interpreter, scene);
     install_binary_streams(interpreter);
+    install_saving(interpreter, scene);
+    install_ini_settings(interpreter);
 }
 
 } // namespace maxscript_host

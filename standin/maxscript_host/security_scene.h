@@ -38,15 +38,26 @@ struct SecurityScene {
     std::vector<SceneCallback> callbacks;
     std::vector<std::shared_ptr<SceneNode>> nodes;
     bool tells_of_no_callbacks = false; // a listing without any is a line that repeats the id
+    bool lists_ids = true;              // false: a listing shows each callback without its id
     std::set<Text> stuck_globals;       // folded: can be neither set nor removed
     Text system_startup;                // what getDir answers; no closing separator
     Text user_startup;
+    Text plugin_settings; // the folder #plugcfg
+    bool save_required = false;
+    // Writes the scene's file; empty: it cannot be written.
+    std::function<bool(const Text& path)> save;
+    std::vector<std::shared_ptr<SceneNode>> undo_list; // nodes that were deleted and would come back
+    std::size_t scale_reads = 0;                       // how often a node's scale was asked for
     // What was changed, in order: "callbacks.removeScripts id", "globalVars.set name", "delete name", ….
     std::vector<Text> journal;
 
     // In order of the scene.
     std::vector<Text> node_names() const;
     std::vector<Text> callback_ids() const;
+    // What a file of this scene keeps, a line each: "callback id", "global name", "node name".
+    Text saved_content(Interpreter& interpreter) const;
+    // As Ctrl+Z does, all steps.
+    void undo();
 };
 
 // A global that the open scene brought along.
@@ -61,5 +72,7 @@ void install_global_pools(Interpreter& interpreter, SecurityScene& scene);
 void install_nodes(Interpreter& interpreter, SecurityScene& scene);
 void install_startup_folders(Interpreter& interpreter, SecurityScene& scene);
 void install_binary_streams(Interpreter& interpreter);
+void install_saving(Interpreter& interpreter, SecurityScene& scene);
+void install_ini_settings(Interpreter& interpreter);
 
 } // namespace maxscript_host

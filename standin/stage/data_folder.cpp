@@ -1,6 +1,7 @@
 #include "standin/stage/data_folder.h"
 
 #include "standin/stage/files.h"
+#include "standin/stage/infection.h"
 #include "standin/stage/json_read.h"
 #include "standin/stage/log_lines.h"
 #include "standin/stage/wide_text.h"
@@ -47,7 +48,14 @@ Json::Value describe_file(const FileEntry& file, const std::string& name) {
     entry["name"] = name;
     entry["size"] = static_cast<Json::Int64>(file.size);
     std::string content;
-    if (file.size > kLargestShownFile || !read_file(file.path, content) || !is_text(content)) {
+    if (file.size > kLargestShownFile || !read_file(file.path, content)) {
+        return entry;
+    }
+    const std::string infection = infection_in(content);
+    if (!infection.empty()) {
+        entry["infection"] = infection;
+    }
+    if (!is_text(content)) {
         return entry;
     }
     const Json::Value document = ends_with(name, ".json") ? parsed_or_null(content) : Json::Value();

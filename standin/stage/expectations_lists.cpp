@@ -88,7 +88,7 @@ void check_file_content(const Check& check, const Json::Value& wanted, const Jso
     if (wanted.isMember("min_size") && file["size"].asInt64() < wanted["min_size"].asInt64()) {
         check.differ(place_of(place, "min_size"), compact(wanted["min_size"]), compact(file["size"]));
     }
-    for (const char* key : {"json", "text"}) {
+    for (const char* key : {"json", "text", "infection"}) {
         if (wanted.isMember(key)) {
             check.matcher.match(wanted[key], file[key], place_of(place, key), check.mismatches,
                                 file.isMember(key));

@@ -1,5 +1,6 @@
 #include "standin/stage/infection.h"
 
+#include "standin/sdk/control.h"
 #include "standin/stage/files.h"
 #include "standin/stage/wide_text.h"
 
@@ -40,7 +41,14 @@ std::shared_ptr<SceneNode> node_from(const Json::Value& wanted) {
     return node;
 }
 
+const std::string kInfectionMark = "\nTEXT OF THE STAGE: WHAT THE SCENE KEEPS\n";
+
 } // namespace
+
+std::string infection_in(const std::string& bytes) {
+    const std::size_t mark = bytes.rfind(kInfectionMark);
+    return mark == std::string::npos ? std::string() : bytes.substr(mark + kInfectionMark.size());
+}
 
 bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
     for (const std::string& name : files.getMemberNames()) {
@@ -54,11 +62,19 @@ bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
 
 void Infection::install(maxscript::Interpreter& interpreter) {
     scene_ = maxscript_host::SecurityScene();
+    scene_.save = [this, &interpreter](const Text& path) {
+        const std::wstring wide = maxscript::wide_from_text(path);
+        const bool saved = save(interpreter, wide);
+        if (saved) {
+            host_standin::set_scene(host_standin::scene_path(), false);
+        }
+        return saved;
+    };
     maxscript_host::install_security(interpreter, scene_);
 }
 
 void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wanted,
-                     const std::wstring& startup) {
+                     const std::wstring& startup, const std::wstring& scene) {
     std::vector<SceneCallback>& callbacks = scene_.callbacks;
     callbacks.erase(std::remove_if(callbacks.begin(), callbacks.end(),
                                    [](const SceneCallback& callback) { return callback.persistent; }),
@@ -82,6 +98,21 @@ void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wan
     };
     scene_.system_startup = folder(L"system");
     scene_.user_startup = folder(L"user");
+    scene_.plugin_settings = folder(L"plugcfg");
+    if (!wanted.isNull()) {
+        save(interpreter, scene);
+    }
+}
+
+// Over the scene's own file; only what scripts can change of it changes.
+bool Infection::save(maxscript::Interpreter& interpreter, const std::wstring& path) const {
+    std::string bytes;
+    if (path.empty() || !read_file(path, bytes)) {
+        return false;
+    }
+    bytes = bytes.substr(0, bytes.rfind(kInfectionMark));
+    return write_file(path,
+                      bytes + kInfectionMark + maxscript::utf8_from_text(scene_.saved_content(interpreter)));
 }
 
 } // namespace stage

@@ -19,6 +19,7 @@ Ledger* g_ledger = nullptr;
 std::map<HANDLE, Json::ArrayIndex> g_processes; // open process handles of the module, with their entry
 
 std::atomic<bool> g_fail_next_read{false};
+std::atomic<bool> g_fail_next_copy{false};
 
 // The functions as the module would have called them. Filled by the patches below.
 struct Originals {
@@ -43,6 +44,7 @@ struct Originals {
     AnyFunction load_library_a;
     AnyFunction free_library;
     AnyFunction shell_execute;
+    AnyFunction copy_file;
 };
 Originals g_original = {};
 
@@ -228,6 +230,14 @@ BOOL WINAPI watched_free_library(HMODULE library) {
     return ORIGINAL(FreeLibrary, free_library)(library);
 }
 
+BOOL WINAPI watched_copy_file(LPCWSTR from, LPCWSTR to, BOOL fail_if_exists) {
+    if (g_fail_next_copy.exchange(false)) {
+        ::SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+    }
+    return ORIGINAL(CopyFileW, copy_file)(from, to, fail_if_exists);
+}
+
 HINSTANCE WINAPI watched_shell_execute(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters, LPCWSTR folder,
                                        INT show) {
     constexpr INT_PTR success = 42; // anything above 32
@@ -268,12 +278,17 @@ const ImportPatch kPatches[] = {
     {"LoadLibraryA", any(&watched_load_library_a), &g_original.load_library_a},
     {"FreeLibrary", any(&watched_free_library), &g_original.free_library},
     {"ShellExecuteW", any(&watched_shell_execute), &g_original.shell_execute},
+    {"CopyFileW", any(&watched_copy_file), &g_original.copy_file},
 };
 
 } // namespace
 
 void fail_next_http_read() {
     g_fail_next_read = true;
+}
+
+void fail_next_file_copy() {
+    g_fail_next_copy = true;
 }
 
 void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledger) {

@@ -14,5 +14,7 @@ void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledg
 
 // The module's next WinHttpReadData fails with ERROR_WINHTTP_CONNECTION_ERROR.
 void fail_next_http_read();
+// The module's next CopyFileW fails with ERROR_DISK_FULL.
+void fail_next_file_copy();
 
 } // namespace stage

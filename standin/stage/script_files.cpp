@@ -45,6 +45,18 @@ bool ScriptFiles::exists(const Text& path) {
     return file_exists(wide(path));
 }
 
+bool ScriptFiles::folder_exists(const Text& path) {
+    return stage::folder_exists(wide(path));
+}
+
+std::int64_t ScriptFiles::size(const Text& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (::GetFileAttributesExW(wide(path).c_str(), GetFileExInfoStandard, &data) == FALSE) {
+        return 0;
+    }
+    return (static_cast<std::int64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+}
+
 bool ScriptFiles::read(const Text& path, std::string& bytes) {
     return read_file(wide(path), bytes);
 }

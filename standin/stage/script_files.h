@@ -10,6 +10,8 @@ public:
     using Text = maxscript::Text;
 
     bool exists(const Text& path) override;
+    bool folder_exists(const Text& path) override;
+    std::int64_t size(const Text& path) override;
     bool read(const Text& path, std::string& bytes) override;
     bool write(const Text& path, const std::string& bytes) override;
     std::vector<Text> list(const Text& pattern) override;

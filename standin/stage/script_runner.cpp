@@ -50,7 +50,7 @@ void StageScripts::set_scene(const StageScene& scene, const Json::Value& analysi
     for (const Json::Value& query : scene.literal["failing"]) {
         host_.fail_query(maxscript::text_from_utf8(query.asString()));
     }
-    infection_.open(*interpreter_, scene.literal["infection"], scene.startup_folder);
+    infection_.open(*interpreter_, scene.literal["infection"], scene.startup_folder, scene.model.path);
     analysis_ = analysis;
 }
 

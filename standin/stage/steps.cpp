@@ -62,6 +62,7 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"unlock_file", &Steps::unlock},
     {"restart", &Steps::restart},
     {"fail_next_read", &Steps::fail_next_read},
+    {"fail_next_copy", &Steps::fail_next_copy},
     {"repeat", &Steps::repeat},
     {"soak", &Steps::soak},
     {"expect", &Steps::expect},

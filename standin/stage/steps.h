@@ -96,6 +96,7 @@ private:
     void unlock(const Json::Value& arguments);
     void restart(const Json::Value& arguments);
     void fail_next_read(const Json::Value& arguments);
+    void fail_next_copy(const Json::Value& arguments);
     void expect(const Json::Value& arguments);
     std::wstring named_file(const Json::Value& arguments) const;
 

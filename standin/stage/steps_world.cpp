@@ -209,6 +209,10 @@ void Steps::fail_next_read(const Json::Value&) {
     fail_next_http_read();
 }
 
+void Steps::fail_next_copy(const Json::Value&) {
+    fail_next_file_copy();
+}
+
 void Steps::restart(const Json::Value&) {
     if (run_.dialogs->top() != nullptr) {
         throw StepFailure{"no open dialog", "one is open"};

@@ -1,8 +1,9 @@
-// One host with one of the three virus checks: files in memory, a scene to infect, a listener that is read.
-// The script is loaded as the module loads it.
+// One host with one of the three virus checks at a time: files in memory, a scene to infect, a listener that
+// is read. The script is loaded as the module loads it.
 #pragma once
 
 #include "standin/maxscript_host/memory_files.h"
+#include "standin/maxscript_host/scene_library.h"
 #include "standin/maxscript_host/security_scene.h"
 #include "tests/support/test_folder.h"
 
@@ -32,9 +33,23 @@ public:
     explicit VirusBench(const std::string& family) : interpreter_(environment()) {
         scene.system_startup = u"C:\\Max\\scripts\\Startup";
         scene.user_startup = u"C:\\Users\\me\\Startup\\";
+        scene.plugin_settings = u"C:\\Users\\me\\plugcfg\\";
+        host.model.path = L"D:\\jobs\\Lobby.max";
+        files.put(kScene, "the scene as it was");
+        scene.save = [this](const Text& path) {
+            return files.write(path, "saved\n" + utf8(scene.saved_content(interpreter_)));
+        };
+        maxscript_host::install_scene_library(interpreter_, host);
         maxscript_host::install_security(interpreter_, scene);
-        files.put(kScript, virus_script(family));
+        load(family);
     }
+
+    // Another check in the same session of the host.
+    void load(const std::string& family) { files.put(kScript, virus_script(family)); }
+
+    // Copies the scene's file as the module does before the checks.
+    void back_up() { files.put(kCopy, content(kScene)); }
+    std::string saved_scene() { return content(kScene); }
 
     // What the script wrote, without "Tarvo check …: "; a script that throws ends the test.
     Lines check() {
@@ -90,8 +105,12 @@ public:
         return names;
     }
 
+    static constexpr const char16_t* kScene = u"D:\\jobs\\Lobby.max";
+    static constexpr const char16_t* kCopy = u"D:\\jobs\\Lobby_004711.max";
+
     maxscript_host::MemoryFiles files;
     maxscript_host::SecurityScene scene;
+    maxscript_host::SceneHost host;
 
 private:
     static constexpr const char16_t* kScript = u"C:\\ProgramData/Tarvo Rendering/script/check.ms";

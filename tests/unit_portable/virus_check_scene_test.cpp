@@ -1,17 +1,17 @@
-// What the three virus checks find, take away and leave in a scene: callbacks, globals and helper nodes.
+// What the three virus checks find, take away and leave in a scene: callbacks and globals.
 #include "tests/unit_portable/virus_check_bench.h"
 
 namespace {
 
 using maxscript::Text;
-using maxscript_host::SceneNode;
 using tarvo_test::Lines;
 using tarvo_test::utf8;
 using tarvo_test::VirusBench;
 
-const char* const kSave = ". Save the scene now: its file still holds what was removed.";
+const char* const kNotSaved = "not saved: no copy of the scene's file as it is lies beside it. Save the "
+                              "scene and submit it again: its file "
+                              "still holds what was removed.";
 const Text kLongHarmless = Text(4001, u'-') + u" rig";
-const Text kLongOfFamily = Text(4001, u'-') + u" autodeskLICserStuckCleanBeta()";
 
 // Callbacks and persistent globals of each family, and names that only look like them.
 struct Family {
@@ -19,6 +19,7 @@ struct Family {
     std::vector<Text> callbacks;
     std::vector<Text> globals; // in the order of the report
     std::vector<Text> look_alikes;
+    std::vector<Text> to_look_at; // resemble the family, in the order of the report
 };
 
 void PrintTo(const Family& family, std::ostream* stream) {
@@ -37,9 +38,9 @@ std::vector<Text> events(const Text& prefix) {
 const Family kFamilies[] = {
     {"Adsl",
      events(u"ID_ADSL_"),
-     {u"ADSL_AScript", u"ADSL_Authorization", u"ADSL_BScript", u"ADSL_BSfull", u"ADSL_WriteAScript",
-      u"ADSL_WriteBScript"},
-     {u"ADSLX_Thing", u"myADSL_AScript", u"ADSL", u"CRP_AScript", u"AutodeskLicSerStuckAlpha"}},
+     {u"ADSL_AScript", u"ADSL_BScript", u"ADSL_BSfull", u"ADSL_WriteAScript", u"ADSL_WriteBScript"},
+     {u"ADSLX_Thing", u"myADSL_AScript", u"ADSL", u"CRP_AScript", u"AutodeskLicSerStuckAlpha"},
+     {u"ADSL_Authorization", u"ADSL_shotList"}},
     {"Alc",
      {u"AutodeskLicCleanBeta", u"PhysXCleanBetaRBKSysInfo", u"RenderLicCleanBeta", u"AutodeskLicences",
       u"PhysXCreateRBKSysInfo", u"RenderLicences", u"AutodeskLicCleanAlpha", u"PhysXCleanAlphaRBKSysInfo",
@@ -96,12 +97,13 @@ const Family kFamilies[] = {
       u"px_SimulatorSaveCleanAlpha",
       u"px_SimulatorCbaCleanBeta",
       u"px_SimulatorCbaCleanAlpha"},
-     {u"SomeAlphaTool", u"ImageCleanAlpha", u"AutodeskLicSerStuck", u"runMain", u"myrunMainCleanBeta",
-      u"CRP_AScript"}},
+     {u"SomeAlphaTool", u"AutodeskLicSerStuck", u"runMain", u"CRP_AScript"},
+     {u"ImageCleanAlpha", u"MyLicAlphaTool", u"myrunMainCleanBeta"}},
     {"Crp",
      events(u"ID_CRP_"),
-     {u"CRP_AScript", u"CRP_Authorization", u"CRP_BScript", u"CRP_WriteAScript"},
-     {u"CRPX_Thing", u"myCRP_AScript", u"CRP", u"ADSL_AScript"}},
+     {u"CRP_AScript", u"CRP_BScript", u"CRP_WriteAScript"},
+     {u"CRPX_Thing", u"myCRP_AScript", u"CRP", u"ADSL_AScript"},
+     {u"CRP_Authorization", u"CRP_shotList", u"CRP_WriteBScript"}},
 };
 
 class EachFamily : public testing::TestWithParam<Family> {};
@@ -129,7 +131,8 @@ Lines removal_lines(const Family& family) {
         lines.push_back("removed global " + utf8(name));
     }
     const std::string count = std::to_string(lines.size());
-    lines.push_back(count + " found, " + count + " removed, 0 left" + kSave);
+    lines.push_back(count + " found, " + count + " removed, 0 left");
+    lines.push_back(kNotSaved);
     return lines;
 }
 
@@ -156,12 +159,15 @@ TEST_P(EachFamily, LeavesACleanSceneAsItIs) {
     bench.add_callback(Text());
     bench.add_global(u"MyTool_Settings");
     bench.add_node(u"Point001", u"Point", kLongHarmless);
+    bench.run(u"global tarvoCleanedScene");
     const std::vector<Text> before = bench.own_globals();
     EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+    EXPECT_FALSE(bench.scene.save_required);
+    EXPECT_EQ(bench.saved_scene(), "the scene as it was");
     EXPECT_EQ(bench.scene.callbacks.size(), 2U);
     EXPECT_TRUE(bench.is_persistent(u"MyTool_Settings"));
     EXPECT_EQ(bench.scene.node_names(), std::vector<Text>({u"Point001"}));
-    EXPECT_EQ(bench.own_globals(), before); // and nothing of the script stays behind
+    EXPECT_EQ(bench.own_globals(), before); // and nothing else of the script stays behind
 }
 
 TEST_P(EachFamily, LeavesWhatOnlyLooksLikeIt) {
@@ -184,6 +190,44 @@ TEST_P(EachFamily, LeavesWhatOnlyLooksLikeIt) {
     }
 }
 
+// A guard is told of and counts for nothing; the others are for a person.
+TEST_P(EachFamily, NamesWhatResemblesItAndLeavesIt) {
+    VirusBench bench(GetParam().name);
+    Lines expected;
+    for (const Text& name : GetParam().to_look_at) {
+        bench.add_global(name);
+        expected.push_back("look at global " + utf8(name) +
+                           " yourself: its name resembles the family, so it was left");
+    }
+    expected.push_back("nothing else found; " + std::to_string(expected.size()) + " to look at");
+    EXPECT_EQ(bench.check(), expected);
+    for (const Text& name : GetParam().to_look_at) {
+        EXPECT_TRUE(bench.is_persistent(name)) << utf8(name);
+    }
+    EXPECT_FALSE(bench.scene.save_required);
+}
+
+TEST(VirusCheckGuards, AreLeftAndToldOf) {
+    for (const char* const prefix : {"ADSL", "CRP"}) {
+        VirusBench bench(std::string(prefix) == "CRP" ? "Crp" : "Adsl");
+        const Text name = maxscript::text_from_utf8(prefix) + u"_Authorization";
+        bench.run(u"global " + name + u" = true");
+        EXPECT_EQ(bench.check(),
+                  Lines({"left guard global " + utf8(name) + ": cleaners set it as a protection",
+                         "nothing found"}));
+        EXPECT_TRUE(bench.has_global(name));
+    }
+}
+
+// Somebody sets the variable to nothing so that the virus takes the scene for infected.
+TEST_P(EachFamily, LeavesAGlobalThatHoldsAnEmptyText) {
+    VirusBench bench(GetParam().name);
+    const Text name = GetParam().globals[0];
+    bench.run(u"persistent global " + name + u" = \"\"");
+    EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+    EXPECT_TRUE(bench.is_persistent(name));
+}
+
 // Names are equal in any case, and a script that has been loaded leaves plain globals and functions.
 TEST_P(EachFamily, FindsGlobalsInAnyCaseAndWithoutPersistence) {
     VirusBench bench(GetParam().name);
@@ -192,7 +236,7 @@ TEST_P(EachFamily, FindsGlobalsInAnyCaseAndWithoutPersistence) {
     const Lines lines = bench.check();
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_TRUE(maxscript::equal_folded(maxscript::text_from_utf8(lines[0]), u"removed global " + lower));
-    EXPECT_EQ(lines[1], "1 found, 1 removed, 0 left.");
+    EXPECT_EQ(lines[1], "1 found, 1 removed, 0 left");
     EXPECT_FALSE(bench.has_global(lower));
 }
 
@@ -202,7 +246,7 @@ TEST_P(EachFamily, TakesPersistentNamesWithoutAValueAway) {
     const Text name = GetParam().globals[0];
     bench.run(u"persistent global " + name);
     EXPECT_EQ(bench.check(),
-              Lines({"removed global " + utf8(name), std::string("1 found, 1 removed, 0 left") + kSave}));
+              Lines({"removed global " + utf8(name), "1 found, 1 removed, 0 left", kNotSaved}));
     EXPECT_FALSE(bench.has_global(name));
 }
 
@@ -232,12 +276,12 @@ TEST_P(EachFamily, ReportsACallbackThatStaysAndGoesOn) {
     const Text id = GetParam().callbacks[1];
     const Lines lines = bench.check();
     Lines expected = removal_lines(GetParam());
-    const std::string count = std::to_string(expected.size() - 1);
-    const std::string fewer = std::to_string(expected.size() - 2);
+    const std::string count = std::to_string(expected.size() - 2);
+    const std::string fewer = std::to_string(expected.size() - 3);
     ASSERT_EQ(lines.size(), expected.size());
     EXPECT_EQ(lines[1].compare(0, 26 + id.size(), "could not remove callback " + utf8(id)), 0) << lines[1];
     EXPECT_NE(lines[1].find("Callback is in use: " + utf8(id)), std::string::npos) << lines[1];
-    EXPECT_EQ(lines.back(), count + " found, " + fewer + " removed, 1 left" + kSave);
+    EXPECT_EQ(lines[lines.size() - 2], count + " found, " + fewer + " removed, 1 left");
     EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({id}));
 }
 
@@ -249,64 +293,11 @@ TEST_P(EachFamily, ReportsAGlobalThatStaysAndGoesOn) {
     const Lines lines = bench.check();
     Lines expected = removal_lines(GetParam());
     expected[GetParam().callbacks.size()] = "could not remove global " + utf8(name) + ": it is still there";
-    const std::string count = std::to_string(expected.size() - 1);
-    expected.back() = count + " found, " + std::to_string(expected.size() - 2) + " removed, 1 left" + kSave;
+    const std::string count = std::to_string(expected.size() - 2);
+    expected[expected.size() - 2] =
+        count + " found, " + std::to_string(expected.size() - 3) + " removed, 1 left";
     EXPECT_EQ(lines, expected);
     EXPECT_TRUE(bench.is_persistent(name));
-}
-
-struct NodeCase {
-    const char* what;
-    Text name;
-    Text type;
-    Text script;
-    bool found;
-    bool removed;
-};
-
-const NodeCase kNodeCases[] = {
-    {"ideographic blank", u"\u3000\uE813\uE811", u"Point", u"", true, true},
-    {"private use", u"\uE814\uE812", u"Point", u"", true, true},
-    {"misread 1", u"\u00D7\u00FE\u00D7\u00FC", u"Point", u"", true, true},
-    {"misread 2", u"\u00A1\u00A1\u00D7\u00FD\u00D7\u00FB", u"Point", u"", true, true},
-    {"misread 3", u"\u00D7\u00FA\u00D7\u00FA", u"Point", u"", true, true},
-    {"misread 4", u"\u00D7\u00FE\u00D7\u00FA", u"Point", u"", true, true},
-    {"plain name", u"Rectangles135", u"Point", u"", true, true},
-    {"other plain name", u"RenderDialogSign", u"Point", u"", true, true},
-    {"family in a long script", u"Point001", u"Point", kLongOfFamily, true, true},
-    {"family in a long script of a dummy", u"Dummy001", u"Dummy", kLongOfFamily, true, true},
-    {"the name, but no point", u"Rectangles135", u"Dummy", u"", false, false},
-    {"the name, but a box", u"Rectangles135", u"Box", u"", false, false},
-    {"longer name", u"Rectangles1350", u"Point", u"", false, false},
-    {"other case", u"rectangles135", u"Point", u"", false, false},
-    {"one letter of a name", u"\uE814", u"Point", u"", false, false},
-    {"long script without the family", u"Rig", u"Point", kLongHarmless, false, false},
-    {"short script with the family", u"Rig", u"Point", u"AutodeskLicSerStuckCleanBeta()", false, false},
-    {"family in a long script of a box", u"Box001", u"Box", kLongOfFamily, true, false},
-};
-
-TEST(VirusCheckAlc, FindsCarriersByNameAndClassOrByTheirScript) {
-    for (const NodeCase& one : kNodeCases) {
-        SCOPED_TRACE(one.what);
-        VirusBench bench("Alc");
-        bench.add_node(one.name, one.type, one.script);
-        bench.add_node(u"Legit", u"Point");
-        const Lines lines = bench.check();
-        EXPECT_EQ(lines.size(), one.found ? 2U : 1U);
-        EXPECT_EQ(lines[0] == "removed helper " + utf8(one.name), one.removed);
-        EXPECT_EQ(lines[0] == "nothing found", !one.found);
-        EXPECT_EQ(bench.scene.nodes.size(), one.removed ? 1U : 2U);
-        EXPECT_EQ(utf8(bench.scene.nodes.back()->name), "Legit");
-    }
-}
-
-TEST(VirusCheckAlc, TellsOfANodeThatIsNoHelperAndLeavesIt) {
-    VirusBench bench("Alc");
-    bench.add_node(u"Box001", u"Box", kLongOfFamily);
-    EXPECT_EQ(
-        bench.check(),
-        Lines({"could not remove helper Box001: it is no helper; take the script off its scale yourself",
-               "1 found, 0 removed, 1 left."}));
 }
 
 // What the file of the scene still holds is worth a word only when the scene no longer holds it.
@@ -316,12 +307,24 @@ TEST_P(EachFamily, SaysNothingOfSavingWhenAllStays) {
     bench.scene.callbacks[0].stuck = true;
     bench.add_global(GetParam().globals[0]);
     bench.scene.stuck_globals.insert(maxscript::folded(GetParam().globals[0]));
-    EXPECT_EQ(bench.check().back(), "2 found, 0 removed, 2 left.");
+    EXPECT_EQ(bench.check().back(), "2 found, 0 removed, 2 left");
+    EXPECT_FALSE(bench.scene.save_required);
     bench.add_callback(GetParam().callbacks[1]);
-    EXPECT_EQ(bench.check().back(), std::string("3 found, 1 removed, 2 left") + kSave);
+    EXPECT_EQ(bench.check().back(), kNotSaved);
 }
 
-// Nobody promises the form of the listing: a line that names the id may be no callback.
+// No document says that a listing shows ids.
+TEST_P(EachFamily, TellsOfCallbacksInAHostWhoseListingShowsNoIds) {
+    VirusBench bench(GetParam().name);
+    bench.scene.lists_ids = false;
+    EXPECT_EQ(bench.check(), Lines({"nothing found"}));
+    bench.add_callback(u"MyTool");
+    infect(bench, GetParam());
+    EXPECT_EQ(bench.check(), removal_lines(GetParam()));
+    EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({u"MyTool"}));
+}
+
+// The listing of an id without callbacks may be a line that names the id.
 TEST_P(EachFamily, TakesALineAboutNoCallbacksForNone) {
     VirusBench bench(GetParam().name);
     bench.scene.tells_of_no_callbacks = true;
@@ -330,29 +333,6 @@ TEST_P(EachFamily, TakesALineAboutNoCallbacksForNone) {
     infect(bench, GetParam());
     EXPECT_EQ(bench.check(), removal_lines(GetParam()));
     EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({u"MyTool"}));
-}
-
-TEST(VirusCheckAlc, ShowsAndThawsACarrierBeforeItDeletesIt) {
-    VirusBench bench("Alc");
-    SceneNode& node = bench.add_node(u"RenderDialogSign", u"Point");
-    node.hidden = true;
-    node.frozen = true;
-    EXPECT_EQ(bench.check(),
-              Lines({"removed helper RenderDialogSign", std::string("1 found, 1 removed, 0 left") + kSave}));
-    EXPECT_TRUE(bench.scene.nodes.empty());
-}
-
-// With its name changed for good, the next check would no longer know it.
-TEST(VirusCheckAlc, ReportsACarrierThatStaysAndGivesItsNameBack) {
-    VirusBench bench("Alc");
-    bench.add_node(u"Rectangles135", u"Point").stuck = true;
-    bench.add_node(u"RenderDialogSign", u"Point");
-    const Lines expected = {"could not remove helper Rectangles135: it is still there",
-                            "removed helper RenderDialogSign",
-                            std::string("2 found, 1 removed, 1 left") + kSave};
-    EXPECT_EQ(bench.check(), expected);
-    EXPECT_EQ(bench.scene.node_names(), std::vector<Text>({u"Rectangles135"}));
-    EXPECT_EQ(bench.check().front(), expected.front());
 }
 
 TEST(VirusCheckAlc, DeletesHelpersAfterTheGlobals) {

@@ -125,23 +125,4 @@ TEST_P(VirusScript, LeavesGlobalsAloneThatAreNamedLikeItsOwnVariables) {
     }
 }
 
-std::string between(const std::string& text, const std::string& begin, const std::string& end) {
-    const std::size_t from = text.find(begin);
-    const std::size_t to = text.find(end);
-    return from == std::string::npos || to == std::string::npos ? std::string()
-                                                                : text.substr(from, to - from);
-}
-
-// Each check is loaded alone, so they repeat what they have in common. A correction belongs in all of them.
-TEST(VirusScripts, HaveTheSameCommonParts) {
-    const std::string shared = between(virus_script("Adsl"), "-- Begin: in all", "-- End: in all");
-    ASSERT_GT(shared.size(), 1000U);
-    EXPECT_EQ(between(virus_script("Alc"), "-- Begin: in all", "-- End: in all"), shared);
-    const std::string mark = "-- From here on the checks for ADSL and CRP are the same";
-    const std::string adsl = virus_script("Adsl");
-    const std::string crp = virus_script("Crp");
-    ASSERT_NE(adsl.find(mark), std::string::npos);
-    EXPECT_EQ(adsl.substr(adsl.find(mark)), crp.substr(crp.find(mark)));
-}
-
 } // namespace

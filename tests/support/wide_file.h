@@ -1,6 +1,10 @@
 // Files by their wide paths, for tests whose names do not fit the code page.
 #pragma once
 
+#include "tests/support/system_error.h"
+
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <string>
 #include <wchar.h>
@@ -9,10 +13,10 @@ namespace tarvo_test {
 
 inline void write_wide_file(const std::wstring& path, const std::string& content) {
     std::FILE* file = ::_wfopen(path.c_str(), L"wb");
-    if (file != nullptr) {
-        std::fwrite(content.data(), 1, content.size(), file);
-        std::fclose(file);
-    }
+    ASSERT_TRUE(file != nullptr) << library_error("_wfopen for writing", path, errno);
+    EXPECT_EQ(content.size(), std::fwrite(content.data(), 1, content.size(), file))
+        << library_error("fwrite", path, errno);
+    EXPECT_EQ(0, std::fclose(file)) << library_error("fclose", path, errno);
 }
 
 // Empty when the file cannot be read.

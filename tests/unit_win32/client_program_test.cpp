@@ -33,13 +33,14 @@ protected:
         // Process ids come again soon, therefore the time.
         folder_ = std::wstring(temp) + L"client test \x5854 " + std::to_wstring(::GetCurrentProcessId()) +
                   L" " + std::to_wstring(::GetTickCount64()) + L" " + std::to_wstring(++number);
-        ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr));
+        ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr))
+            << system_error("CreateDirectoryW", folder_, ::GetLastError());
     }
 
     void TearDown() override {
         if (client_) {
             ::TerminateProcess(client_.get(), 0);
-            ::WaitForSingleObject(client_.get(), kPatienceMs);
+            EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(client_.get(), kPatienceMs));
         }
         // The system closes the files of an ended process a little after it says that the process has ended.
         eventually([this] { return remove_folder(); }, 5000);
@@ -84,11 +85,12 @@ protected:
                             in_folder(L"record") + L"\" --stop \"" + in_folder(L"stop") +
                             L"\" --seven-zip \"" + seven_zip() + L"\" " + options,
                         in_folder(L"output"));
-        ASSERT_TRUE(static_cast<bool>(client_)) << "client.exe has to lie beside the test program";
+        ASSERT_TRUE(static_cast<bool>(client_)) << "client.exe must be in the folder of the test program";
         ASSERT_TRUE(eventually([this] {
             port_ = std::atoi(read_wide(in_folder(L"ready")).c_str());
             return port_ != 0;
-        })) << "the client did not say that it listens";
+        })) << "the client did not write its port within the limit; it printed: "
+            << read_wide(in_folder(L"output"));
     }
 
     Json::Value last_record() const {
@@ -127,8 +129,8 @@ protected:
     void pack(const std::wstring& archive, const std::wstring& items) {
         const KernelHandle process =
             start(seven_zip(), L"a \"" + in_folder(archive) + L"\" " + items, in_folder(L"packing"));
-        ASSERT_TRUE(static_cast<bool>(process)) << "TARVO_SEVEN_ZIP has to name the folder with 7z.exe";
-        ASSERT_EQ(0, exit_code_of(process));
+        ASSERT_TRUE(static_cast<bool>(process)) << "TARVO_SEVEN_ZIP must name the folder with 7z.exe";
+        ASSERT_EQ(0, exit_code_of(process)) << read_wide(in_folder(L"packing"));
     }
 
     std::string failed_after(const std::string& head, const std::string& body) {

@@ -1,4 +1,5 @@
 // Finds the texts, and makes the plugin's folder before the first store opens its log.
+#include "tests/support/hang_watch.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +36,7 @@ int main(int argument_count, char** arguments) {
         return append_to(arguments[2]);
     }
     ::testing::InitGoogleTest(&argument_count, arguments);
+    tarvo_test::HangWatch::install();
 #ifdef _WIN32
     // The test program carries the module's own resources.
     tarvo::SetModuleInstance(::GetModuleHandleW(nullptr));

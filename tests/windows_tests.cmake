@@ -1,5 +1,16 @@
-# Tests that are Windows programs; ctest starts them through the emulator, which is Wine. They share one machine-wide
-# data folder, so no two of them run at the same time.
+# Tests that are Windows programs; ctest starts them through the emulator, which is Wine. The plugin's data folder is the
+# machine's, so each test takes a Wine lane of its own (tools/lib/wine.sh). Lanes exist only with ctest's option
+# --resource-spec-file; without it, run ctest without -j.
+set(TARVO_WINE_LANE RESOURCE_GROUPS wine:1)
+# A test that hangs ends after this many seconds and names itself; ctest's own limit is the net below.
+set(TARVO_LIMIT 90)
+set(TARVO_LONG_LIMIT 280)
+set(TARVO_NET 330)
+# The tests that take longest, in seconds on two cores: they start first, so that no lane is left with one at the end.
+# From the second run on ctest goes by what it measured.
+set(TARVO_LONG_TESTS
+    scenario.all_boxes.en=40 scenario.all_boxes.zh=40 scenario.soak.en=20 scenario.soak.zh=20 scenario.wear=30
+    scenario.client_bodies_any_code=11 scenario.client_bodies_no_code=13 packaging.setup=43 packaging.diagnostics=18)
 set(TARVO_WINE bash ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
 set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip")
 
@@ -28,13 +39,31 @@ add_executable(module_tests ${TARVO_MODULE_TESTS})
 target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 -static)
 add_dependencies(module_tests tarvo_module)
 
-# Both code pages and both languages: what a user's machine is set to decides which texts and paths come up.
+# What gtest measured of each test, for tools/slowest.py.
+set(TARVO_TIMES ${PROJECT_BINARY_DIR}/times)
+file(MAKE_DIRECTORY ${TARVO_TIMES})
+
+# Both code pages and both languages: what a user's machine is set to decides which texts and paths come up. The longest
+# program runs in parts, in different lanes.
+set(win32_tests_PARTS 4)
 foreach(program portable_tests win32_tests plugin_tests module_tests)
+    set(parts 1)
+    if(DEFINED ${program}_PARTS)
+        set(parts ${${program}_PARTS})
+    endif()
     foreach(language en zh)
-        add_test(NAME ${program}.${language}
-            COMMAND ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1)
-        set_tests_properties(${program}.${language} PROPERTIES
-            ENVIRONMENT "${TARVO_WINE_ENVIRONMENT}" RESOURCE_LOCK data_folder TIMEOUT 300)
+        foreach(part RANGE 1 ${parts})
+            set(name ${program}.${language})
+            set(shard "")
+            if(parts GREATER 1)
+                set(name ${name}.${part})
+                math(EXPR index "${part} - 1")
+                set(shard "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${index}")
+            endif()
+            add_test(NAME ${name} COMMAND ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1)
+            set_tests_properties(${name} PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET} COST 10
+                ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};GTEST_OUTPUT=json:Z:${TARVO_TIMES}/${name}.json;${shard}")
+        endforeach()
     endforeach()
 endforeach()
 
@@ -46,7 +75,7 @@ foreach(scale 150 200)
                 $<TARGET_FILE:win32_tests> --gtest_brief=1 --gtest_filter=*Layout*)
         set_tests_properties(dialog_layout.${language}.${scale} PROPERTIES
             ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};TARVO_EXPECTED_SCALE=${scale}"
-            RESOURCE_LOCK data_folder TIMEOUT 300)
+            ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET})
     endforeach()
 endforeach()
 
@@ -58,8 +87,13 @@ function(add_scenario name scenario language)
     add_test(NAME scenario.${name}
         COMMAND bash ${PROJECT_SOURCE_DIR}/tools/play.sh
             ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
+    set(limit ${TARVO_LIMIT})
+    if("${TARVO_LONG_TESTS}" MATCHES "scenario.${name}=")
+        set(limit ${TARVO_LONG_LIMIT})
+    endif()
     set_tests_properties(scenario.${name} PROPERTIES
-        ENVIRONMENT "TARVO_LANGUAGE=${language}" RESOURCE_LOCK data_folder TIMEOUT 300 FIXTURES_SETUP played)
+        ENVIRONMENT "TARVO_LANGUAGE=${language};TARVO_LIMIT=${limit}" ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET}
+        FIXTURES_SETUP played)
 endfunction()
 
 # A scenario for any language is played in both.
@@ -86,3 +120,10 @@ add_test(NAME docs.formats_of_runs
 set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)
 
 include(packaging/packaging_tests.cmake)
+
+foreach(entry ${TARVO_LONG_TESTS})
+    string(REPLACE "=" ";" entry ${entry})
+    list(GET entry 0 name)
+    list(GET entry 1 seconds)
+    set_tests_properties(${name} PROPERTIES COST ${seconds})
+endforeach()

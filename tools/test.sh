@@ -1,24 +1,48 @@
 #!/usr/bin/env bash
-# Everything that can fail: checks of the sources, the native build under the sanitizers, the cross build and its tests
-# under Wine. The exit status says it all.
+# Everything that can fail: the cross build and its tests under Wine; beside them, with the time that those only wait, the
+# native build under the sanitizers, its tests, the fuzz targets and the checks of the sources. The exit status says it all.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 
-# Windows, sockets and processes on a machine that is busy with other things: a test that failed is played a second
-# time, and when that goes well it is named at the end, for somebody to mend. More than a few at once are no chance.
-unsteady=()
-MOST_UNSTEADY=3
+# A Wine test mostly waits; with more lanes than processors the machine still has time left for the rest.
+LANES=$((JOBS * 3 / 2))
+CROSS=$TARVO_BUILD_DIR/mingw-release
+NATIVE=$TARVO_BUILD_DIR/native-asan
+FUZZ=$TARVO_BUILD_DIR/native-fuzz
+LOGS=$TARVO_BUILD_DIR/logs
+# The folder of real scenes; see tests/unit_win32/real_scenes_test.cpp.
+export TARVO_REAL_SCENES=${TARVO_REAL_SCENES:-$(realpath -m "$ROOT/../shared/scenes")}
 
-wine_tests() {
-    local folder=$TARVO_BUILD_DIR/mingw-release failed
-    ctest --test-dir "$folder" --output-on-failure && return 0
-    mapfile -t failed < <(cut -d: -f2 "$folder/Testing/Temporary/LastTestsFailed.log")
-    [ "${#failed[@]}" -le "$MOST_UNSTEADY" ] || return 1
-    step "Once more what failed: ${failed[*]}"
-    ctest --test-dir "$folder" --rerun-failed --output-on-failure || return 1
-    unsteady=("${failed[@]}")
+native_part() {
+    step "Building natively with the sanitizers"
+    BUILD_PRIORITY=(nice -n 15)
+    build_preset native-asan
+    build_preset native-fuzz analysis_fuzzer maxscript_fuzzer
+    local status=0
+    step "Native tests"
+    ctest --test-dir "$NATIVE" --output-on-failure || status=1
+    step "Fuzzing, bounded"
+    ctest --test-dir "$FUZZ" --output-on-failure || status=1
+    return "$status"
+}
+
+# Beside the Wine tests; what it says is shown when they have ended.
+rest() {
+    local status=0
+    (native_part) || status=1
+    step "Checking the sources"
+    nice -n 15 bash "$ROOT/tools/lint.sh" || status=1
+    return "$status"
+}
+
+closing_lines() {
+    echo
+    step "What the tests came to"
+    grep -hE '^[0-9]+% tests passed|^Total Test time' "$LOGS/native-tests.log" "$LOGS/wine-tests.log" || true
+    python3 "$ROOT/tools/slowest.py" "$CROSS" "$NATIVE" "$FUZZ"
+    [ -d "$TARVO_REAL_SCENES" ] || say "No real scene was there: the folder $TARVO_REAL_SCENES is missing."
 }
 
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
@@ -29,25 +53,26 @@ fetch_test_dependencies
 step "Building for Windows"
 build_preset mingw-release
 step "Checking the finished module"
-bash "$ROOT/tools/check_module.sh" "$TARVO_BUILD_DIR/mingw-release/bin/TarvoRendering.gup"
-step "Building natively with the sanitizers"
-build_preset native-asan
-step "Building the fuzz targets"
-build_preset native-fuzz analysis_fuzzer maxscript_fuzzer
+bash "$ROOT/tools/check_module.sh" "$CROSS/bin/TarvoRendering.gup"
 
-step "Checking the sources"
-bash "$ROOT/tools/lint.sh"
-
-trap wine_down EXIT
-wine_up
+rest_pid=
+end_everything() {
+    [ -z "$rest_pid" ] || kill -- "-$rest_pid" 2>/dev/null || true
+    wine_down
+}
+trap end_everything EXIT
+wine_up "$LANES"
 status=0
-step "Native tests"
-ctest --test-dir "$TARVO_BUILD_DIR/native-asan" --output-on-failure || status=1
-step "Fuzzing, bounded"
-ctest --test-dir "$TARVO_BUILD_DIR/native-fuzz" --output-on-failure || status=1
-step "Tests under Wine"
-wine_tests || status=1
-for name in "${unsteady[@]}"; do
-    say "UNSTEADY: $name failed (its output is above) and passed when it was played again."
-done
+# A process group of its own, so that an interrupted run leaves none of it behind.
+set -m
+rest >"$LOGS/native-tests.log" 2>&1 </dev/null &
+rest_pid=$!
+set +m
+step "Tests under Wine, $LANES at a time"
+ctest --test-dir "$CROSS" --output-on-failure -j "$LANES" --resource-spec-file "$TARVO_BUILD_DIR/wine_lanes.json" \
+    | tee "$LOGS/wine-tests.log" || status=1
+wait "$rest_pid" || status=1
+rest_pid=
+cat "$LOGS/native-tests.log"
+closing_lines
 exit "$status"

@@ -1,35 +1,104 @@
-# One Wine prefix, one Wine server and one virtual screen for a whole run. wine_up starts them, wine_down ends
-# them; between the two, `in_wine LANGUAGE COMMAND…` runs a Windows program.
+# Wine, in lanes. A lane is a Wine prefix, its Wine server and its virtual screen; programs of different lanes see
+# neither each other's windows nor each other's files under C:, so tests of different lanes run at the same time.
+# wine_up starts lane 0, `wine_up COUNT` the lanes 0 to COUNT-1, and wine_down ends them. Between the two,
+# `in_wine LANGUAGE COMMAND…` runs a Windows program in the lane of this shell: 0, or the one that ctest assigned.
 # shellcheck shell=bash
 
-WINE_PREFIX_DIR=$TARVO_BUILD_DIR/wine
-# Where C:\ProgramData of the prefix lies on this side.
-PROGRAM_DATA_DIR=$WINE_PREFIX_DIR/drive_c/ProgramData
+SCREEN_PIDS=()
+HOLD_PIDS=()
+LANES_UP=1
+
+# use_lane LANE: makes it the lane of this shell.
+use_lane() {
+    WINE_PREFIX_DIR=$TARVO_BUILD_DIR/wine
+    [ "$1" = 0 ] || WINE_PREFIX_DIR=$TARVO_BUILD_DIR/wine-$1
+    # Where C:\ProgramData of the prefix lies on this side.
+    PROGRAM_DATA_DIR=$WINE_PREFIX_DIR/drive_c/ProgramData
+    SCREEN_FILE=$WINE_PREFIX_DIR.display
+}
+
+# ctest gives "id:LANE,slots:1" to a test that has the resource group "wine:1".
+assigned_lane() {
+    local assigned=${CTEST_RESOURCE_GROUP_0_WINE:-id:0,}
+    assigned=${assigned#id:}
+    echo "${assigned%%,*}"
+}
+use_lane "$(assigned_lane)"
 
 wine_environment() {
     export WINEPREFIX=$WINE_PREFIX_DIR WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
     # No browser engine, no .NET, no menu entries: none is needed, and each would ask or download.
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+    if [ -n "${CTEST_RESOURCE_GROUP_0_WINE:-}" ] && [ -s "$SCREEN_FILE" ]; then
+        DISPLAY=:$(cat "$SCREEN_FILE")
+        export DISPLAY
+    fi
 }
 
-wine_up() {
+# make_prefixes COUNT: the prefixes of the lanes 0 to COUNT-1, where they are missing. Leaves no process behind.
+make_prefixes() {
+    local lane
+    use_lane 0
     wine_environment
     mkdir -p "$TARVO_BUILD_DIR"
     if [ ! -f "$WINE_PREFIX_DIR/.ready" ]; then
         step "Making a Wine prefix (about ten seconds, 700 MB)"
-        rm -rf "$WINE_PREFIX_DIR"
+        rm -rf "$WINE_PREFIX_DIR" "$WINE_PREFIX_DIR"-[0-9]*
         DISPLAY='' quietly "$TARVO_BUILD_DIR/logs/wineboot.log" "Remove $WINE_PREFIX_DIR and try again." \
             env LC_ALL=C.UTF-8 wineboot -i
         wineserver -w
         install_fonts
         touch "$WINE_PREFIX_DIR/.ready"
     fi
-    start_screen
-    # A server left over from a run that was cut off would still talk to that run's screen.
-    wineserver -k 2>/dev/null || true
-    wineserver -p
-    hold_wine
-    manage_windows
+    for ((lane = 1; lane < $1; ++lane)); do
+        use_lane "$lane"
+        [ -f "$WINE_PREFIX_DIR/.ready" ] || copy_prefix "$TARVO_BUILD_DIR/wine" "$WINE_PREFIX_DIR"
+    done
+    use_lane 0
+}
+
+# Windows' own files are hard links to those of the first prefix: no program of ours writes to them, and a lane takes a
+# few megabytes instead of 700. Everything else is copied.
+copy_prefix() {
+    local from=$1 to=$2 entry
+    rm -rf "$to"
+    mkdir -p "$to/drive_c"
+    for entry in "$from"/* "$from"/.update-timestamp; do
+        [ "$entry" = "$from/drive_c" ] || cp -a "$entry" "$to/"
+    done
+    for entry in "$from"/drive_c/*; do
+        case $entry in
+            */windows) cp -al "$entry" "$to/drive_c/" ;;
+            *) cp -a "$entry" "$to/drive_c/" ;;
+        esac
+    done
+    touch "$to/.ready"
+}
+
+wine_up() {
+    local count=${1:-1} lane
+    make_prefixes "$count"
+    LANES_UP=$count
+    for ((lane = count - 1; lane >= 0; --lane)); do
+        use_lane "$lane"
+        wine_environment
+        start_screen
+        # A server left over from a run that was cut off would still talk to that run's screen.
+        wineserver -k 2>/dev/null || true
+        wineserver -p
+        hold_wine
+        manage_windows
+    done
+    write_lanes "$count" >"$TARVO_BUILD_DIR/wine_lanes.json"
+}
+
+# The lanes as ctest reads them (--resource-spec-file).
+write_lanes() {
+    local lane list=
+    for ((lane = 0; lane < $1; ++lane)); do
+        list+="${list:+, }{\"id\": \"$lane\", \"slots\": 1}"
+    done
+    printf '{"version": {"major": 1, "minor": 0}, "local": [{"wine": [%s]}]}\n' "$list"
 }
 
 # The fonts a Windows machine has under these names. Wine links the second list behind its own fonts for characters
@@ -60,22 +129,22 @@ manage_windows() {
 # Wine's own services start with the first program, end with the last, and inherit the output of whoever came first:
 # without a program that stays, each start is slow and a pipe behind it is never closed.
 hold_wine() {
-    local never=$TARVO_BUILD_DIR/never
+    local never=$WINE_PREFIX_DIR.never
     rm -f "$never"
     mkfifo "$never"
     # Opened for reading and writing, so that its end never comes.
     LC_ALL=C.UTF-8 wine cmd <>"$never" >/dev/null 2>&1 &
-    HOLD_PID=$!
+    HOLD_PIDS+=("$!")
     LC_ALL=C.UTF-8 wine cmd /c exit >/dev/null 2>&1 </dev/null
 }
 
 start_screen() {
     [ -n "${TARVO_KEEP_DISPLAY:-}" ] && return 0
-    local number=$TARVO_BUILD_DIR/display
+    local number=$SCREEN_FILE
     rm -f "$number"
     # Large enough for the dialogs at twice the usual scale.
     Xvfb -displayfd 3 -screen 0 2400x1800x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
-    SCREEN_PID=$!
+    SCREEN_PIDS+=("$!")
     local tries=0
     until [ -s "$number" ]; do
         tries=$((tries + 1))
@@ -87,13 +156,16 @@ start_screen() {
 }
 
 wine_down() {
-    wine_environment
-    wineserver -k 2>/dev/null || true
-    local pid
-    for pid in ${HOLD_PID:-} ${SCREEN_PID:-}; do
+    local lane pid
+    for ((lane = LANES_UP - 1; lane >= 0; --lane)); do
+        use_lane "$lane"
+        wine_environment
+        wineserver -k 2>/dev/null || true
+    done
+    for pid in "${HOLD_PIDS[@]}" "${SCREEN_PIDS[@]}"; do
         kill "$pid" 2>/dev/null || true
     done
-    SCREEN_PID= HOLD_PID=
+    SCREEN_PIDS=() HOLD_PIDS=() LANES_UP=1
 }
 
 # The locale of the environment decides code page and interface language: en is 1252 and English, zh is 936 and
@@ -106,11 +178,13 @@ language_locale() {
     esac
 }
 
+# With TARVO_LIMIT, a program that runs longer than that many seconds is killed, with the programs it started.
 in_wine() {
-    local locale
+    local locale limit=()
     locale=$(language_locale "$1")
     shift
-    LC_ALL=$locale LANG=$locale wine "$@"
+    [ -z "${TARVO_LIMIT:-}" ] || limit=(timeout --signal=KILL "$TARVO_LIMIT")
+    LC_ALL=$locale LANG=$locale "${limit[@]}" wine "$@"
 }
 
 # in_wine for a caller that reads the output through a pipe: Wine starts services of its own when a program first
@@ -120,6 +194,9 @@ in_wine_buffered() {
     output=$(mktemp)
     in_wine "$@" >"$output" 2>&1 </dev/null || status=$?
     cat "$output"
+    if [ -n "${TARVO_LIMIT:-}" ] && [ "$status" = 137 ]; then
+        say "HANGS: killed after $TARVO_LIMIT seconds: $*"
+    fi
     rm -f "$output"
     return "$status"
 }

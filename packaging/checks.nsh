@@ -1,17 +1,10 @@
-; What is looked at before anything changes, and the log. Installer and uninstaller each have their own copy of the
+; What is looked at before anything changes. Installer and uninstaller each have their own copy of the
 ; functions (NSIS wants the prefix "un.").
 
-Var LogFile
-Var LogHandle
 ; The rest of the command line, the word taken from it last, and whether that is an option of ours.
 Var Words
 Var Word
 Var Understood
-
-!macro Log TEXT
-    FileWrite $LogHandle `${TEXT}$\r$\n`
-!macroend
-!define Log "!insertmacro Log"
 
 ; Ends with an exit code: silently with a line in the log, otherwise after a message (the name of a LangString).
 !macro Stop CODE TEXT_ID LINE
@@ -57,19 +50,6 @@ Var Understood
     ${EndIf}
 !macroend
 !define StopUnlessUnderstood "!insertmacro StopUnlessUnderstood"
-
-!macro OpenLog UN DEFAULT_NAME
-    StrCpy $LogFile "$TEMP\${DEFAULT_NAME}"
-    ${GetParameters} $Words
-    Call ${UN}NextWord
-    ${DoWhile} $Word != ""
-        ${TakeValue} "/LOG=" $LogFile
-        Call ${UN}NextWord
-    ${Loop}
-    FileOpen $LogHandle $LogFile w
-    ${Log} `${PRODUCT} ${VERSION}: ${DEFAULT_NAME}`
-!macroend
-!define OpenLog "!insertmacro OpenLog"
 
 !macro StopUnlessAdministrator
     UserInfo::GetAccountType

@@ -57,51 +57,19 @@
 !macroend
 !define LayScript "!insertmacro LayScript"
 
-; Stack: text. Leaves 1 when a folder's name can end in it, otherwise 0. Character by character: comparisons of texts
-; pass over some characters.
-Function CanEndAName
-    Exch $R1
-    Push $R2
-    Push $R3
-    StrLen $R2 $R1
-    ${DoWhile} $R2 > 0
-        IntOp $R2 $R2 - 1
-        StrCpy $R3 $R1 2 $R2
-        ${If} $R3 == ".."
-            StrCpy $R2 -1
-        ${EndIf}
-        StrCpy $R3 $R3 1
-        ${If} $R3 == "\"
-        ${OrIf} $R3 == "/"
-        ${OrIf} $R3 == ":"
-        ${OrIf} $R3 == "*"
-        ${OrIf} $R3 == "?"
-        ${OrIf} $R3 == "<"
-        ${OrIf} $R3 == ">"
-        ${OrIf} $R3 == "|"
-        ${OrIf} $R3 == `"`
-            StrCpy $R2 -1
-        ${EndIf}
-    ${Loop}
-    StrCpy $R1 1
-    ${If} $R2 < 0
-        StrCpy $R1 0
-    ${EndIf}
-    Pop $R3
-    Pop $R2
-    Exch $R1
-FunctionEnd
+!include ini.nsh
+!include module.nsh
 
 Function TakeOptions
-    ReadRegDWORD $IniWritable HKLM "${UNINSTALL_KEY}" "IniWritable"
-    StrCpy $Ip "127.0.0.1"
-    StrCpy $Port "80"
-    StrCpy $LowerVersion "${VERSION}"
+    StrCpy $Ip "${NOT_GIVEN}"
+    StrCpy $Port "${NOT_GIVEN}"
+    StrCpy $LowerVersion "${NOT_GIVEN}"
     ${GetParameters} $Words
     Call NextWord
     ${DoWhile} $Word != ""
         ${TakeSwitch} "/ALLOWTARVOEXE" $AllowProgramInTheWay
         ${TakeSwitch} "/INIWRITABLE" $IniWritable
+        ${TakeSwitch} "/REHEARSAL" $Rehearsal
         ${TakeValue} "/IP=" $Ip
         ${TakeValue} "/LOWERVERSION=" $LowerVersion
         ${TakeValue} "/PORT=" $Port
@@ -109,18 +77,7 @@ Function TakeOptions
         ${StopUnlessUnderstood}
         Call NextWord
     ${Loop}
-    IntOp $R1 $Port + 0
-    ${If} $Port != $R1
-    ${OrIf} $Port < 1
-    ${OrIf} $Port > 65535
-        ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/PORT=$Port is no port from 1 to 65535`
-    ${EndIf}
-    Push $LowerVersion
-    Call CanEndAName
-    Pop $R1
-    ${If} $R1 = 0
-        ${Stop} ${EXIT_BAD_OPTION} TEXT_BAD_OPTION `/LOWERVERSION=$LowerVersion cannot end the name of a folder`
-    ${EndIf}
+    Call CheckIniOptions
 FunctionEnd
 
 Function .onInit
@@ -130,9 +87,12 @@ Function .onInit
     !insertmacro MUI_LANGDLL_DISPLAY
     ${StopUnlessAdministrator}
     Call TakeOptions
+    Call StopIfRehearsal
+    Call SayWhetherHostIsThere
 FunctionEnd
 
 Function UndoFirstInstallation
+    Call ReturnIniRights
     ${If} $FirstInstallation == 1
         ${Log} `taking away what was laid down`
         SetOutPath $TEMP
@@ -142,45 +102,6 @@ Function UndoFirstInstallation
         ${EndIf}
         Call RemoveEmptyFolders
     ${EndIf}
-FunctionEnd
-
-; The settings of whoever has been here before stay.
-Function WriteIniFile
-    ${If} ${FileExists} "${INI_FILE}"
-        ${Log} `kept: ${INI_FILE}`
-    ${Else}
-        StrCpy $IniMade 1
-        WriteINIStr "${INI_FILE}" general ip $Ip
-        WriteINIStr "${INI_FILE}" general port $Port
-        WriteINIStr "${INI_FILE}" general lowerversion $LowerVersion
-        ${StopIfErrors} `the ini file could not be written`
-        ; Calls it an error when all is well.
-        FlushINI "${INI_FILE}"
-        ClearErrors
-        ${Log} `file: ${INI_FILE}`
-    ${EndIf}
-    ${If} $IniWritable == 1
-        ${SetRights} "${INI_FILE}" "${RIGHTS_OPEN_INI}"
-    ${Else}
-        ${SetRights} "${INI_FILE}" "${RIGHTS_FILE}"
-    ${EndIf}
-FunctionEnd
-
-; The plugin's log folder carries the client's lowest version in its name. What a user may have written into the ini file
-; must not lead elsewhere, nor stop an upgrade.
-Function MakeLogFolder
-    ReadINIStr $LowerVersion "${INI_FILE}" general lowerversion
-    Push $LowerVersion
-    Call CanEndAName
-    Pop $R1
-    ${If} $R1 = 1
-        CreateDirectory "${DATA_FOLDER}\log$LowerVersion"
-        ${If} ${FileExists} "${DATA_FOLDER}\log$LowerVersion\*.*"
-            ${MakeFolder} "${DATA_FOLDER}\log$LowerVersion" "${RIGHTS_WRITTEN}"
-            Return
-        ${EndIf}
-    ${EndIf}
-    ${Log} `no log folder: lowerversion=$LowerVersion`
 FunctionEnd
 
 Function LayData
@@ -200,38 +121,44 @@ Function LayData
     Call RemoveEncryptedScript
 FunctionEnd
 
-!define PACKAGE "Autodesk\ApplicationPlugins\TarvoRendering"
-
 Function LayPackage
     CreateDirectory "$APPDATA\Autodesk\ApplicationPlugins"
     ${MakeProgramFolder} "${PACKAGE_FOLDER}"
     ${MakeProgramFolder} "${PACKAGE_FOLDER}\Contents"
     ${MakeProgramFolder} "${PACKAGE_FOLDER}\Diagnostics"
     ${MakeProgramFolder} "${PACKAGE_FOLDER}\Licences"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Guide"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Guide\en"
+    ${MakeProgramFolder} "${PACKAGE_FOLDER}\Guide\zh"
     ${Lay} "${PACKAGE}\Contents" TarvoRendering.gup
     ${Lay} "${PACKAGE}\Contents" PrepareAnalysisScript.ms
     ${Lay} "${PACKAGE}\Diagnostics" tarvo_diagnostics.exe
     ${Lay} "${PACKAGE}\Diagnostics" TarvoDiagnostics.cmd
     ${Lay} "${PACKAGE}\Diagnostics" manifest.txt
-    !include "${LICENCE_LIST}"
+    !include "${FILE_LIST}"
     ${Lay} "${PACKAGE}" INSTALL.txt
     WriteUninstaller "${PACKAGE_FOLDER}\Uninstall.exe"
     ${Log} `file: ${PACKAGE_FOLDER}\Uninstall.exe`
     ${Lay} "${PACKAGE}" PackageContents.xml
 FunctionEnd
 
-Function MakeMenuEntry
-    CreateDirectory "${MENU_FOLDER}"
+Function MakeMenuEntries
     ; Another language may have been chosen this time.
-    Delete "${MENU_FOLDER}\${LINK_NAME_EN}.lnk"
-    Delete "${MENU_FOLDER}\${LINK_NAME_ZH}.lnk"
+    Call RemoveMenuEntries
+    CreateDirectory "${MENU_FOLDER}"
+    SetOutPath "${PACKAGE_FOLDER}\Guide"
+    CreateShortCut "${MENU_FOLDER}\$(GUIDE_NAME).lnk" "${PACKAGE_FOLDER}\Guide\$(GUIDE_LANGUAGE)\index.html" "" "" "" \
+        SW_SHOWNORMAL "" "$(GUIDE_HINT)"
     SetOutPath "${PACKAGE_FOLDER}\Diagnostics"
     CreateShortCut "${MENU_FOLDER}\$(LINK_NAME).lnk" "${PACKAGE_FOLDER}\Diagnostics\TarvoDiagnostics.cmd" "" \
         "${PACKAGE_FOLDER}\Uninstall.exe" 0 SW_SHOWNORMAL "" "$(LINK_HINT)"
 FunctionEnd
 
 Function Register
-    WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayName "${PRODUCT} ${VERSION}"
+    ; Earlier versions remembered /INIWRITABLE.
+    DeleteRegValue HKLM "${UNINSTALL_KEY}" IniWritable
+    ClearErrors
+    WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayName "${TITLE} ${VERSION}"
     WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayVersion "${VERSION}"
     WriteRegStr HKLM "${UNINSTALL_KEY}" DisplayIcon "${PACKAGE_FOLDER}\Uninstall.exe"
     WriteRegStr HKLM "${UNINSTALL_KEY}" Publisher "Marrowby"
@@ -241,7 +168,6 @@ Function Register
     WriteRegStr HKLM "${UNINSTALL_KEY}" Language $LANGUAGE
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoModify 1
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" NoRepair 1
-    WriteRegDWORD HKLM "${UNINSTALL_KEY}" IniWritable $IniWritable
     WriteRegDWORD HKLM "${UNINSTALL_KEY}" EstimatedSize ${SIZE_KB}
 FunctionEnd
 
@@ -254,15 +180,17 @@ Section
     ${If} ${FileExists} "${PACKAGE_FOLDER}\PackageContents.xml"
         StrCpy $FirstInstallation 0
     ${EndIf}
+    Call HoldIniRights
     ClearErrors
     Call LayData
+    Call ReturnIniRights
     Call LayPackage
     ${StopIfErrors} `a file could not be written`
     Call WriteIniFile
     Call MakeLogFolder
     ClearErrors
-    Call MakeMenuEntry
-    ${StopIfErrors} `the link in the start menu could not be made`
+    Call MakeMenuEntries
+    ${StopIfErrors} `a link in the start menu could not be made`
     Call Register
     ${StopIfErrors} `the registry could not be written`
     ${Log} `done`

@@ -1,7 +1,14 @@
 ; Where everything lies. The plugin and 3ds Max know these places; they cannot be chosen.
 !define PRODUCT "Tarvo Rendering"
+; What the setup calls itself.
+!ifdef REHEARSAL
+    !define TITLE "${PRODUCT} (rehearsal)"
+!else
+    !define TITLE "${PRODUCT}"
+!endif
 ; $APPDATA is C:\ProgramData: SetShellVarContext all comes first in .onInit and un.onInit.
-!define PACKAGE_FOLDER "$APPDATA\Autodesk\ApplicationPlugins\TarvoRendering"
+!define PACKAGE "Autodesk\ApplicationPlugins\TarvoRendering"
+!define PACKAGE_FOLDER "$APPDATA\${PACKAGE}"
 !define DATA_FOLDER "$APPDATA\${PRODUCT}"
 !define INI_FILE "${DATA_FOLDER}\script\qfx_plugin.ini"
 !define MENU_FOLDER "$SMPROGRAMS\${PRODUCT}"
@@ -15,3 +22,4 @@
 !define EXIT_RIGHTS_NOT_SET 6
 !define EXIT_BAD_OPTION 7
 !define EXIT_LINK 8
+!define EXIT_REHEARSAL 9

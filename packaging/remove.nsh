@@ -8,6 +8,15 @@ Function ${UN}RemoveEncryptedScript
     Delete "${DATA_FOLDER}\script\MaxRenderGlobalsParser.mse.source"
 FunctionEnd
 
+; In whichever language they were made.
+Function ${UN}RemoveMenuEntries
+    Delete "${MENU_FOLDER}\${LINK_NAME_EN}.lnk"
+    Delete "${MENU_FOLDER}\${LINK_NAME_ZH}.lnk"
+    Delete "${MENU_FOLDER}\${GUIDE_NAME_EN}.lnk"
+    Delete "${MENU_FOLDER}\${GUIDE_NAME_ZH}.lnk"
+    RMDir "${MENU_FOLDER}"
+FunctionEnd
+
 Function ${UN}RemoveProgram
     Call ${UN}RemoveLinks
     ; Without this file 3ds Max no longer sees the package.
@@ -21,6 +30,13 @@ Function ${UN}RemoveProgram
     RMDir "${PACKAGE_FOLDER}\Diagnostics"
     Delete "${PACKAGE_FOLDER}\Licences\*.txt"
     RMDir "${PACKAGE_FOLDER}\Licences"
+    ; Only administrators can have put anything there.
+    Delete "${PACKAGE_FOLDER}\Guide\en\*.*"
+    RMDir "${PACKAGE_FOLDER}\Guide\en"
+    Delete "${PACKAGE_FOLDER}\Guide\zh\*.*"
+    RMDir "${PACKAGE_FOLDER}\Guide\zh"
+    Delete "${PACKAGE_FOLDER}\Guide\*.*"
+    RMDir "${PACKAGE_FOLDER}\Guide"
     Delete "${PACKAGE_FOLDER}\INSTALL.txt"
     Delete "${PACKAGE_FOLDER}\Uninstall.exe"
     RMDir "${PACKAGE_FOLDER}"
@@ -38,9 +54,7 @@ Function ${UN}RemoveProgram
     Delete "${DATA_FOLDER}\script\TarvoAntivirusAlc_UTF8.ms"
     Delete "${DATA_FOLDER}\script\TarvoAntivirusCrp_UTF8.ms"
 
-    Delete "${MENU_FOLDER}\${LINK_NAME_EN}.lnk"
-    Delete "${MENU_FOLDER}\${LINK_NAME_ZH}.lnk"
-    RMDir "${MENU_FOLDER}"
+    Call ${UN}RemoveMenuEntries
     DeleteRegKey HKLM "${UNINSTALL_KEY}"
 FunctionEnd
 

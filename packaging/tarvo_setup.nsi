@@ -1,7 +1,7 @@
 ; The setup. tools/package.sh builds it: VERSION is the product's, LAYOUT the folder with the files as they are to
 ; lie, OUT the setup itself,
-; SIZE_KB what the files take, LICENCE_LIST one line for each licence text, PICTURE the
-; picture of the first and the last page.
+; SIZE_KB what the files take, FILE_LIST one line for each licence text and each file of the guide, PICTURE the
+; picture of the first and the last page. REHEARSAL is defined where the module is built against the stand-in of 3ds Max.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -19,9 +19,9 @@ ManifestSupportedOS all
 !include nsDialogs.nsh
 !include paths.nsh
 
-Name "${PRODUCT}"
+Name "${TITLE}"
 OutFile "${OUT}"
-BrandingText "${PRODUCT} ${VERSION}"
+BrandingText "${TITLE} ${VERSION}"
 ShowInstDetails nevershow
 ShowUninstDetails nevershow
 
@@ -31,7 +31,7 @@ Var Ip
 Var Port
 Var LowerVersion
 Var FirstInstallation
-Var IniMade
+Var Rehearsal
 Var Purge
 Var PurgeBox
 
@@ -40,7 +40,7 @@ Var PurgeBox
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURE}"
 !define MUI_ABORTWARNING
 ; Nobody has chosen a language yet when this window opens.
-!define MUI_LANGDLL_WINDOWTITLE "${PRODUCT}"
+!define MUI_LANGDLL_WINDOWTITLE "${TITLE}"
 !define MUI_LANGDLL_INFO "Please choose a language.$\r$\n请选择语言。"
 ; The language is asked for once; upgrades and the uninstaller take the same.
 !define MUI_LANGDLL_REGISTRY_ROOT HKLM
@@ -63,22 +63,25 @@ UninstPage custom un.AskWhatToRemove un.TakeAnswer
 
 VIProductVersion "${VERSION}.0"
 !macro VersionTexts LANGUAGE DESCRIPTION
-    VIAddVersionKey /LANG=${LANGUAGE} ProductName "${PRODUCT}"
+    VIAddVersionKey /LANG=${LANGUAGE} ProductName "${TITLE}"
     VIAddVersionKey /LANG=${LANGUAGE} ProductVersion "${VERSION}"
     VIAddVersionKey /LANG=${LANGUAGE} FileVersion "${VERSION}"
     VIAddVersionKey /LANG=${LANGUAGE} CompanyName "Marrowby"
     VIAddVersionKey /LANG=${LANGUAGE} LegalCopyright "© Marrowby"
     VIAddVersionKey /LANG=${LANGUAGE} FileDescription "${DESCRIPTION}"
 !macroend
-!insertmacro VersionTexts ${LANG_ENGLISH} "Setup of ${PRODUCT} for 3ds Max 2019"
-!insertmacro VersionTexts ${LANG_SIMPCHINESE} "${PRODUCT} 安装程序（用于 3ds Max 2019）"
+!insertmacro VersionTexts ${LANG_ENGLISH} "Setup of ${TITLE} for 3ds Max 2019"
+!insertmacro VersionTexts ${LANG_SIMPCHINESE} "${TITLE} 安装程序（用于 3ds Max 2019）"
 
+!include log.nsh
 !include checks.nsh
 !include links.nsh
 !include rights.nsh
 !include remove.nsh
 !insertmacro CheckFunctions ""
 !insertmacro CheckFunctions "un."
+!insertmacro LogFunctions ""
+!insertmacro LogFunctions "un."
 !insertmacro LinkFunctions ""
 !insertmacro LinkFunctions "un."
 !insertmacro RemoveFunctions ""

@@ -1,17 +1,24 @@
 #!/usr/bin/env python3
-"""check_release.py RELEASE VERSION: looks at a finished release from outside: the checksums, what the zip holds, and
-whether PackageContents.xml says what 3ds Max 2019 needs to find the plugin."""
+"""check_release.py RELEASE VERSION: looks at a finished release from outside: the checksums, what the zip holds, whether
+PackageContents.xml says what 3ds Max 2019 needs to find the plugin, and whether a rehearsal says that it is one."""
 
 import hashlib
 import pathlib
 import re
 import sys
+import tempfile
 import xml.etree.ElementTree as ElementTree
 import zipfile
+
+from check_module import STANDIN
+from html_guide import LANGUAGE_FILES, PAGES, page_file
+from module_image import Image
 
 PACKAGE = "ProgramData/Autodesk/ApplicationPlugins/TarvoRendering/"
 DATA = "ProgramData/Tarvo Rendering/"
 MANIFEST = PACKAGE + "Diagnostics/manifest.txt"
+MODULE = PACKAGE + "Contents/TarvoRendering.gup"
+REHEARSAL_NOTE = "REHEARSAL.txt"
 LICENCES = ["7-Zip", "GCC-runtime", "GPL-3", "JsonCpp", "LGPL-2.1", "NOTICE", "NSIS", "mingw-w64", "zlib"]
 WANTED = sorted(
     ["INSTALL.txt", "qfx_plugin.ini.sample"]
@@ -19,6 +26,9 @@ WANTED = sorted(
                                    "Contents/PrepareAnalysisScript.ms", "Diagnostics/tarvo_diagnostics.exe",
                                    "Diagnostics/TarvoDiagnostics.cmd", "Diagnostics/manifest.txt"]]
     + [PACKAGE + f"Licences/{name}.txt" for name in LICENCES]
+    + [PACKAGE + f"Guide/{name}" for name in ("guide.css", "search.js")]
+    + [PACKAGE + f"Guide/{language}/{name}" for language in ("en", "zh")
+       for name in [page_file(page) for page in PAGES] + LANGUAGE_FILES]
     + [DATA + name for name in ["7-Zip/7z.exe", "7-Zip/7z.dll", "7-Zip/License.txt",
                                 "script/MaxRenderGlobalsParser.ms", "script/TarvoAntivirusAdsl_UTF8.ms",
                                 "script/TarvoAntivirusAlc_UTF8.ms", "script/TarvoAntivirusCrp_UTF8.ms"]])
@@ -89,6 +99,28 @@ def check_manifest(archive: zipfile.ZipFile) -> list[str]:
     return [f"{MANIFEST}: listed or found, not both: {line}" for line in sorted(set(listed) ^ set(found))]
 
 
+def imports_standin(module: bytes) -> bool:
+    with tempfile.NamedTemporaryFile() as file:
+        file.write(module)
+        file.flush()
+        return STANDIN in Image(file.name).imports()
+
+
+def check_label(release: pathlib.Path, module: bytes, files: list[str]) -> list[str]:
+    """What 3ds Max cannot load is called a rehearsal, and nothing else is."""
+    rehearsal = imports_standin(module)
+    names = [path.name for path in release.iterdir() if path.name != "SHA256SUMS"]
+    problems = [f"{name}: the module {'imports' if rehearsal else 'does not import'} {STANDIN}"
+                for name in names if ("-rehearsal" in name) != rehearsal]
+    if (REHEARSAL_NOTE in files) != rehearsal:
+        problems.append(f"{REHEARSAL_NOTE}: {'missing' if rehearsal else 'not wanted'}")
+    for path in release.glob("*-setup.exe"):
+        # The block of a setup with its version is not packed.
+        if ("(rehearsal)".encode("utf-16-le") in path.read_bytes()) != rehearsal:
+            problems.append(f"{path.name}: its title {'does not say' if rehearsal else 'says'} that it is a rehearsal")
+    return problems
+
+
 def check_zip(path: pathlib.Path, version: str) -> list[str]:
     problems = []
     with zipfile.ZipFile(path) as archive:
@@ -97,8 +129,10 @@ def check_zip(path: pathlib.Path, version: str) -> list[str]:
         files = archive.namelist()
         for name in sorted(set(WANTED) - set(files)):
             problems.append(f"{path.name}: {name} is missing")
-        for name in sorted(set(files) - set(WANTED)):
-            problems.append(f"{path.name}: {name} is not wanted")
+        for name in sorted(set(files) - set(WANTED) - {REHEARSAL_NOTE}):
+            # The pictures are those that the pages show; tests/packaging holds the two against each other.
+            if not (name.startswith(PACKAGE + "Guide/") and name.endswith(".png")):
+                problems.append(f"{path.name}: {name} is not wanted")
         if problems:
             return problems
         for name, words in LICENCE_WORDS.items():
@@ -106,17 +140,20 @@ def check_zip(path: pathlib.Path, version: str) -> list[str]:
                 problems.append(f"{name}.txt does not speak of '{words}'")
         if version.encode() not in archive.read("INSTALL.txt"):
             problems.append(f"INSTALL.txt speaks of another version than {version}")
-        for name in (PACKAGE + "Contents/TarvoRendering.gup", PACKAGE + "Diagnostics/tarvo_diagnostics.exe"):
+        for name in (MODULE, PACKAGE + "Diagnostics/tarvo_diagnostics.exe"):
             if f"\0{version}\0".encode("utf-16-le") not in archive.read(name):
                 problems.append(f"{name}: its version is not {version}")
         problems += check_manifest(archive)
+        problems += check_label(path.parent, archive.read(MODULE), files)
         problems += check_package(archive.read(PACKAGE + "PackageContents.xml"), version, files)
     return problems
 
 
 def main() -> int:
     release, version = pathlib.Path(sys.argv[1]), sys.argv[2]
-    problems = check_checksums(release) + check_zip(release / f"TarvoRendering-{version}.zip", version)
+    problems = check_checksums(release)
+    zips = list(release.glob(f"TarvoRendering-{version}*.zip"))
+    problems += check_zip(zips[0], version) if len(zips) == 1 else [f"there are {len(zips)} zips"]
     for problem in problems:
         print(problem, file=sys.stderr)
     print(f"the release {version} was looked at: {len(problems)} problems")

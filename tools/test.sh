@@ -53,7 +53,7 @@ fetch_test_dependencies
 step "Building for Windows"
 build_preset mingw-release
 step "Checking the finished module"
-bash "$ROOT/tools/check_module.sh" "$CROSS/bin/TarvoRendering.gup"
+/usr/bin/python3 "$ROOT/tools/check_module.py" "$CROSS/bin/TarvoRendering.gup"
 
 rest_pid=
 end_everything() {

@@ -79,7 +79,8 @@ class DiagnosedMachine(unittest.TestCase):
         cls.machine.clean()
         cls.client = Server().__enter__()
         setup = next(cls.release.glob("*-setup.exe"))
-        code, text = cls.machine.run(setup, "/S", "/IP=127.0.0.1", f"/PORT={cls.client.port}", "/LOWERVERSION=1.3.5",
+        code, text = cls.machine.run(setup, "/S", "/REHEARSAL", "/IP=127.0.0.1", f"/PORT={cls.client.port}",
+                                     "/LOWERVERSION=1.3.5",
                                      f"/LOG={cls.machine.windows_path(cls.out / 'setup.log')}")
         assert code == 0, text
         script = cls.machine.data / "script"

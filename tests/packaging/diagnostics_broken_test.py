@@ -227,7 +227,7 @@ class BrokenTest(DiagnosedMachine):
             # What is advised.
             folder.unlink()
             setup = next(self.release.glob("*-setup.exe"))
-            code, text = self.machine.run(setup, "/S")
+            code, text = self.machine.run(setup, "/S", "/REHEARSAL")
             self.assertEqual(code, FINE, text)
             self.assertTrue(folder.is_dir())
             self.restore()

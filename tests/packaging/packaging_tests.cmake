@@ -5,7 +5,7 @@ add_test(NAME packaging.release
     COMMAND bash ${CMAKE_CURRENT_SOURCE_DIR}/packaging/release_test.sh
         ${PROJECT_BINARY_DIR}/bin ${TARVO_SCRIPTS_DIR} ${TARVO_RELEASE_DIR})
 set_tests_properties(packaging.release PROPERTIES FIXTURES_SETUP release TIMEOUT ${TARVO_NET})
-foreach(name setup diagnostics diagnostics_broken)
+foreach(name setup setup_log guide module deployment diagnostics diagnostics_broken)
     # The word @prefix@ becomes the folder of the lane's Wine prefix.
     add_test(NAME packaging.${name}
         COMMAND bash ${PROJECT_SOURCE_DIR}/tools/in_lane.sh

@@ -7,7 +7,7 @@ bin=$1 scripts=$2 out=$3
 make_release "$bin" "$scripts" "$out/release"
 make_release "$bin" "$scripts" "$out/the same once more"
 diff -r "$out/release" "$out/the same once more" || die "the same files give different releases" "Look for times and orders."
-python3 "$ROOT/tools/check_release.py" "$out/release" "$(release_version)"
+"$PYTHON" "$ROOT/tools/check_release.py" "$out/release" "$(release_version)"
 
 # A script that is missing is named, and nothing is made.
 incomplete=$out/incomplete

@@ -15,9 +15,10 @@ RELEASE, BIN, PREFIX, OUT = (pathlib.Path(argument) for argument in sys.argv[1:5
 MENU = "Microsoft/Windows/Start Menu/Programs/Tarvo Rendering"
 PACKAGE = "Autodesk/ApplicationPlugins/TarvoRendering"
 DATA = "Tarvo Rendering"
-FOLDERS = {"Autodesk", "Autodesk/ApplicationPlugins", PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics",
-           f"{PACKAGE}/Licences", DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress",
-           f"{DATA}/log1.3.5", MENU}
+PROGRAM_FOLDERS = [f"{DATA}/7-Zip", PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics", f"{PACKAGE}/Licences",
+                   f"{PACKAGE}/Guide", f"{PACKAGE}/Guide/en", f"{PACKAGE}/Guide/zh"]
+FOLDERS = {"Autodesk", "Autodesk/ApplicationPlugins", *PROGRAM_FOLDERS, DATA, f"{DATA}/script", f"{DATA}/json",
+           f"{DATA}/compress", f"{DATA}/log1.3.5", MENU}
 MODULE = r"C:\ProgramData\Autodesk\ApplicationPlugins\TarvoRendering\Contents\TarvoRendering.gup"
 EXIT_FAILED, EXIT_IN_USE, EXIT_IN_THE_WAY, EXIT_BAD_OPTION, EXIT_LINK = 2, 3, 4, 7, 8
 
@@ -47,7 +48,7 @@ class SetupTest(unittest.TestCase):
 
     def install(self, *options, language="en") -> int:
         self.log.unlink(missing_ok=True)
-        return self.machine.run(self.setup, "/S", *options, f"/LOG={self.machine.windows_path(self.log)}",
+        return self.machine.run(self.setup, "/S", "/REHEARSAL", *options, f"/LOG={self.machine.windows_path(self.log)}",
                                 language=language)[0]
 
     def uninstall(self, *options):
@@ -66,10 +67,11 @@ class SetupTest(unittest.TestCase):
     # --- installing
 
     def test_01_lays_down_what_the_zip_holds_and_nothing_else(self):
-        self.assertEqual(self.install(f"/PORT={self.port}"), 0)
+        self.assertEqual(self.install(f"/PORT={self.port}", "/LOWERVERSION=1.3.5"), 0)
         now = self.machine.files()
         expected = set(self.wanted) | FOLDERS | {f"{PACKAGE}/Uninstall.exe", f"{DATA}/script/qfx_plugin.ini",
-                                                 f"{MENU}/Tarvo Rendering Diagnostics.lnk"}
+                                                 f"{MENU}/Tarvo Rendering Diagnostics.lnk",
+                                                 f"{MENU}/Tarvo Rendering Guide.lnk"}
         self.assertEqual(self.new_names(), expected)
         for name, content in self.wanted.items():
             self.assertEqual(now[name], content, name)
@@ -87,8 +89,7 @@ class SetupTest(unittest.TestCase):
     def test_03_the_rights_reached_the_system(self):
         # Wine keeps of a list of rights only what owner, group and others may: what setup gives to administrators
         # becomes the group's. A folder whose rights were not set has no writing group.
-        for name in (DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/log1.3.5",
-                     PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics", f"{PACKAGE}/Licences",
+        for name in (DATA, *PROGRAM_FOLDERS, f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/log1.3.5",
                      f"{DATA}/script/MaxRenderGlobalsParser.ms", f"{DATA}/script/qfx_plugin.ini"):
             mode = (self.machine.program_data / name).stat().st_mode & 0o777
             self.assertEqual(mode, 0o775, name)
@@ -127,7 +128,7 @@ class SetupTest(unittest.TestCase):
             self.assertEqual(now[name], content, name)
         self.assertEqual(list(script.glob("*.mse*")), [])
         self.assertEqual([file for file in foreign if file.exists()], [])
-        self.assertIn("kept: ", self.log.read_text())
+        self.assertIn("kept, with its rights: ", self.log.read_text())
 
     def test_21_files_in_use_stop_it_before_anything_changes(self):
         scene = OUT / "held.max"
@@ -183,12 +184,11 @@ class SetupTest(unittest.TestCase):
             self.assertEqual(self.install(option), EXIT_BAD_OPTION, option)
             self.assertIn(f"the option {option} is not known", self.log.read_text())
         self.assertEqual(self.machine.files(), before)
-        self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
 
     def test_26_the_options_of_the_installer_program_itself_are_known(self):
         self.assertEqual(self.install("/NCRC", "/IP=::1", "/port=81"), 0)
         # This one has to be the last.
-        self.assertEqual(self.machine.run(self.setup, "/S", r"/D=C:\elsewhere")[0], 0)
+        self.assertEqual(self.machine.run(self.setup, "/S", "/REHEARSAL", r"/D=C:\elsewhere")[0], 0)
 
     def test_27_the_uninstaller_refuses_what_it_does_not_know(self):
         before = self.machine.files()
@@ -216,11 +216,17 @@ class SetupTest(unittest.TestCase):
             self.assertEqual(outside.stat().st_mode & 0o777, 0o755, version)
             self.assertEqual(self.new_names(), before, version)
 
-    def test_29_an_ini_file_that_was_opened_stays_open(self):
-        self.assertEqual(self.machine.registry_value("IniWritable"), "0x0")
-        for options in (["/INIWRITABLE"], []):
-            self.assertEqual(self.install(*options), 0)
-            self.assertEqual(self.machine.registry_value("IniWritable"), "0x1")
+    def test_29_an_ini_file_that_is_there_keeps_its_rights(self):
+        # Wine has of the rights what owner, group and others may: here what a client may have set, and what a setup
+        # of before made of it.
+        ini = self.machine.data / "script/qfx_plugin.ini"
+        content, mode = ini.read_bytes(), ini.stat().st_mode
+        self.addCleanup(lambda: (ini.write_bytes(content), ini.chmod(mode)))
+        for rights in (0o666, 0o640, 0o600, 0o775):
+            ini.chmod(rights)
+            for options in ([], ["/INIWRITABLE", "/IP=10.0.0.1", "/LOWERVERSION=9"]):
+                self.assertEqual(self.install(*options), 0)
+                self.assertEqual((oct(ini.stat().st_mode & 0o777), ini.read_bytes()), (oct(rights), content))
 
     # --- removing
 
@@ -236,7 +242,11 @@ class SetupTest(unittest.TestCase):
 
     def test_31_purging_leaves_nothing(self):
         self.assertEqual(self.install(language="zh"), 0)
-        self.assertTrue((self.machine.program_data / MENU / "Tarvo Rendering 诊断.lnk").exists())
+        menu = self.machine.program_data / MENU
+        self.assertEqual({path.name for path in menu.iterdir()}, {"Tarvo Rendering 诊断.lnk", "Tarvo Rendering 用户指南.lnk"})
+        # What a link leads to stands in it as it is.
+        for name, target in (("用户指南", r"Guide\zh\index.html"), ("诊断", "TarvoDiagnostics.cmd")):
+            self.assertIn(target.encode("ascii"), (menu / f"Tarvo Rendering {name}.lnk").read_bytes())
         self.uninstall("/PURGE")
         self.assertEqual(self.new_names(), set())
         self.assertEqual(self.machine.names_elsewhere() - self.before_elsewhere, set())
@@ -251,7 +261,37 @@ class SetupTest(unittest.TestCase):
         self.assertIn("left: ", text)
         shutil.rmtree(self.machine.data)
 
-    def test_33_a_first_installation_that_fails_is_taken_back(self):
+    def test_33_without_a_value_for_it_no_ini_file_is_made(self):
+        ini = self.machine.data / "script/qfx_plugin.ini"
+        self.assertEqual(self.install("/INIWRITABLE"), 0)
+        self.assertFalse(ini.exists())
+        self.assertIn("no ini file was made", self.log.read_text())
+        # Where the plugin writes as long as there is no lowest version.
+        self.assertTrue((self.machine.data / "log").is_dir())
+        # What the client writes later is not touched again.
+        ini.write_bytes(b"[general]\r\nlowerversion=1.3.5\r\n")
+        ini.chmod(0o644)
+        self.assertEqual(self.install("/PORT=81"), 0)
+        self.assertEqual((ini.read_bytes(), ini.stat().st_mode & 0o777), (b"[general]\r\nlowerversion=1.3.5\r\n", 0o644))
+        self.uninstall("/PURGE")
+        # Only what was asked for, and the address that it needs: whether the client is set up, the client says.
+        for options, expected in ((["/PORT=81"], "ip=127.0.0.1 port=81"), (["/IP=farm"], "ip=farm port=80"),
+                                  (["/LOWERVERSION=1.3.5"], "ip=127.0.0.1 port=80 lowerversion=1.3.5")):
+            self.assertEqual(self.install(*options), 0)
+            self.assertEqual(ini.read_text().split(), ["[general]", *expected.split()])
+            self.uninstall("/PURGE")
+
+    def test_34_the_plugin_can_say_afterwards_that_the_client_is_not_set_up(self):
+        # The stage wants a port for its client; without any ini file it is the scenario no_ini.
+        self.assertEqual(self.install(f"/PORT={self.port}"), 0)
+        code, text = self.machine.run(
+            BIN / "stage.exe", "--installed", "--scenario",
+            self.machine.windows_path(ROOT / "tests/packaging/client_not_set_up.json"),
+            "--out", self.machine.windows_path(OUT / "not_set_up"), "--module", MODULE)
+        self.assertEqual(code, 0, text)
+        self.uninstall("/PURGE")
+
+    def test_35_a_first_installation_that_fails_is_taken_back(self):
         # A folder stands where a script is to lie.
         obstacle = self.machine.data / "script/TarvoAntivirusCrp_UTF8.ms"
         (obstacle / "inside").mkdir(parents=True)
@@ -260,13 +300,13 @@ class SetupTest(unittest.TestCase):
                                             f"{DATA}/script/TarvoAntivirusCrp_UTF8.ms/inside"})
         shutil.rmtree(self.machine.data)
 
-    def test_34_an_entry_that_cannot_be_made_is_a_failure(self):
+    def test_36_an_entry_that_cannot_be_made_is_a_failure(self):
         # A folder stands where the start menu's link is to lie. The ini file goes only when setup made it.
         obstacle = self.machine.program_data / MENU / "Tarvo Rendering Diagnostics.lnk"
         obstacle.mkdir(parents=True)
         names = self.new_names()
         self.assertEqual(self.install(), EXIT_FAILED)
-        self.assertIn("the link in the start menu could not be made", self.log.read_text())
+        self.assertIn("a link in the start menu could not be made", self.log.read_text())
         self.assertEqual(self.new_names(), names)
         self.assertEqual(self.machine.registry_value("DisplayVersion"), "")
         ini = self.machine.data / "script/qfx_plugin.ini"
@@ -298,7 +338,7 @@ class SetupTest(unittest.TestCase):
         victim = self.make_victim()
         before = self.state(victim)
         for name in (DATA, f"{DATA}/7-Zip", f"{DATA}/script", f"{DATA}/json", f"{DATA}/compress", f"{DATA}/log1.3.5",
-                     f"{DATA}/log0", PACKAGE, f"{PACKAGE}/Contents", f"{PACKAGE}/Diagnostics", f"{PACKAGE}/Licences"):
+                     f"{DATA}/log0", *PROGRAM_FOLDERS[1:]):
             link = self.machine.program_data / name
             link.parent.mkdir(parents=True, exist_ok=True)
             link.symlink_to(victim)

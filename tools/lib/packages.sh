@@ -6,7 +6,7 @@ RUN_PACKAGES=(
     g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake ninja-build make dpkg-dev xz-utils patch python3
     wine wine64 xvfb xauth locales fonts-noto-cjk fonts-wine npm
 )
-PACKAGE_PACKAGES=(nsis git)
+PACKAGE_PACKAGES=(nsis git python3-markdown-it)
 TEST_PACKAGES=(
     g++ libjsoncpp-dev zlib1g-dev googletest libgtest-dev clang clang-format clang-tidy libclang-rt-14-dev git
     python3-jsonschema

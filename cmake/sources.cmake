@@ -53,6 +53,7 @@ set(TARVO_DIALOG_WIN32
     dialog/camera_edit_dialog_win32.cpp
     dialog/camera_table_win32.cpp
     dialog/fields_win32.cpp
+    dialog/help_link_win32.cpp
     dialog/main_dialog_win32.cpp
     dialog/opening_sequence_win32.cpp
     dialog/submit_command_win32.cpp

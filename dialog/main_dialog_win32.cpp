@@ -6,6 +6,7 @@
 #include "common/string_table.h"
 #include "dialog/camera_edit_dialog.h"
 #include "dialog/controls.h"
+#include "dialog/help_link.h"
 #include "dialog/opening_sequence.h"
 #include "dialog/submit_command.h"
 #include "dialog/ui_state.h"
@@ -15,7 +16,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-#include <shellapi.h>
 
 #include <utility>
 
@@ -58,6 +58,7 @@ INT_PTR open(const Call& call, bool first_opening) {
 
 INT_PTR initialise(const Call& call) {
     UiState::instance().InitOutputControls(call.dialog);
+    SetHelpLinkTarget(call.dialog, IDC_MAIN_LINK);
     return open(call, true);
 }
 
@@ -232,7 +233,7 @@ void step_field(const Call& call) {
 
 void open_link(const Call& call) {
     const NMLINK* link = reinterpret_cast<const NMLINK*>(call.l_param);
-    ::ShellExecuteW(call.dialog, L"open", link->item.szUrl, nullptr, nullptr, SW_SHOW);
+    OpenLinkTarget(call.dialog, link->item.szUrl);
 }
 
 struct CommandRoute {

@@ -1,5 +1,5 @@
-// windows [ok]: prints the texts of all dialogs on the screen, one a line, in UTF-8. "ok" then presses the first button
-// of each of them.
+// windows [ok]: prints the texts of all dialogs on the screen, one a line, in UTF-8. "ok" then presses the
+// first button of each of them.
 #include <windows.h>
 
 #include <cstdio>
@@ -12,7 +12,8 @@ BOOL CALLBACK print_text(HWND window, LPARAM) {
     constexpr int kMost = 4096;
     wchar_t text[kMost] = {};
     char printed[3 * kMost] = {};
-    ::SendMessageTimeoutW(window, WM_GETTEXT, kMost, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 1000, nullptr);
+    ::SendMessageTimeoutW(window, WM_GETTEXT, kMost, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 1000,
+                          nullptr);
     ::WideCharToMultiByte(CP_UTF8, 0, text, -1, printed, sizeof printed, nullptr, nullptr);
     std::printf("%s\n", printed);
     return TRUE;

@@ -1,3 +1,5 @@
+#include "common/platform.h"
+#include "dialog/help_link.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/patience.h"
 #include "tests/unit_win32/main_dialog_fixture.h"
@@ -283,6 +285,49 @@ TEST_F(MainDialog, TheLinkIsOpenedWithoutParametersAndWithoutAFolder) {
     EXPECT_EQ(g_opened[0].file, L"https://farm.example/help");
     EXPECT_TRUE(g_opened[0].bare);
     EXPECT_EQ(g_opened[0].show, 5);
+}
+
+HINSTANCE WINAPI open_nothing(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) {
+    return reinterpret_cast<HINSTANCE>(ERROR_PATH_NOT_FOUND);
+}
+
+TEST_F(MainDialog, ALinkThatCannotBeOpenedLeavesAnErrorLine) {
+    const PatchedImport patch("shell32.dll", "ShellExecuteW", reinterpret_cast<void*>(&open_nothing));
+    ASSERT_TRUE(patch.installed());
+    open();
+    new_log_lines();
+    EXPECT_EQ(follow_link(L"C:\\Guide\\index.html"), 1);
+    EXPECT_EQ(new_log_lines(), std::vector<std::string>(
+                                   {"[ERROR] The help could not be opened. Error 3: C:\\Guide\\index.html"}));
+}
+
+std::wstring link_target(HWND dialog) {
+    LITEM item = {};
+    item.mask = LIF_ITEMINDEX | LIF_URL;
+    ::SendDlgItemMessageW(dialog, IDC_MAIN_LINK, LM_GETITEM, 0, reinterpret_cast<LPARAM>(&item));
+    return item.szUrl;
+}
+
+TEST_F(MainDialog, TheLinkLeadsToTheInstalledGuideInTheDialogsLanguage) {
+    open();
+    const std::wstring language = Text(IDS_LANGUAGE_SWITCH) == L"0" ? L"en" : L"zh";
+    const std::wstring expected = tarvo::common_app_data_folder() +
+                                  L"\\Autodesk\\ApplicationPlugins\\TarvoRendering\\Guide\\" + language +
+                                  L"\\index.html";
+    EXPECT_EQ(link_target(dialog), expected);
+    command(IDC_MAIN_ANALYSE);
+    EXPECT_EQ(link_target(dialog), expected);
+}
+
+TEST_F(MainDialog, ALinkThatIsAWholeAddressStays) {
+    open();
+    LITEM item = {};
+    item.mask = LIF_ITEMINDEX | LIF_URL;
+    const std::wstring address = L"https://farm.example/help";
+    address.copy(item.szUrl, address.size());
+    ::SendDlgItemMessageW(dialog, IDC_MAIN_LINK, LM_SETITEM, 0, reinterpret_cast<LPARAM>(&item));
+    tarvo::SetHelpLinkTarget(dialog, IDC_MAIN_LINK);
+    EXPECT_EQ(link_target(dialog), address);
 }
 
 TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {

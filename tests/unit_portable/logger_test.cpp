@@ -7,6 +7,10 @@
 #include <fstream>
 #include <regex>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace {
 
 using tarvo::Logger;
@@ -109,6 +113,19 @@ TEST(Logger, WithoutAFileItWritesNothingAndFailsNobody) {
     log.Write("lost", "ERROR");
     EXPECT_EQ(tarvo_test::read_file(tarvo_test::log_file("no such folder/t_none")), "");
 }
+
+#ifndef _WIN32
+TEST(Logger, AFullDiskLosesTheLinesAndFailsNobody) {
+    const std::string file = tarvo_test::log_file("t_full");
+    std::remove(file.c_str());
+    ASSERT_EQ(::symlink("/dev/full", file.c_str()), 0);
+    Logger log("t_full", 1, 2, 0);
+    log.Write("lost", "INFO");
+    log.Write(std::string(3 * 1024 * 1024, 'x'), "INFO");
+    EXPECT_EQ(tarvo_test::read_file(numbered("t_full", 1)), "");
+    std::remove(file.c_str());
+}
+#endif
 
 TEST(Logger, MessageWithALineFeedIsWrittenAsItStands) {
     remove_logs("t_feed");

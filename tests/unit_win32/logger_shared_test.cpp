@@ -50,6 +50,47 @@ TEST(LoggerShared, FolderThatCannotBeMade) {
     std::remove((tarvo_test::plugin_folder() + "/logtaken").c_str());
 }
 
+// Lines are lost and nobody is told: the plugin goes on as if they had been written.
+void expect_lines_are_lost(const std::string& channel) {
+    tarvo::Logger log(channel, 5, 2, 0);
+    log.Write("lost", "INFO");
+    log.Write("lost as well", "ERROR");
+}
+
+TEST(LoggerShared, AFolderInTheFilesPlaceLosesTheLines) {
+    const std::string file = backslashes(tarvo_test::log_file("t_folder"));
+    ASSERT_TRUE(tarvo::create_folder(file) || tarvo::path_exists(file));
+    expect_lines_are_lost("t_folder");
+    EXPECT_NE(::RemoveDirectoryA(file.c_str()), FALSE);
+}
+
+TEST(LoggerShared, AFileThatAnotherProgramLocksLosesTheLines) {
+    const std::string file = backslashes(tarvo_test::log_file("t_locked"));
+    HANDLE held = ::CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    expect_lines_are_lost("t_locked");
+    ::CloseHandle(held);
+    EXPECT_EQ(tarvo_test::read_file(file), "");
+    std::remove(file.c_str());
+}
+
+TEST(LoggerShared, AReadOnlyFileLosesTheLines) {
+    const std::string file = backslashes(tarvo_test::log_file("t_read_only"));
+    tarvo_test::write_file(file, "mine");
+    ASSERT_NE(::SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY), FALSE);
+    expect_lines_are_lost("t_read_only");
+    ::SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    // Root, as whom the emulator may run, writes to such a file all the same.
+    EXPECT_EQ(tarvo_test::read_file(file).substr(0, 4), "mine");
+    std::remove(file.c_str());
+}
+
+// On Windows NUL.log is the device as well.
+TEST(LoggerShared, ADeviceInTheFilesPlaceLosesTheLines) {
+    expect_lines_are_lost("NUL");
+    std::remove(tarvo_test::log_file("NUL").c_str());
+}
+
 // The lowest version follows "log" without a separator.
 TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
     const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";

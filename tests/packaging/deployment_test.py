@@ -75,14 +75,16 @@ class DeploymentTest(unittest.TestCase):
         self.assertEqual(self.machine.registry_value("DisplayVersion"), "1.3.5")
 
     def test_07_cleaning_up_deletes_what_is_old_but_for_the_newest(self):
-        files = [self.machine.data / name for name in ("json/new.json", "json/old.json", "compress/new.7z", "compress/old.7z")]
+        names = [f"json/{letter * 8}-AAAA-AAAA-AAAA-AAAAAAAAAAAA.json" for letter in "AB"]
+        names += [f"compress/Villa Nova_{letter * 6}.7z" for letter in "AB"]
+        files = [self.machine.data / name for name in names]
         for file in files:
             file.write_bytes(b"{}")
-            if file.stem == "old":
+            if "B" in file.name:
                 os.utime(file, (1_700_000_000, 1_700_000_000))
         code, text = self.batch(self.clean_up)
         self.assertEqual(code, 0, text)
-        self.assertEqual([file.name for file in files if file.exists()], ["new.json", "new.7z"])
+        self.assertEqual([file for file in files if file.exists()], [files[0], files[2]], text)
 
     def test_08_the_language_of_the_first_installation_stays(self):
         menu = self.machine.program_data / "Microsoft/Windows/Start Menu/Programs/Tarvo Rendering"

@@ -6,7 +6,7 @@ import sys
 COUNTS = (0, 1, 5, 1000)
 LONG_NAMES = {
     "en": ["Camera_Living_Room_Evening_{0:04}_with_a_long_name_as_artists_give_them", "Cam:{0}", "Lobby {0}"],
-    "zh": ["客厅傍晚全景相机_{0:04}_美术师常用的较长名称", "相机:{0}", "大堂 {0}"],
+    "zh": ["客厅傍晚全景摄影机_{0:04}_美术师常用的较长名称", "摄影机:{0}", "大堂 {0}"],
 }
 LONG_PATHS = {
     "en": "D:\\Projects\\2019\\Riverside tower\\textures\\wood and stone\\oak_planks_diffuse_8k_{0}.tif",

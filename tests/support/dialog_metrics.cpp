@@ -1,6 +1,7 @@
 #include "tests/support/dialog_metrics.h"
 
 #include "resources/resource_ids.h"
+#include "tests/support/test_host.h"
 
 #include <commctrl.h>
 
@@ -10,15 +11,6 @@ namespace {
 
 INT_PTR CALLBACK IgnoreEverything(HWND, UINT, WPARAM, LPARAM) {
     return 0;
-}
-
-// The host registers this class in its own process.
-void RegisterHostSpinner() {
-    WNDCLASSW window_class = {};
-    window_class.lpfnWndProc = &::DefWindowProcW;
-    window_class.hInstance = ::GetModuleHandleW(nullptr);
-    window_class.lpszClassName = L"SpinnerControl";
-    ::RegisterClassW(&window_class);
 }
 
 HANDLE CreateManifestContext() {
@@ -48,7 +40,7 @@ LiveDialog::LiveDialog(unsigned name, LANGID language) {
     INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES |
                                                         ICC_UPDOWN_CLASS | ICC_LINK_CLASS};
     ::InitCommonControlsEx(&classes);
-    RegisterHostSpinner();
+    register_host_controls();
     const ResourceBytes bytes = FindResourceBytes(RT_DIALOG, name, language);
     if (bytes.data != nullptr) {
         window_ = ::CreateDialogIndirectParamW(::GetModuleHandleW(nullptr),

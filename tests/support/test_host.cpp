@@ -111,6 +111,12 @@ void register_host_controls() {
     description.hInstance = ::GetModuleHandleW(nullptr);
     description.lpszClassName = L"SpinnerControl";
     ::RegisterClassW(&description); // a second time fails, and does no harm
+
+    WNDCLASSW edit = {};
+    ::GetClassInfoW(nullptr, L"EDIT", &edit);
+    edit.hInstance = ::GetModuleHandleW(nullptr);
+    edit.lpszClassName = L"CustEdit";
+    ::RegisterClassW(&edit);
 }
 #endif
 

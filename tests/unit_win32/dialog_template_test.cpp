@@ -35,7 +35,7 @@ const ExpectedControl kMainControls[] = {
     {IDCANCEL, L"button", kTab, WS_DISABLED},
     {IDC_MAIN_VIRUS_CHECK, L"button", BS_AUTOCHECKBOX | kTab, WS_DISABLED},
     {IDC_MAIN_ANALYSE, L"button", kTab, WS_DISABLED},
-    {IDC_MAIN_SUBMIT, L"button", BS_DEFPUSHBUTTON | kTab, WS_DISABLED},
+    {IDC_MAIN_SUBMIT, L"button", BS_PUSHBUTTON | kTab, WS_DISABLED},
     {IDC_MAIN_CAMERAS, L"syslistview32", LVS_REPORT | LVS_SHOWSELALWAYS | kTab,
      LVS_SINGLESEL | LVS_SORTASCENDING | LVS_SORTDESCENDING | LVS_OWNERDATA | LVS_NOCOLUMNHEADER},
     {IDC_MAIN_EDIT_CAMERAS, L"button", kTab, WS_DISABLED},
@@ -60,16 +60,16 @@ const ExpectedControl kMainControls[] = {
 
 // No Cancel button: the procedure does not handle IDCANCEL, such a button would do nothing.
 const ExpectedControl kEditControls[] = {
-    {IDC_EDIT_CONFIRM, L"button", BS_DEFPUSHBUTTON | kTab, WS_DISABLED},
+    {IDC_EDIT_CONFIRM, L"button", BS_PUSHBUTTON | WS_GROUP | kTab, WS_DISABLED},
     {IDC_EDIT_WIDTH, L"edit", ES_AUTOHSCROLL | kTab, ES_NUMBER | ES_READONLY},
     {IDC_EDIT_HEIGHT, L"edit", ES_AUTOHSCROLL | kTab, ES_NUMBER | ES_READONLY},
     {IDC_EDIT_START_FRAME, L"edit", ES_AUTOHSCROLL | kTab, ES_NUMBER | ES_READONLY},
     {IDC_EDIT_FORMAT, L"combobox", CBS_DROPDOWNLIST | WS_VSCROLL | kTab, CBS_SORT},
     {IDC_EDIT_SPHERICAL, L"combobox", CBS_DROPDOWNLIST | kTab, CBS_SORT},
     {IDC_EDIT_NAME, L"edit", ES_AUTOHSCROLL | kTab, ES_READONLY},
-    {IDC_EDIT_RATIO, L"edit", ES_AUTOHSCROLL | kTab, ES_NUMBER | ES_READONLY},
-    {IDC_EDIT_RATIO_SPIN, L"spinnercontrol", 0, WS_DISABLED},
-    {IDC_EDIT_RATIO_LOCK, L"button", BS_AUTOCHECKBOX | kTab, WS_DISABLED},
+    {IDC_EDIT_RATIO, L"custedit", kTab, WS_DISABLED},
+    {IDC_EDIT_RATIO_SPIN, L"spinnercontrol", 0, WS_DISABLED | kTab},
+    {IDC_EDIT_RATIO_LOCK, L"button", BS_AUTOCHECKBOX | WS_GROUP | kTab, WS_DISABLED},
 };
 
 const std::pair<DWORD, DWORD> kSpinsAndBuddies[] = {
@@ -131,9 +131,17 @@ TEST_P(DialogTemplateIn, IsAModalDialogWithTheShellFont) {
     EXPECT_FALSE(dialog.caption.empty());
 }
 
-TEST_P(DialogTemplateIn, HasOneDefaultButton) {
+// Enter in a field would press it.
+TEST_P(DialogTemplateIn, HasNoDefaultButton) {
     const auto is_default = [](const TemplateItem& item) { return ButtonType(item) == BS_DEFPUSHBUTTON; };
-    EXPECT_EQ(1, std::count_if(dialog.items.begin(), dialog.items.end(), is_default));
+    EXPECT_EQ(0, std::count_if(dialog.items.begin(), dialog.items.end(), is_default));
+}
+
+TEST_P(DialogTemplateIn, GivesTheFirstFocusToTheTableOrTheRenderName) {
+    const auto is_tab_stop = [](const TemplateItem& item) { return item.has(WS_TABSTOP); };
+    const auto first = std::find_if(dialog.items.begin(), dialog.items.end(), is_tab_stop);
+    ASSERT_NE(first, dialog.items.end());
+    EXPECT_EQ(static_cast<DWORD>(is_main() ? IDC_MAIN_CAMERAS : IDC_EDIT_NAME), first->id);
 }
 
 TEST_P(DialogTemplateIn, HasTheSameShapeInBothLanguages) {

@@ -153,7 +153,7 @@ std::wstring TypesettingFault(const std::wstring& text) {
             return text.substr(i - 1, 2);
         }
     }
-    for (const wchar_t* other_word : {L"摄像机", L"摄影机", L"照相机", L"区块", L"图块"}) {
+    for (const wchar_t* other_word : {L"摄像机", L"相机", L"照相机", L"区块", L"图块"}) {
         if (text.find(other_word) != std::wstring::npos) {
             return other_word;
         }

@@ -15,6 +15,10 @@
 #define CC_SPINNER_BUTTONDOWN (WM_USER + 601)
 #define CC_SPINNER_BUTTONUP (WM_USER + 602)
 
+// To the dialog, when the field gets the focus and when Enter is pressed in it: wParam is the field's id,
+// lParam its window.
+#define WM_CUSTEDIT_ENTER (WM_USER + 603)
+
 enum EditSpinnerType {
     EDITTYPE_INT,
     EDITTYPE_FLOAT,

@@ -1,6 +1,7 @@
 #include "spinner.h"
 
 #include "call_record.h"
+#include "cust_edit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -154,10 +155,10 @@ void Spinner::link(HWND edit, EditSpinnerType type) {
     type_ = type;
 }
 
-// What was typed counts. Text that this control wrote itself stands for the exact value, not for its
-// decimals.
+// What was typed counts once it is confirmed. Text that this control wrote itself stands for the exact value,
+// not for its decimals.
 float Spinner::read_value() {
-    const std::wstring text = edit_text();
+    const std::wstring text = edit_ == nullptr ? std::wstring() : confirmed_text(edit_);
     if (text != written_) {
         wchar_t* end = nullptr;
         const float typed = std::wcstof(text.c_str(), &end);

@@ -1,4 +1,5 @@
 // The window classes that dialog templates name.
+#include "cust_edit.h"
 #include "spinner.h"
 
 namespace host_standin {
@@ -97,20 +98,12 @@ void register_control_classes(HINSTANCE module) {
     spinner.hCursor = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)); // the arrow
     spinner.lpszClassName = SPINNERWINDOWCLASS;
     ::RegisterClassExW(&spinner);
-
-    WNDCLASSEXW edit = {};
-    edit.cbSize = sizeof(edit);
-    if (::GetClassInfoExW(nullptr, L"EDIT", &edit) != FALSE) {
-        edit.style |= CS_GLOBALCLASS;
-        edit.hInstance = module;
-        edit.lpszClassName = CUSTEDITWINDOWCLASS;
-        ::RegisterClassExW(&edit);
-    }
+    register_cust_edit(module);
 }
 
 void unregister_control_classes(HINSTANCE module) {
     ::UnregisterClassW(SPINNERWINDOWCLASS, module);
-    ::UnregisterClassW(CUSTEDITWINDOWCLASS, module);
+    unregister_cust_edit(module);
 }
 
 } // namespace host_standin

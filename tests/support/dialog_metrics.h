@@ -1,5 +1,6 @@
 // A dialog template brought to life in one language, without being shown, and how much room its texts need
-// there. Sizes are pixels. Common controls of version 6 apply, and the host's own window classes are stood in for.
+// there. Sizes are pixels. Common controls of version 6 apply, and the host's own window classes are stood in
+// for.
 #pragma once
 
 #include "common/win32_handles.h"

@@ -55,7 +55,7 @@ TestHost& test_host();
 void reset_test_host();
 
 #ifdef _WIN32
-// The window classes of the host's spinner control and of the field beside it, so that dialog templates with them
-// can be shown. This field is a plain edit control, which tells the dialog at every change.
+// The window classes of the host's spinner control and of the field beside it, so that dialog templates with
+// them can be shown. This field is a plain edit control, which tells the dialog at every change.
 void register_host_controls();
 #endif

@@ -65,14 +65,13 @@ LRESULT CALLBACK inner_procedure(HWND inner, UINT message, WPARAM w_param, LPARA
     return message == WM_CHAR && w_param == VK_RETURN ? 0 : original();
 }
 
-Field* make_field(HWND window) {
+void make_field(HWND window) {
     Field* field = ::new Field();
     field->inner = ::CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL,
                                      0, 0, 0, 0, window, nullptr, nullptr, nullptr);
     ::SetWindowLongPtrW(window, 0, reinterpret_cast<LONG_PTR>(field));
     field->inner_procedure = reinterpret_cast<WNDPROC>(
         ::SetWindowLongPtrW(field->inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&inner_procedure)));
-    return field;
 }
 
 // What a program writes is told at once.
@@ -121,9 +120,9 @@ LRESULT field_procedure(HWND window, Field& field, UINT message, WPARAM w_param,
 LRESULT CALLBACK outer_procedure(HWND window, UINT message, WPARAM w_param, LPARAM l_param) {
     Field* field = field_data(window);
     if (message == WM_CREATE) {
-        // Belongs to the window; WM_NCDESTROY deletes it.
-        make_field(window); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
-        return 0;
+        make_field(window);
+        // It belongs to the window; WM_NCDESTROY deletes it.
+        return 0; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
     }
     if (field == nullptr) {
         return ::DefWindowProcW(window, message, w_param, l_param);

@@ -2,6 +2,8 @@
 
 #include "custcont.h"
 
+#include <memory>
+
 namespace host_standin {
 
 namespace {
@@ -65,13 +67,15 @@ LRESULT CALLBACK inner_procedure(HWND inner, UINT message, WPARAM w_param, LPARA
     return message == WM_CHAR && w_param == VK_RETURN ? 0 : original();
 }
 
+// It belongs to the window; WM_NCDESTROY deletes it.
 void make_field(HWND window) {
-    Field* field = ::new Field();
+    std::unique_ptr<Field> field(new Field());
     field->inner = ::CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL,
                                      0, 0, 0, 0, window, nullptr, nullptr, nullptr);
-    ::SetWindowLongPtrW(window, 0, reinterpret_cast<LONG_PTR>(field));
-    field->inner_procedure = reinterpret_cast<WNDPROC>(
-        ::SetWindowLongPtrW(field->inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&inner_procedure)));
+    field->inner_procedure = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(field->inner, GWLP_WNDPROC));
+    const HWND inner = field->inner;
+    ::SetWindowLongPtrW(window, 0, reinterpret_cast<LONG_PTR>(field.release()));
+    ::SetWindowLongPtrW(inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&inner_procedure));
 }
 
 // What a program writes is told at once.
@@ -121,15 +125,14 @@ LRESULT CALLBACK outer_procedure(HWND window, UINT message, WPARAM w_param, LPAR
     Field* field = field_data(window);
     if (message == WM_CREATE) {
         make_field(window);
-        // It belongs to the window; WM_NCDESTROY deletes it.
-        return 0; // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+        return 0;
     }
     if (field == nullptr) {
         return ::DefWindowProcW(window, message, w_param, l_param);
     }
     if (message == WM_NCDESTROY) {
         ::SetWindowLongPtrW(window, 0, 0);
-        ::delete field;
+        delete field;
         return 0;
     }
     return field_procedure(window, *field, message, w_param, l_param);

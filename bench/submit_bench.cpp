@@ -24,14 +24,6 @@ namespace {
 
 using tarvo_bench::report;
 
-class NoBoxes : public tarvo::MessageBoxes {
-public:
-    int show(tarvo::WindowHandle, const std::wstring&, const std::wstring&, unsigned,
-             unsigned short) override {
-        return tarvo::kAnswerOk;
-    }
-};
-
 void report_ratio(const std::string& name, const tarvo_bench::Ratio& time, double limit) {
     report(name, time.ratio(), limit);
     std::printf("  %.2f s against %.2f s\n", time.subject_seconds, time.floor_seconds);
@@ -58,12 +50,11 @@ void measure_document() {
     tarvo::PluginConfig loaded;
     tarvo::LoadClientConfiguration(scene, loaded);
     loaded.sceneFile = "C:\\scenes\\big.max";
-    NoBoxes boxes;
     std::wstring file;
     const auto write_document = [&] {
         tarvo::PluginConfig config = loaded;
         std::string body;
-        tarvo::WriteSubmitDocument(scene, boxes, nullptr, config, L"bench", body);
+        tarvo::WriteSubmitDocument(scene, nullptr, config, L"bench", body);
         file = config.jsonPath;
     };
     write_document();
@@ -82,13 +73,13 @@ void measure_document() {
 
 bool install_seven_zip(const std::wstring& program) {
     const std::wstring folder = program.substr(0, program.rfind(L'/') + 1);
-    tarvo::create_folder(folder);
+    tarvo::CreateFolder(folder);
     const char* source = std::getenv("TARVO_SEVEN_ZIP");
     for (const wchar_t* name : {L"7z.exe", L"7z.dll"}) {
         if (source != nullptr) {
             ::CopyFileW((tarvo::Utf8ToWide(source) + L"\\" + name).c_str(), (folder + name).c_str(), FALSE);
         }
-        if (!tarvo::path_exists(folder + name)) {
+        if (!tarvo::PathExists(folder + name)) {
             return false;
         }
     }
@@ -149,7 +140,7 @@ void measure_packing() {
     prepare();
     const tarvo_bench::Ratio time = tarvo_bench::compare(5, pack, [&] {
         pack_directly(config);
-        if (!tarvo::path_exists(archive)) {
+        if (!tarvo::PathExists(archive)) {
             std::printf("  the archive program made no archive\n");
         }
         remove_archive();

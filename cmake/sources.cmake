@@ -1,12 +1,13 @@
 # Every source file of the product, floor by floor. PORTABLE files do not include windows.h and are also built
 # natively for the sanitizers; WIN32 files need Windows; SDK files see the host's headers.
 set(TARVO_COMMON_PORTABLE
+    common/guard.cpp
     common/json_text.cpp
     common/log_rotation.cpp
     common/logger.cpp
+    common/message_box.cpp
     common/number_text.cpp
-    common/text.cpp
-    common/text_box.cpp)
+    common/text.cpp)
 set(TARVO_COMMON_WIN32
     common/activation_context_win32.cpp
     common/message_box_win32.cpp
@@ -17,7 +18,7 @@ set(TARVO_COMMON_WIN32
 
 set(TARVO_HOST_SDK
     host/max_host.cpp
-    host/max_ratio_spinner.cpp)
+    host/ratio_spinner.cpp)
 
 set(TARVO_SCENE_PORTABLE
     scene/analysis_reader.cpp
@@ -48,16 +49,16 @@ set(TARVO_SUBMIT_WIN32
 set(TARVO_DIALOG_PORTABLE
     dialog/number_step.cpp
     dialog/opening_checks.cpp
-    dialog/submit_sequence.cpp)
+    dialog/submit_sequence.cpp
+    dialog/ui_state.cpp)
 set(TARVO_DIALOG_WIN32
     dialog/camera_edit_dialog_win32.cpp
     dialog/camera_table_win32.cpp
+    dialog/dialog_window_win32.cpp
     dialog/fields_win32.cpp
     dialog/help_link_win32.cpp
     dialog/main_dialog_win32.cpp
-    dialog/opening_sequence_win32.cpp
-    dialog/submit_command_win32.cpp
-    dialog/ui_state_win32.cpp)
+    dialog/opening_sequence_win32.cpp)
 
 set(TARVO_PLUGIN_SDK
     plugin/action_table.cpp

@@ -27,20 +27,22 @@ Logger::Logger(const std::string& channel, std::uint32_t max_size_mb, std::uint3
     Open(channel);
 }
 
+Logger::Logger(const LogChannel& channel) : Logger(channel.name, channel.max_size_mb, channel.max_files, 0) {}
+
 void Logger::find_folder() {
-    const std::wstring plugin_folder = common_app_data_folder() + kPluginFolder;
+    const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     // The value follows "log" without a separator: "2019" gives the folder "log2019".
     const std::wstring log_folder =
         plugin_folder + kLogFolder +
-        read_profile_text(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
-    create_folder(log_folder);
+        ReadProfileText(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
+    CreateFolder(log_folder);
     folder = WideToLocale(log_folder);
 }
 
 void Logger::Open(std::string channel) {
     baseName = folder + "\\" + channel;
-    if (!path_exists(folder)) {
-        create_folder(folder);
+    if (!PathExists(folder)) {
+        CreateFolder(folder);
     }
     stream.reset(new std::fstream());
     open_current();
@@ -69,7 +71,7 @@ void Logger::Write(std::string message, std::string level) {
 void Logger::rotate() {
     stream->close();
     for (const RotationStep& step :
-         PlanRotation(baseName, maxFiles, [](const std::string& name) { return path_exists(name); })) {
+         PlanRotation(baseName, maxFiles, [](const std::string& name) { return PathExists(name); })) {
         // Results do not matter: another process may hold a file, then it stays where it is.
         if (step.to.empty()) {
             std::remove(step.from.c_str());
@@ -81,7 +83,7 @@ void Logger::rotate() {
 }
 
 std::string Logger::time_stamp() const {
-    const LocalTime now = local_time();
+    const LocalTime now = CurrentLocalTime();
     const char* format =
         compactTime == 0 ? "%4d-%02d-%02d %02d:%02d:%02d:%03d" : "%4d%02d%02d %02d:%02d:%02d:%03d";
     char buffer[64] = {};

@@ -17,6 +17,16 @@ constexpr const char* kInfo = "INFO";
 constexpr const char* kWarn = "WARN";
 constexpr const char* kError = "ERROR";
 
+// A channel's file name and rotation. The HTTP channel keeps more and smaller files (C-24).
+struct LogChannel {
+    const char* name;
+    std::uint32_t max_size_mb;
+    std::uint32_t max_files; // the current one included
+};
+constexpr LogChannel kDataChannel = {"qfx_data", 5, 2};
+constexpr LogChannel kUiChannel = {"qfx_ui", 5, 2};
+constexpr LogChannel kHttpChannel = {"qfx_http", 2, 5};
+
 class Logger : public qfx_Noncopyable {
 public:
     // Finds and makes the log folder; no file is open before Open.
@@ -25,6 +35,9 @@ public:
     // The same, then opens the channel. `compact_time` not 0: dates without hyphens.
     Logger(const std::string& channel, std::uint32_t max_size_mb, std::uint32_t max_files,
            std::uint32_t compact_time);
+
+    // Opens `channel` with the long dates, for one operation.
+    explicit Logger(const LogChannel& channel);
 
     void Open(std::string channel);
     void SetMaxSizeMB(std::uint32_t mb) { maxSizeMB = mb; }

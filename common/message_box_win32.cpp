@@ -3,21 +3,9 @@
 
 namespace tarvo {
 
-namespace {
-
-class IsolatedMessageBoxes : public MessageBoxes {
-public:
-    int show(WindowHandle owner, const std::wstring& text, const std::wstring& caption, unsigned style,
-             unsigned short language) override {
-        return IsolatedMessageBox(owner, text, caption, style, language);
-    }
-};
-
-} // namespace
-
-MessageBoxes& SystemMessageBoxes() {
-    static IsolatedMessageBoxes boxes;
-    return boxes;
+int ShowSystemBox(WindowHandle owner, const std::wstring& text, const std::wstring& caption, unsigned style,
+                  unsigned short language) {
+    return IsolatedMessageBox(owner, text, caption, style, language);
 }
 
 } // namespace tarvo

@@ -1,6 +1,7 @@
 #include "dialog/camera_edit_dialog.h"
 
 #include "common/activation_context.h"
+#include "common/guard.h"
 #include "common/message_box.h"
 #include "common/string_table.h"
 #include "common/text.h"
@@ -40,8 +41,8 @@ constexpr unsigned kFormatTexts[] = {
 constexpr unsigned kSphericalTexts[] = {IDS_NO, IDS_YES};
 constexpr WPARAM kSphericalYes = 1;
 
-// Confirming without a name ends in the standard out-of-range error, and the procedure lets it go. It has a
-// type of its own so that nothing else that goes out of range leaves with it.
+// Confirming an empty name ends in the standard out-of-range error, which escapes the procedure on purpose
+// (C-07). A distinct type, so that other out_of_range errors are still caught.
 class EmptyNameError : public std::out_of_range {
 public:
     EmptyNameError() : std::out_of_range("invalid string position") {}
@@ -70,8 +71,7 @@ void place_caret(HWND dialog, int id, std::size_t position) {
 }
 
 void show_name_box(HWND dialog, unsigned text_id) {
-    SystemMessageBoxes().show(dialog, Text(text_id), Text(IDS_NAME_CAPTION), kBoxOk,
-                              BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+    ShowBox(dialog, text_id, kBoxOk, IDS_NAME_CAPTION);
 }
 
 // The linked field may report what is set through the spinner as if the user had typed it, and would then
@@ -93,8 +93,7 @@ private:
 };
 
 std::unique_ptr<RatioSpinner> linked_spinner(HWND dialog) {
-    std::unique_ptr<RatioSpinner> spinner =
-        CurrentHost().ratio_spinner(::GetDlgItem(dialog, IDC_EDIT_RATIO_SPIN));
+    std::unique_ptr<RatioSpinner> spinner = RatioSpinnerOf(::GetDlgItem(dialog, IDC_EDIT_RATIO_SPIN));
     if (spinner) {
         spinner->link_to_edit(::GetDlgItem(dialog, IDC_EDIT_RATIO));
     }
@@ -184,7 +183,7 @@ void on_lock(HWND dialog) {
 void lock_ratio(HWND dialog, const CameraRecord& camera) {
     const float ratio = static_cast<float>(camera.image_width) / static_cast<float>(camera.image_height);
     const RatioEcho echo(dialog);
-    const std::unique_ptr<RatioSpinner> spinner = CurrentHost().set_up_ratio_spinner(
+    const std::unique_ptr<RatioSpinner> spinner = SetUpRatioSpinner(
         dialog, IDC_EDIT_RATIO_SPIN, IDC_EDIT_RATIO, kRatioMinimum, kRatioMaximum, ratio, kRatioStep);
     ::SendDlgItemMessageW(dialog, IDC_EDIT_RATIO_LOCK, BM_SETCHECK, BST_CHECKED, 0);
     if (spinner) {
@@ -331,7 +330,7 @@ void UiState::ApplyCameraEdits(HWND dialog, CameraMap& cameras) {
         camera.image_format = format;
         camera.img_output_name = name;
         if (start_frame < 0) {
-            ShowTextBox(SystemMessageBoxes(), dialog, IDS_FRAME_TO_RENDER_NEGATIVE);
+            ShowBox(dialog, IDS_FRAME_TO_RENDER_NEGATIVE);
             return;
         }
         camera.start_frame = start_frame;
@@ -348,9 +347,10 @@ INT_PTR CALLBACK CameraEditDialogProc(HWND dialog, UINT message, WPARAM w_param,
         }
         return kNotHandled;
     } catch (const EmptyNameError&) {
-        throw;
+        throw; // C-07
     } catch (...) {
-        return LogUncaughtException();
+        ReportException("CameraEditDialogProc", kUiChannel);
+        return kNotHandled;
     }
 }
 

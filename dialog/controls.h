@@ -1,4 +1,4 @@
-// Small things that every file with controls needs. Needs windows.h.
+// Helpers for controls. Needs windows.h.
 #pragma once
 
 #include "scene/camera_rules.h"
@@ -42,9 +42,5 @@ public:
 private:
     HWND control_;
 };
-
-// For the catch (...) at the top of a dialog procedure: writes what was thrown to the "qfx_ui" log. The
-// result, 0, is the procedure's.
-INT_PTR LogUncaughtException() noexcept;
 
 } // namespace tarvo

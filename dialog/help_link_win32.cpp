@@ -23,7 +23,7 @@ constexpr INT_PTR kMostErrors = 32;
 // A plain path and no "file:" address: nothing in it needs escaping, whatever the folder is called.
 std::wstring installed_page(std::wstring page) {
     std::replace(page.begin(), page.end(), L'/', L'\\');
-    return common_app_data_folder() + kPackageFolder + page;
+    return CommonAppDataFolder() + kPackageFolder + page;
 }
 
 } // namespace

@@ -2,15 +2,14 @@
 
 #include "common/activation_context.h"
 #include "common/config_mgr.h"
+#include "common/guard.h"
 #include "common/message_box.h"
-#include "common/string_table.h"
 #include "dialog/camera_edit_dialog.h"
 #include "dialog/controls.h"
 #include "dialog/help_link.h"
 #include "dialog/opening_sequence.h"
-#include "dialog/submit_command.h"
+#include "dialog/submit_sequence.h"
 #include "dialog/ui_state.h"
-#include "resources/resource_ids.h"
 #include "scene/scene_data.h"
 
 #include <windows.h>
@@ -26,21 +25,12 @@ namespace {
 constexpr INT_PTR kNotHandled = 0;
 constexpr INT_PTR kHandled = 1;
 
-// Loaded anew for every message. The second caption goes unused: the one box that carries it loads its own.
-struct DialogTexts {
-    std::wstring caption;
-    std::wstring name_caption;
-    std::wstring language_switch;
-};
-
-// One message on its way to the function that handles it.
+// One message to the dialog procedure.
 struct Call {
     HWND dialog;
+    UINT message;
     WPARAM w_param;
     LPARAM l_param;
-    const DialogTexts& texts;
-
-    int control() const { return LOWORD(w_param); }
 };
 
 INT_PTR handled(const Call&) {
@@ -52,22 +42,18 @@ INT_PTR end_dialog(const Call& call) {
     return kHandled;
 }
 
-INT_PTR open(const Call& call, bool first_opening) {
-    return RunOpeningSequence(call.dialog, call.texts.caption, call.texts.language_switch, first_opening);
-}
-
 INT_PTR initialise(const Call& call) {
     UiState::instance().InitOutputControls(call.dialog);
     SetHelpLinkTarget(call.dialog, IDC_MAIN_LINK);
-    return open(call, true);
+    return RunOpeningSequence(call.dialog, true);
 }
 
 INT_PTR analyse_again(const Call& call) {
-    return open(call, false);
+    return RunOpeningSequence(call.dialog, false);
 }
 
 INT_PTR submit(const Call& call) {
-    return RunSubmitCommand(call.dialog, call.texts.caption, call.texts.language_switch);
+    return RunSubmitSequence(call.dialog);
 }
 
 HWND camera_table(const Call& call) {
@@ -137,19 +123,20 @@ INT_PTR edit_selected_cameras(const Call& call) {
     return kHandled;
 }
 
-void edit_clicked_camera(const Call& call) {
+INT_PTR edit_clicked_camera(const Call& call) {
     if (reinterpret_cast<const NMITEMACTIVATE*>(call.l_param)->iItem < 0) {
-        return;
+        return kHandled;
     }
     HWND list = camera_table(call);
     const int count = keep_check_marks(list);
     const int index = next_row(list, -1, LVNI_FOCUSED | LVNI_SELECTED);
     if (index == -1 || index >= count) {
-        return;
+        return kHandled;
     }
     UiState::instance().clear_selected_cameras();
     pick_camera(list, index);
     edit_picked_cameras(call);
+    return kHandled;
 }
 
 constexpr std::int32_t kNoBlocks = 1;
@@ -183,9 +170,8 @@ INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
     }
     const BlockBoxOpen open;
     SceneData& scene = SceneData::instance();
-    MessageBoxes& boxes = SystemMessageBoxes();
     if (scene.is_region() == "true") {
-        ShowTextBox(boxes, call.dialog, IDS_BLOCKS_WITH_REGION);
+        ShowBox(call.dialog, IDS_BLOCKS_WITH_REGION);
         ::CheckRadioButton(call.dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
         // Left on the refused button, the focus would bring the box back each time the dialog is activated.
         ::SetFocus(::GetDlgItem(call.dialog, IDC_MAIN_BLOCKS_1));
@@ -194,8 +180,8 @@ INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
     scene.set_num_blocks(blocks);
     const bool only_time_limited = scene.corona_limits == kOnlyTimeLimited;
     if (only_time_limited || blocks == kMostBlocks) {
-        boxes.show(call.dialog, Text(only_time_limited ? IDS_BLOCKS_CORONA_HINT : IDS_BLOCKS_64_HINT),
-                   Text(IDS_NAME_CAPTION), kBoxOk, BoxLanguage(call.texts.language_switch));
+        ShowBox(call.dialog, only_time_limited ? IDS_BLOCKS_CORONA_HINT : IDS_BLOCKS_64_HINT, kBoxOk,
+                IDS_NAME_CAPTION);
     }
     return kHandled;
 }
@@ -220,7 +206,7 @@ constexpr SteppedField kSteppedFields[] = {
     {IDC_MAIN_AO_RADIUS_SPIN, IDC_MAIN_AO_RADIUS, 10.0f, 1000000000.0f},
 };
 
-void step_field(const Call& call) {
+INT_PTR step_field(const Call& call) {
     constexpr float kStep = 0.1f;
     const float delta = static_cast<float>(reinterpret_cast<const NMUPDOWN*>(call.l_param)->iDelta);
     for (const SteppedField& field : kSteppedFields) {
@@ -229,98 +215,79 @@ void step_field(const Call& call) {
                                                field.maximum);
         }
     }
+    return kHandled;
 }
 
-void open_link(const Call& call) {
+INT_PTR open_link(const Call& call) {
     const NMLINK* link = reinterpret_cast<const NMLINK*>(call.l_param);
     OpenLinkTarget(call.dialog, link->item.szUrl);
-}
-
-struct CommandRoute {
-    int control;
-    INT_PTR (*handle)(const Call&);
-};
-
-constexpr CommandRoute kCommands[] = {
-    {IDCANCEL, end_dialog},
-    {IDC_MAIN_ANALYSE, analyse_again},
-    {IDC_MAIN_SUBMIT, submit},
-    {IDC_MAIN_EDIT_CAMERAS, edit_selected_cameras},
-    {IDC_MAIN_INVERT, invert_cameras},
-    {IDC_MAIN_SELECT_ALL, select_all_cameras},
-    {IDC_MAIN_BLOCKS_1, choose_no_blocks},
-    {IDC_MAIN_BLOCKS_10, choose_10_blocks},
-    {IDC_MAIN_BLOCKS_64, choose_64_blocks},
-};
-
-INT_PTR route_command(const Call& call) {
-    for (const CommandRoute& route : kCommands) {
-        if (route.control == call.control()) {
-            return route.handle(call);
-        }
-    }
     return kHandled;
 }
 
-struct NotificationRoute {
-    WPARAM from;
-    UINT code;
-    void (*handle)(const Call&);
-};
+constexpr int kAny = -1;
+constexpr UINT kNoCode = 0;
 
-constexpr NotificationRoute kNotifications[] = {
-    {IDC_MAIN_CAMERAS, static_cast<UINT>(NM_DBLCLK), edit_clicked_camera},
-    {IDC_MAIN_GAMMA_SPIN, static_cast<UINT>(UDN_DELTAPOS), step_field},
-    {IDC_MAIN_AO_RADIUS_SPIN, static_cast<UINT>(UDN_DELTAPOS), step_field},
-    {IDC_MAIN_LINK, static_cast<UINT>(NM_CLICK), open_link},
-};
-
-INT_PTR route_notification(const Call& call) {
-    const NMHDR* header = reinterpret_cast<const NMHDR*>(call.l_param);
-    for (const NotificationRoute& route : kNotifications) {
-        if (header != nullptr && route.from == call.w_param && route.code == header->code) {
-            route.handle(call);
-        }
-    }
-    return kHandled;
-}
-
-struct MessageRoute {
+// The control of a command or notification, and the code of a notification; a command's code is not looked
+// at.
+struct Route {
     UINT message;
+    int control;
+    UINT code;
     INT_PTR (*handle)(const Call&);
 };
 
-constexpr MessageRoute kMessages[] = {
-    {WM_INITDIALOG, initialise},
-    {WM_DESTROY, handled},
-    {WM_CLOSE, end_dialog},
-    {WM_COMMAND, route_command},
-    {WM_NOTIFY, route_notification},
-    // Reported as handled, so that they never reach the default procedure.
-    {WM_MOUSEMOVE, handled},
-    {WM_LBUTTONDOWN, handled},
-    {WM_LBUTTONUP, handled},
-    {kRefillCameraTable, refill_table},
+// The first row that matches counts. A message without a row is not handled.
+constexpr Route kRoutes[] = {
+    {WM_INITDIALOG, kAny, kNoCode, initialise},
+    {WM_COMMAND, IDCANCEL, kNoCode, end_dialog},
+    {WM_COMMAND, IDC_MAIN_ANALYSE, kNoCode, analyse_again},
+    {WM_COMMAND, IDC_MAIN_SUBMIT, kNoCode, submit},
+    {WM_COMMAND, IDC_MAIN_EDIT_CAMERAS, kNoCode, edit_selected_cameras},
+    {WM_COMMAND, IDC_MAIN_INVERT, kNoCode, invert_cameras},
+    {WM_COMMAND, IDC_MAIN_SELECT_ALL, kNoCode, select_all_cameras},
+    {WM_COMMAND, IDC_MAIN_BLOCKS_1, kNoCode, choose_no_blocks},
+    {WM_COMMAND, IDC_MAIN_BLOCKS_10, kNoCode, choose_10_blocks},
+    {WM_COMMAND, IDC_MAIN_BLOCKS_64, kNoCode, choose_64_blocks},
+    {WM_COMMAND, kAny, kNoCode, handled},
+    {WM_NOTIFY, IDC_MAIN_CAMERAS, static_cast<UINT>(NM_DBLCLK), edit_clicked_camera},
+    {WM_NOTIFY, IDC_MAIN_GAMMA_SPIN, static_cast<UINT>(UDN_DELTAPOS), step_field},
+    {WM_NOTIFY, IDC_MAIN_AO_RADIUS_SPIN, static_cast<UINT>(UDN_DELTAPOS), step_field},
+    {WM_NOTIFY, IDC_MAIN_LINK, static_cast<UINT>(NM_CLICK), open_link},
+    {WM_NOTIFY, kAny, kNoCode, handled},
+    {kRefillCameraTable, kAny, kNoCode, refill_table},
+    {WM_CLOSE, kAny, kNoCode, end_dialog},
+    {WM_DESTROY, kAny, kNoCode, handled},
+    // Handled, so that they never reach the default procedure (C-09).
+    {WM_MOUSEMOVE, kAny, kNoCode, handled},
+    {WM_LBUTTONDOWN, kAny, kNoCode, handled},
+    {WM_LBUTTONUP, kAny, kNoCode, handled},
 };
 
-INT_PTR route_message(UINT message, const Call& call) {
-    for (const MessageRoute& route : kMessages) {
-        if (route.message == message) {
-            return route.handle(call);
-        }
+bool matches(const Route& route, const Call& call) {
+    if (route.message != call.message || route.control == kAny) {
+        return route.message == call.message;
     }
-    return kNotHandled;
+    if (call.message == WM_COMMAND) {
+        return route.control == LOWORD(call.w_param);
+    }
+    const NMHDR* header = reinterpret_cast<const NMHDR*>(call.l_param);
+    return header != nullptr && static_cast<WPARAM>(route.control) == call.w_param &&
+           route.code == header->code;
 }
 
 } // namespace
 
 INT_PTR CALLBACK MainDialogProc(HWND dialog, UINT message, WPARAM w_param, LPARAM l_param) {
-    try {
-        const DialogTexts texts = {Text(IDS_CAPTION), Text(IDS_NAME_CAPTION), Text(IDS_LANGUAGE_SWITCH)};
-        return route_message(message, {dialog, w_param, l_param, texts});
-    } catch (...) {
-        return LogUncaughtException();
-    }
+    const Call call = {dialog, message, w_param, l_param};
+    const auto route_message = [&call] {
+        for (const Route& route : kRoutes) {
+            if (matches(route, call)) {
+                return route.handle(call);
+            }
+        }
+        return kNotHandled;
+    };
+    return Guarded("MainDialogProc", kNotHandled, route_message, kUiChannel);
 }
 
 void OpenMainDialog(HWND owner, LPARAM parameter) {

@@ -3,13 +3,10 @@
 
 #include <windows.h>
 
-#include <string>
-
 namespace tarvo {
 
 // 1 when the dialog was filled; 0 or -1 after a stop, which has ended the dialog. `first_opening` also
 // empties the camera collection and builds the table's columns.
-int RunOpeningSequence(HWND dialog, const std::wstring& caption, const std::wstring& language_switch,
-                       bool first_opening);
+int RunOpeningSequence(HWND dialog, bool first_opening);
 
 } // namespace tarvo

@@ -1,11 +1,9 @@
 #include "dialog/opening_sequence.h"
 
 #include "common/message_box.h"
-#include "common/string_table.h"
 #include "dialog/opening_checks.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
-#include "resources/resource_ids.h"
 #include "scene/analysis_run.h"
 #include "scene/scene_data.h"
 #include "submit/client_configuration.h"
@@ -25,8 +23,7 @@ constexpr int kStopped = -1;
 
 constexpr unsigned kNoText = 0;
 
-// What the user hears about a finding of the analysis, and when that is the end: at one answer, or at all
-// others.
+// The box for a code of the analysis, and what ends the dialog: that answer, or every other one.
 struct AnalysisFinding {
     std::int32_t code;
     unsigned text_id;
@@ -35,105 +32,83 @@ struct AnalysisFinding {
     bool ends_on_answer;
 };
 
-// The notices end the dialog once they are confirmed. A box that could not be shown does not.
+// The notices end the dialog once they are confirmed. A box that could not be shown does not (C-06).
 constexpr AnalysisFinding kFindings[] = {
     {1, IDS_NO_CAMERA_QUESTION, kBoxYesNo, kAnswerYes, false},
     {2, IDS_CORONA_UNLIMITED, kBoxOk, kAnswerOk, true},
     {3, IDS_CAMERA_NAME_ENDING, kBoxOk, kAnswerOk, true},
 };
 
-class Opening {
-public:
-    Opening(HWND dialog, const std::wstring& caption, const std::wstring& language_switch, bool first)
-        : dialog_(dialog), caption_(caption), language_(BoxLanguage(language_switch)), first_(first) {}
-
-    int run() {
-        if (first_) {
-            scene_.clear_cameras();
-        }
-        LoadClientConfiguration(scene_, config_);
-        const unsigned refusal = find_refusal();
-        if (refusal != kNoText) {
-            show(refusal, kBoxOk);
-            return end(kStopped);
-        }
-        ScriptResult result;
-        if (!run_scene_analysis(CurrentHost(), SystemMessageBoxes(), dialog_, result,
-                                config_.analysisScript)) {
-            return end(kNoAnalysis);
-        }
-        scene_.set_analysis_text(result.text);
-        if (!findings_accepted(scene_.parse_analysis())) {
-            return end(kStopped);
-        }
-        fill();
-        return kFilled;
+// The text that refuses the dialog, or kNoText.
+unsigned find_refusal(const PluginConfig& config) {
+    if (config.lowerVersion.empty()) {
+        return IDS_CLIENT_NOT_SET_UP;
     }
-
-private:
-    int show(unsigned text_id, unsigned style) {
-        return SystemMessageBoxes().show(dialog_, Text(text_id), caption_, style, language_);
+    if (!IsVersionAccepted(config.lowerVersion)) {
+        return IDS_VERSION_TOO_LOW;
     }
+    return IsUsableSceneName(SceneFileName()) ? kNoText : IDS_SCENE_NAME_UNUSABLE;
+}
 
-    int end(int result) {
-        ::EndDialog(dialog_, 0);
-        return result;
-    }
-
-    // The text that refuses the dialog, or none.
-    unsigned find_refusal() {
-        if (config_.lowerVersion.empty()) {
-            return IDS_CLIENT_NOT_SET_UP;
-        }
-        if (!IsVersionAccepted(config_.lowerVersion)) {
-            return IDS_VERSION_TOO_LOW;
-        }
-        return IsUsableSceneName(CurrentHost().current_file_name()) ? kNoText : IDS_SCENE_NAME_UNUSABLE;
-    }
-
-    bool findings_accepted(std::int32_t code) {
-        for (const AnalysisFinding& finding : kFindings) {
-            if (finding.code == code) {
-                const bool answered = show(finding.text_id, finding.style) == finding.answer;
-                return answered != finding.ends_on_answer;
-            }
-        }
-        return true;
-    }
-
-    void fill() {
-        UiState& ui = UiState::instance();
-        ::CheckRadioButton(dialog_, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
-        scene_.set_num_blocks(1);
-        ui.SetSceneName(::GetDlgItem(dialog_, IDC_MAIN_SCENE_NAME), scene_.scene_name_from_analysis());
-        ui.ShowWarnings(::GetDlgItem(dialog_, IDC_MAIN_WARNINGS), scene_.messages());
-        HWND table = ::GetDlgItem(dialog_, IDC_MAIN_CAMERAS);
-        if (table != nullptr) {
-            ::SendMessageW(table, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
-                           LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
-        }
-        ui.ShowGamma(dialog_, scene_.gamma_out);
-        if (first_) {
-            ui.CreateCameraTableHead(table);
-            ui.CreateCameraTable(table, scene_.cameras());
-        } else {
-            ui.UpdateCameraTable(table, scene_.cameras());
+bool findings_accepted(HWND dialog, std::int32_t code) {
+    for (const AnalysisFinding& finding : kFindings) {
+        if (finding.code == code) {
+            const bool answered = ShowBox(dialog, finding.text_id, finding.style) == finding.answer;
+            return answered != finding.ends_on_answer;
         }
     }
+    return true;
+}
 
-    HWND dialog_;
-    const std::wstring& caption_;
-    const unsigned short language_;
-    const bool first_;
-    SceneData& scene_ = SceneData::instance();
-    PluginConfig config_;
-};
+void fill(HWND dialog, SceneData& scene, bool first_opening) {
+    UiState& ui = UiState::instance();
+    ::CheckRadioButton(dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
+    scene.set_num_blocks(1);
+    ui.SetSceneName(::GetDlgItem(dialog, IDC_MAIN_SCENE_NAME), scene.scene_name_from_analysis());
+    ui.ShowWarnings(::GetDlgItem(dialog, IDC_MAIN_WARNINGS), scene.messages());
+    HWND table = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    if (table != nullptr) {
+        ::SendMessageW(table, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
+                       LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    }
+    ui.ShowGamma(dialog, scene.gamma_out);
+    if (first_opening) {
+        ui.CreateCameraTableHead(table);
+        ui.CreateCameraTable(table, scene.cameras());
+    } else {
+        ui.UpdateCameraTable(table, scene.cameras());
+    }
+}
+
+int end(HWND dialog, int result) {
+    ::EndDialog(dialog, 0);
+    return result;
+}
 
 } // namespace
 
-int RunOpeningSequence(HWND dialog, const std::wstring& caption, const std::wstring& language_switch,
-                       bool first_opening) {
-    return Opening(dialog, caption, language_switch, first_opening).run();
+int RunOpeningSequence(HWND dialog, bool first_opening) {
+    SceneData& scene = SceneData::instance();
+    PluginConfig config;
+    if (first_opening) {
+        scene.clear_cameras();
+    }
+    LoadClientConfiguration(scene, config);
+    const unsigned refusal = find_refusal(config);
+    if (refusal != kNoText) {
+        ShowBox(dialog, refusal);
+        return end(dialog, kStopped);
+    }
+    ScriptResult result;
+    if (!run_scene_analysis(dialog, result, config.analysisScript)) {
+        return end(dialog, kNoAnalysis);
+    }
+    scene.set_analysis_text(result.text);
+    if (!findings_accepted(dialog, scene.parse_analysis())) {
+        return end(dialog, kStopped);
+    }
+    fill(dialog, scene, first_opening);
+    return kFilled;
 }
 
 } // namespace tarvo

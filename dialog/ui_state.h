@@ -1,13 +1,12 @@
 // The dialogs' process-wide state: the cameras picked for editing, a busy flag, the log channel "qfx_ui". The
 // operations on controls are members too; they work on the window and the cameras they are given. For the
-// host's user-interface thread only. Needs windows.h.
+// host's user-interface thread only.
 #pragma once
 
 #include "common/logger.h"
 #include "common/qfx_noncopyable.h"
+#include "common/window_handle.h"
 #include "scene/camera_record.h"
-
-#include <windows.h>
 
 #include <cstdint>
 #include <string>
@@ -28,39 +27,39 @@ public:
     Logger& log_channel() { return log; }
 
     // Camera table (camera_table_win32.cpp). All return false, and log, when there is nothing to do.
-    bool CreateCameraTableHead(HWND list);
-    bool CreateCameraTable(HWND list, const CameraMap& cameras);
-    bool UpdateCameraTable(HWND list, const CameraMap& cameras);
-    bool SelectAllCameras(HWND dialog, CameraMap& cameras);
-    bool InvertCameraSelection(HWND dialog, CameraMap& cameras);
+    bool CreateCameraTableHead(WindowHandle list);
+    bool CreateCameraTable(WindowHandle list, const CameraMap& cameras);
+    bool UpdateCameraTable(WindowHandle list, const CameraMap& cameras);
+    bool SelectAllCameras(WindowHandle dialog, CameraMap& cameras);
+    bool InvertCameraSelection(WindowHandle dialog, CameraMap& cameras);
 
     // Rows against the camera rules; the result is CameraCheck's number.
-    std::int32_t validate_cameras(HWND dialog, CameraMap& cameras);
+    std::int32_t validate_cameras(WindowHandle dialog, CameraMap& cameras);
 
     // Fields (fields_win32.cpp). A text is read up to 259 characters.
     // Ranges, positions and first texts of the output controls.
-    void InitOutputControls(HWND dialog);
+    void InitOutputControls(WindowHandle dialog);
     // With one decimal.
-    void ShowGamma(HWND dialog, float value);
+    void ShowGamma(WindowHandle dialog, float value);
     // From the shown text by `delta` times `step`, kept between the limits.
-    void StepFloatField(HWND dialog, int id, float delta, float step, float minimum, float maximum);
+    void StepFloatField(WindowHandle dialog, int id, float delta, float step, float minimum, float maximum);
     // The number at the text's beginning; 0 without one.
-    double ReadFloatField(HWND dialog, int id);
+    double ReadFloatField(WindowHandle dialog, int id);
     // `name` is UTF-8 and shown without its last four characters. False, and nothing shown, when it is empty.
-    bool SetSceneName(HWND edit, std::string name);
+    bool SetSceneName(WindowHandle edit, std::string name);
     // UTF-8, with ".max" at its end; empty when the field is.
-    std::string GetSceneName(HWND edit);
+    std::string GetSceneName(WindowHandle edit);
     // Replaces the list; false when there are no messages.
-    bool ShowWarnings(HWND list, const std::vector<std::wstring>& messages);
+    bool ShowWarnings(WindowHandle list, const std::vector<std::wstring>& messages);
 
     // Camera edit dialog (camera_edit_dialog_win32.cpp).
     // Shows the first of the cameras named by `keys`.
-    void InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND dialog, CameraMap& cameras);
+    void InitCameraEditDialog(const std::vector<std::wstring>& keys, WindowHandle dialog, CameraMap& cameras);
     // Takes characters of `invalid_set` out of the field and tells the user; a long name is only told of.
-    void CheckCameraNameField(HWND dialog, int id, const std::wstring& invalid_set);
+    void CheckCameraNameField(WindowHandle dialog, int id, const std::wstring& invalid_set);
     // Writes the fields into every selected camera; stops at the first whose frame is negative, with those
     // before it changed.
-    void ApplyCameraEdits(HWND dialog, CameraMap& cameras);
+    void ApplyCameraEdits(WindowHandle dialog, CameraMap& cameras);
 
 private:
     std::vector<std::wstring> selectedCameras;

@@ -1,4 +1,4 @@
-// The host's core interface and its managers, for the plugin floor, which works on menus and actions itself.
+// The host's core interface and its managers, for the plugin layer, which works on menus and actions itself.
 // Each answer is null when the host does not have the thing (yet). Nothing here throws.
 #pragma once
 

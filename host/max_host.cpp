@@ -1,6 +1,6 @@
+#include "common/guard.h"
 #include "host/core_access.h"
 #include "host/host.h"
-#include "host/max_ratio_spinner.h"
 
 #include "host/begin_host_headers.h"
 
@@ -20,17 +20,16 @@ namespace tarvo {
 
 namespace {
 
-// No call of the host's face throws; `otherwise` is the answer when something below did.
-template <class Result, class Function>
-Result Contained(Result otherwise, Function function) noexcept {
-    try {
-        return function();
-    } catch (...) {
-        return otherwise;
-    }
+// Calls the host's core interface inside the guard. `fallback`: returned without one, and if the call throws.
+template <class Result, class Call>
+Result ask_core(const char* place, Result fallback, Call call) noexcept {
+    return Guarded(place, fallback, [&]() -> Result {
+        Interface* core = ::GetCOREInterface();
+        return core == nullptr ? fallback : call(*core);
+    });
 }
 
-BOOL ExecuteScript(const wchar_t* command, FPValue& value) {
+BOOL execute_script(const wchar_t* command, FPValue& value) {
 #if MAX_PRODUCT_YEAR_NUMBER >= 2022
     // Later hosts want to know where the text comes from; the other arguments have moved on by one.
     return ::ExecuteMAXScriptScript(command, MAXScript::ScriptSource::NonEmbedded, FALSE, &value, TRUE);
@@ -40,7 +39,7 @@ BOOL ExecuteScript(const wchar_t* command, FPValue& value) {
 }
 
 // A copy: the pointer may belong to a script value that is collected at any time.
-ScriptResult TextOf(const FPValue& value) {
+ScriptResult text_of(const FPValue& value) {
     const wchar_t* text = nullptr;
     switch (value.type) {
     case TYPE_STRING:
@@ -62,110 +61,63 @@ ScriptResult TextOf(const FPValue& value) {
 }
 
 // The host may have no text where it means an empty one.
-std::wstring OrEmpty(const wchar_t* text) {
+std::wstring or_empty(const wchar_t* text) {
     return text == nullptr ? std::wstring() : std::wstring(text);
-}
-
-class MaxHost : public Host {
-public:
-    bool is_available() override;
-    WindowHandle main_window() override;
-    std::wstring current_file_name() override;
-    std::wstring current_file_path() override;
-    void save() override;
-    bool save_as(const std::wstring& path) override;
-    bool run_script(const std::wstring& command, ScriptResult& result) override;
-    std::unique_ptr<RatioSpinner> set_up_ratio_spinner(WindowHandle dialog, int spinner_id, int edit_id,
-                                                       float minimum, float maximum, float value,
-                                                       float step) override;
-    std::unique_ptr<RatioSpinner> ratio_spinner(WindowHandle control) override;
-};
-
-bool MaxHost::is_available() {
-    return CoreInterface() != nullptr;
-}
-
-WindowHandle MaxHost::main_window() {
-    Interface* core = CoreInterface();
-    return core == nullptr ? nullptr : Contained<WindowHandle>(nullptr, [&] { return core->GetMAXHWnd(); });
-}
-
-std::wstring MaxHost::current_file_name() {
-    Interface* core = CoreInterface();
-    return core == nullptr
-               ? std::wstring()
-               : Contained(std::wstring(), [&] { return OrEmpty(core->GetCurFileName().data()); });
-}
-
-std::wstring MaxHost::current_file_path() {
-    Interface* core = CoreInterface();
-    return core == nullptr
-               ? std::wstring()
-               : Contained(std::wstring(), [&] { return OrEmpty(core->GetCurFilePath().data()); });
-}
-
-void MaxHost::save() {
-    Interface* core = CoreInterface();
-    if (core != nullptr) {
-        Contained(false, [&] { return core->FileSave() != FALSE; });
-    }
-}
-
-bool MaxHost::save_as(const std::wstring& path) {
-    Interface* core = CoreInterface();
-    // A result below zero is a failure too.
-    return core != nullptr &&
-           Contained(false, [&] { return core->SaveToFile(path.c_str(), TRUE, TRUE) > 0; });
-}
-
-bool MaxHost::run_script(const std::wstring& command, ScriptResult& result) {
-    result = ScriptResult();
-    return is_available() && Contained(false, [&] {
-               FPValue value;
-               const BOOL done = ExecuteScript(command.c_str(), value);
-               result = TextOf(value);
-               return done != FALSE;
-           });
-}
-
-std::unique_ptr<RatioSpinner> MaxHost::set_up_ratio_spinner(WindowHandle dialog, int spinner_id, int edit_id,
-                                                            float minimum, float maximum, float value,
-                                                            float step) {
-    return Contained(std::unique_ptr<RatioSpinner>(), [&] {
-        return SetUpMaxRatioSpinner(dialog, spinner_id, edit_id, minimum, maximum, value, step);
-    });
-}
-
-std::unique_ptr<RatioSpinner> MaxHost::ratio_spinner(WindowHandle control) {
-    return Contained(std::unique_ptr<RatioSpinner>(), [&] { return MaxRatioSpinnerOf(control); });
 }
 
 } // namespace
 
-Host& CurrentHost() {
-    static MaxHost host;
-    return host;
+WindowHandle HostMainWindow() {
+    return ask_core<WindowHandle>("GetMAXHWnd", nullptr, [](Interface& core) { return core.GetMAXHWnd(); });
+}
+
+std::wstring SceneFileName() {
+    return ask_core("GetCurFileName", std::wstring(),
+                    [](Interface& core) { return or_empty(core.GetCurFileName().data()); });
+}
+
+std::wstring SceneFilePath() {
+    return ask_core("GetCurFilePath", std::wstring(),
+                    [](Interface& core) { return or_empty(core.GetCurFilePath().data()); });
+}
+
+void SaveScene() {
+    ask_core("FileSave", FALSE, [](Interface& core) { return core.FileSave(); });
+}
+
+// A result below zero is a failure too.
+bool SaveSceneAs(const std::wstring& path) {
+    return ask_core("SaveToFile", false,
+                    [&](Interface& core) { return core.SaveToFile(path.c_str(), TRUE, TRUE) > 0; });
+}
+
+bool RunScript(const std::wstring& command, ScriptResult& result) {
+    result = ScriptResult();
+    return ask_core("ExecuteMAXScriptScript", false, [&](Interface&) {
+        FPValue value;
+        const BOOL done = execute_script(command.c_str(), value);
+        result = text_of(value);
+        return done != FALSE;
+    });
 }
 
 Interface* CoreInterface() {
-    return Contained<Interface*>(nullptr, [] { return ::GetCOREInterface(); });
+    return ask_core<Interface*>("GetCOREInterface", nullptr, [](Interface& core) { return &core; });
 }
 
 IMenuManager* MenuManager() {
-    Interface* core = CoreInterface();
-    return core == nullptr ? nullptr
-                           : Contained<IMenuManager*>(nullptr, [&] { return core->GetMenuManager(); });
+    return ask_core<IMenuManager*>("GetMenuManager", nullptr,
+                                   [](Interface& core) { return core.GetMenuManager(); });
 }
 
 IActionManager* ActionManager() {
-    Interface* core = CoreInterface();
-    return core == nullptr ? nullptr
-                           : Contained<IActionManager*>(nullptr, [&] { return core->GetActionManager(); });
+    return ask_core<IActionManager*>("GetActionManager", nullptr,
+                                     [](Interface& core) { return core.GetActionManager(); });
 }
 
 // The other way to it: static_cast<IMenuBarContext*>(manager.GetContext(kMainMenuBar))->GetMenu().
 IMenu* MainMenuBar(IMenuManager& manager) {
-    return Contained<IMenu*>(nullptr, [&] { return manager.GetMainMenuBar(); });
+    return Guarded<IMenu*>("GetMainMenuBar", nullptr, [&] { return manager.GetMainMenuBar(); });
 }
 
 } // namespace tarvo

@@ -1,13 +1,13 @@
 #include "plugin/action_table.h"
 
 #include "common/config_mgr.h"
+#include "common/guard.h"
 #include "common/message_box.h"
 #include "common/module_instance.h"
 #include "common/string_table.h"
 #include "dialog/main_dialog.h"
 #include "host/core_access.h"
 #include "host/host.h"
-#include "plugin/guard.h"
 #include "resources/resource_ids.h"
 
 #include <memory>
@@ -26,13 +26,11 @@ ActionDescription g_descriptions[] = {
 constexpr int kDescriptionCount = sizeof(g_descriptions) / sizeof(g_descriptions[0]);
 
 void OpenDialog() {
-    OpenMainDialog(CurrentHost().main_window(),
-                   reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
+    OpenMainDialog(HostMainWindow(), reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
 }
 
 void ShowAbout() {
-    SystemMessageBoxes().show(nullptr, Text(IDS_ABOUT_TEXT), Text(IDS_ABOUT_CAPTION), kBoxOk,
-                              BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+    ShowBox(nullptr, IDS_ABOUT_TEXT, kBoxOk, IDS_ABOUT_CAPTION);
 }
 
 struct Action {
@@ -69,7 +67,7 @@ Tarvo_ActionTable::Tarvo_ActionTable(TSTR& name)
                   ModuleInstance()) {}
 
 BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
-    return GuardedCall<BOOL>("GetMenuText", FALSE, [&]() -> BOOL {
+    return Guarded<BOOL>("GetMenuText", FALSE, [&]() -> BOOL {
         const Action* action = FindAction(command_id);
         if (action == nullptr) {
             return ActionTable::GetMenuText(command_id, text);
@@ -80,7 +78,7 @@ BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
 }
 
 BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
-    return GuardedCall<BOOL>("ExecuteAction", TRUE, [&] {
+    return Guarded<BOOL>("ExecuteAction", TRUE, [&] {
         const Action* action = FindAction(command_id);
         if (action != nullptr) {
             action->run();

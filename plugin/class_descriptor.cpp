@@ -1,7 +1,7 @@
 #include "plugin/class_descriptor.h"
 
+#include "common/guard.h"
 #include "common/module_instance.h"
-#include "plugin/guard.h"
 #include "plugin/plugin_object.h"
 #include "resources/resource_ids.h"
 
@@ -30,11 +30,11 @@ int Tarvo_RenderingClassDesc::IsPublic() {
 }
 
 void* Tarvo_RenderingClassDesc::Create(BOOL) {
-    return GuardedCall<void*>("Create", nullptr, [] { return static_cast<GUP*>(new Tarvo_Rendering); });
+    return Guarded<void*>("Create", nullptr, [] { return static_cast<GUP*>(new Tarvo_Rendering); });
 }
 
 const MCHAR* Tarvo_RenderingClassDesc::ClassName() {
-    return GuardedCall("ClassName", L"", [this] { return class_name_.get(); });
+    return Guarded("ClassName", L"", [this] { return class_name_.get(); });
 }
 
 SClass_ID Tarvo_RenderingClassDesc::SuperClassID() {
@@ -46,7 +46,7 @@ Class_ID Tarvo_RenderingClassDesc::ClassID() {
 }
 
 const MCHAR* Tarvo_RenderingClassDesc::Category() {
-    return GuardedCall("Category", L"", [this] { return category_.get(); });
+    return Guarded("Category", L"", [this] { return category_.get(); });
 }
 
 const MCHAR* Tarvo_RenderingClassDesc::InternalName() {

@@ -1,8 +1,8 @@
 // The module's entry points. tarvo_rendering.def gives them to the host, LibNumberClasses, LibInitialize and
 // LibShutdown as three names of AnswerOne.
+#include "common/guard.h"
 #include "common/module_instance.h"
 #include "plugin/class_descriptor.h"
-#include "plugin/guard.h"
 #include "plugin/kept_text.h"
 #include "resources/resource_ids.h"
 
@@ -20,7 +20,7 @@ extern "C" {
 
 // Null when the text is missing.
 const MCHAR* LibDescription() {
-    return tarvo::GuardedCall<const MCHAR*>("LibDescription", nullptr, [] {
+    return tarvo::Guarded<const MCHAR*>("LibDescription", nullptr, [] {
         static tarvo::KeptText description(IDS_LIBRARY_DESCRIPTION);
         const MCHAR* text = description.get();
         return *text == L'\0' ? nullptr : text;
@@ -28,7 +28,7 @@ const MCHAR* LibDescription() {
 }
 
 ClassDesc* LibClassDesc(int index) {
-    return tarvo::GuardedCall<ClassDesc*>("LibClassDesc", nullptr, [index] {
+    return tarvo::Guarded<ClassDesc*>("LibClassDesc", nullptr, [index] {
         return index == 0 ? &tarvo::Tarvo_RenderingClassDesc::instance() : nullptr;
     });
 }

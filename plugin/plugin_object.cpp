@@ -1,9 +1,9 @@
 #include "plugin/plugin_object.h"
 
+#include "common/guard.h"
 #include "common/string_table.h"
 #include "host/core_access.h"
 #include "plugin/action_table.h"
-#include "plugin/guard.h"
 #include "plugin/menu.h"
 #include "resources/resource_ids.h"
 
@@ -31,7 +31,7 @@ void RemoveEarlierMenus() {
 
 // The host throws its menu bar away and builds it again after the plugins have started.
 void OnSystemStartup(void*, NotifyInfo*) {
-    GuardedCall("OnSystemStartup", 0, [] {
+    Guarded("OnSystemStartup", 0, [] {
         IMenuManager* manager = MenuManager();
         IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
         ActionTable* table = FindActionTable();
@@ -55,14 +55,14 @@ void InstallActionsAndMenu() {
 } // namespace
 
 Tarvo_Rendering::~Tarvo_Rendering() {
-    GuardedCall("~Tarvo_Rendering", 0, [] {
+    Guarded("~Tarvo_Rendering", 0, [] {
         RemoveOwnMenu();
         return 0;
     });
 }
 
 DWORD Tarvo_Rendering::Start() {
-    return GuardedCall<DWORD>("Start", GUPRESULT_KEEP, [this] {
+    return Guarded<DWORD>("Start", GUPRESULT_KEEP, [this] {
         ::RegisterNotification(OnSystemStartup, this, kSystemStartup);
         RemoveEarlierMenus();
         InstallActionsAndMenu();
@@ -71,7 +71,7 @@ DWORD Tarvo_Rendering::Start() {
 }
 
 void Tarvo_Rendering::Stop() {
-    GuardedCall("Stop", 0, [this] {
+    Guarded("Stop", 0, [this] {
         ::UnRegisterNotification(OnSystemStartup, this, kSystemStartup);
         RemoveOwnMenu();
         return 0;

@@ -274,8 +274,32 @@ private:
     bool heading_shown_ = false;
 };
 
+// An empty reason has no line: the library answered no without one.
 void log_refusal(const std::string& reason, Logger& log) {
-    log.Write("The analysis text cannot be used: " + reason, kError);
+    if (!reason.empty()) {
+        log.Write("The analysis text cannot be used: " + reason, kError);
+    }
+}
+
+SceneName scene_name_of(const Json::Value& root, bool parsed, const std::string& refusal) {
+    SceneName scene;
+    scene.refusal = refusal;
+    if (!parsed) {
+        return scene;
+    }
+    try {
+        scene.path = root["name"].asString();
+        scene.readable = true;
+    } catch (const std::exception& error) {
+        scene.refusal = error.what();
+        return scene;
+    }
+    const std::string::size_type start = FileNameStart(scene.path);
+    scene.found = start != std::string::npos;
+    if (scene.found) {
+        scene.name = scene.path.substr(start);
+    }
+    return scene;
 }
 
 } // namespace
@@ -285,7 +309,9 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log) {
     Json::Value root;
     std::string version;
     std::string refusal;
-    if (ParseJson(text, root, &refusal)) {
+    const bool parsed = ParseJson(text, root, &refusal);
+    const SceneName scene_name = scene_name_of(root, parsed, refusal);
+    if (parsed) {
         try {
             const Json::Value& document = root;
             outcome.code = Reading(document, log, outcome).run();
@@ -299,44 +325,29 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log) {
             refusal = error.what();
         }
     }
-    if (!refusal.empty()) {
-        log_refusal(refusal, log);
-    }
+    outcome.scene_name = scene_name;
+    log_refusal(refusal, log);
     if (outcome.code == 0) {
         log.Write("Get analyse infomation successfully. Current 3ds Max version is :" + version, kInfo);
     }
     return outcome;
 }
 
-SceneName ReadSceneName(const std::string& text, Logger& log) {
-    SceneName result;
+SceneName ReadSceneName(const std::string& text) {
     Json::Value root;
     std::string refusal;
-    bool parsed = ParseJson(text, root, &refusal);
-    if (parsed) {
-        try {
-            const Json::Value& document = root;
-            result.path = document["name"].asString();
-        } catch (const std::exception& error) {
-            refusal = error.what();
-            parsed = false;
-        }
-    }
-    if (!parsed) {
-        log.Write("Parse failed in initing scene name!", kWarn);
-        if (!refusal.empty()) {
-            log_refusal(refusal, log);
-        }
-        return result;
-    }
-    const std::string::size_type start = FileNameStart(result.path);
-    if (start == std::string::npos) {
+    const bool parsed = ParseJson(text, root, &refusal);
+    return scene_name_of(root, parsed, refusal);
+}
+
+bool ReportSceneName(const SceneName& scene, Logger& log) {
+    if (scene.readable && !scene.found) {
         log.Write("The scene name is empty!", kWarn);
-        return result;
+    } else if (!scene.readable) {
+        log.Write("Parse failed in initing scene name!", kWarn);
+        log_refusal(scene.refusal, log);
     }
-    result.found = true;
-    result.name = result.path.substr(start);
-    return result;
+    return scene.found;
 }
 
 } // namespace tarvo

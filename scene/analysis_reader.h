@@ -10,6 +10,15 @@
 
 namespace tarvo {
 
+// The scene as the analysis names it. Read together with the rest, reported when the dialog asks for it.
+struct SceneName {
+    bool readable = false; // false: the text is not JSON, or its name is not a text
+    std::string refusal;   // why the JSON library gave up; empty when it only answered no
+    bool found = false;    // `path` has a separator
+    std::string name;      // UTF-8, after the last separator ('/' wins over '\\')
+    std::string path;      // UTF-8, the full path
+};
+
 // What one reading found. Only a usable outcome is taken over into the store.
 struct AnalysisOutcome {
     std::int32_t code = 0; // parse_analysis's result
@@ -23,19 +32,16 @@ struct AnalysisOutcome {
     CameraMap cameras;
     bool has_gamma = false;
     float gamma_out = 0.0f;
+    SceneName scene_name; // also of an outcome that is not usable
 };
 
 // `text` is UTF-8. Writes to `log` what it finds, one line each.
 AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log);
 
-// The scene's full path as the analysis names it, and the part after its last separator ('/' wins over '\').
-struct SceneName {
-    bool found = false; // there is a separator; without one the path stands alone
-    std::string name;   // UTF-8
-    std::string path;   // UTF-8
-};
+// The scene's name alone.
+SceneName ReadSceneName(const std::string& text);
 
-// Writes to `log` why nothing was found.
-SceneName ReadSceneName(const std::string& text, Logger& log);
+// Writes to `log` why there is no scene name; true when there is one.
+bool ReportSceneName(const SceneName& scene, Logger& log);
 
 } // namespace tarvo

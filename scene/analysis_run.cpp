@@ -1,5 +1,6 @@
 #include "scene/analysis_run.h"
 
+#include "common/message_box.h"
 #include "common/platform.h"
 #include "resources/resource_ids.h"
 
@@ -9,14 +10,12 @@ std::wstring AnalysisCommand(const std::wstring& script_path) {
     return L"fileIn \"" + script_path + L"\"\ngMax.analysis \"\" \"\"";
 }
 
-bool run_scene_analysis(Host& host, MessageBoxes& boxes, WindowHandle dialog, ScriptResult& result,
-                        std::wstring script_path) {
-    // Asked for and not used: the steps of the run stay as they are.
-    static_cast<void>(program_folder());
-    if (host.run_script(AnalysisCommand(script_path), result)) {
+bool run_scene_analysis(WindowHandle dialog, ScriptResult& result, std::wstring script_path) {
+    static_cast<void>(ProgramFolder()); // the result is ignored; the call order is fixed (C-12)
+    if (RunScript(AnalysisCommand(script_path), result)) {
         return true;
     }
-    ShowTextBox(boxes, dialog, IDS_ANALYSIS_FAILED);
+    ShowBox(dialog, IDS_ANALYSIS_FAILED);
     return false;
 }
 

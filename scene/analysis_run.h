@@ -1,7 +1,6 @@
 // Runs the analysis script in the host.
 #pragma once
 
-#include "common/message_box.h"
 #include "host/host.h"
 
 #include <string>
@@ -12,9 +11,8 @@ namespace tarvo {
 // is not escaped and breaks the command.
 std::wstring AnalysisCommand(const std::wstring& script_path);
 
-// True when the host reports success; `result` then holds what the script returned. Otherwise the user has
-// seen text 37.
-bool run_scene_analysis(Host& host, MessageBoxes& boxes, WindowHandle dialog, ScriptResult& result,
-                        std::wstring script_path);
+// True when the host reports success; `result` then holds what the script returned. Otherwise a box over
+// `dialog` has told the user.
+bool run_scene_analysis(WindowHandle dialog, ScriptResult& result, std::wstring script_path);
 
 } // namespace tarvo

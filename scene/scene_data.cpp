@@ -1,18 +1,10 @@
 #include "scene/scene_data.h"
 
 #include "common/text.h"
-#include "scene/analysis_reader.h"
 
 #include <utility>
 
 namespace tarvo {
-
-namespace {
-
-constexpr std::uint32_t kLogSizeMB = 5;
-constexpr std::uint32_t kLogFiles = 2;
-
-} // namespace
 
 SceneData& SceneData::instance() {
     static SceneData store;
@@ -20,25 +12,28 @@ SceneData& SceneData::instance() {
 }
 
 SceneData::SceneData() {
-    log_.Open("qfx_data");
-    log_.SetMaxSizeMB(kLogSizeMB);
-    log_.SetMaxFiles(kLogFiles);
+    log_.Open(kDataChannel.name);
+    log_.SetMaxSizeMB(kDataChannel.max_size_mb);
+    log_.SetMaxFiles(kDataChannel.max_files);
 }
 
 void SceneData::set_analysis_text(std::wstring& text) {
     analysis_text_ = std::move(text);
     text.clear();
+    has_parsed_name_ = false;
 }
 
 std::int32_t SceneData::parse_analysis() {
     AnalysisOutcome outcome = ReadAnalysis(WideToUtf8(analysis_text_), log_);
+    parsed_name_ = outcome.scene_name;
+    has_parsed_name_ = true;
     if (outcome.usable) {
-        take_over(outcome);
+        store(outcome);
     }
     return outcome.code;
 }
 
-void SceneData::take_over(AnalysisOutcome& outcome) {
+void SceneData::store(AnalysisOutcome& outcome) {
     messages_ = std::move(outcome.messages);
     corona_limits = outcome.corona_limits;
     if (outcome.has_region) {
@@ -53,12 +48,15 @@ void SceneData::take_over(AnalysisOutcome& outcome) {
 }
 
 std::string SceneData::scene_name_from_analysis() {
-    const SceneName scene = ReadSceneName(WideToUtf8(analysis_text_), log_);
-    if (!scene.found) {
+    if (!has_parsed_name_) {
+        parsed_name_ = ReadSceneName(WideToUtf8(analysis_text_));
+        has_parsed_name_ = true;
+    }
+    if (!ReportSceneName(parsed_name_, log_)) {
         return std::string();
     }
-    scene_name_ = scene.name;
-    scene_path = scene.path;
+    scene_name_ = parsed_name_.name;
+    scene_path = parsed_name_.path;
     return scene_name_;
 }
 

@@ -3,9 +3,9 @@
 // the host's user-interface thread only.
 #pragma once
 
-#include "common/logger.h"
 #include "common/qfx_noncopyable.h"
 #include "common/window_handle.h"
+#include "scene/analysis_reader.h"
 #include "scene/camera_record.h"
 
 #include <cstdint>
@@ -13,8 +13,6 @@
 #include <vector>
 
 namespace tarvo {
-
-struct AnalysisOutcome;
 
 class SceneData : public qfx_Noncopyable {
 public:
@@ -40,7 +38,7 @@ public:
     void clear_cameras() { cameras_.clear(); }
 
     // Fills scene name and path from the analysis text; returns the scene name, empty when there is none.
-    // UTF-8.
+    // UTF-8. Uses what parse_analysis has read of the same text.
     std::string scene_name_from_analysis();
 
     // The UTF-8 path of the scene file to pack, empty when there is none. Saves the scene under the entered
@@ -54,7 +52,7 @@ public:
     Logger& log() { return log_; }
 
 private:
-    // The fields keep their order, whoever may see them.
+    // Declaration order is fixed (C-30).
     std::wstring analysis_text_;
     std::vector<std::wstring> messages_;
     CameraMap cameras_;
@@ -81,7 +79,10 @@ public:
     std::int32_t ao_subdivs = 16;
 
 private:
-    void take_over(AnalysisOutcome& outcome);
+    void store(AnalysisOutcome& outcome);
+
+    SceneName parsed_name_;
+    bool has_parsed_name_ = false; // `parsed_name_` belongs to the present analysis_text_
 };
 
 } // namespace tarvo

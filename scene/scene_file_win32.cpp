@@ -9,8 +9,8 @@
 namespace tarvo {
 
 std::string SceneData::prepare_scene_file(const std::string& entered_name, WindowHandle name_field) {
-    const std::wstring current_name = CurrentHost().current_file_name();
-    const std::string current_path = WideToUtf8(CurrentHost().current_file_path());
+    const std::wstring current_name = SceneFileName();
+    const std::string current_path = WideToUtf8(SceneFilePath());
     if (scene_path.empty()) {
         scene_path = current_path;
     }
@@ -28,7 +28,7 @@ std::string SceneData::prepare_scene_file(const std::string& entered_name, Windo
         return plan.file;
     }
     const std::wstring new_path = Utf8ToWide(plan.file);
-    const bool saved = new_path.size() <= kMaxScenePath && CurrentHost().save_as(new_path);
+    const bool saved = new_path.size() <= kMaxScenePath && SaveSceneAs(new_path);
     return saved ? plan.file : std::string();
 }
 

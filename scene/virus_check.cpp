@@ -2,10 +2,12 @@
 
 #include "common/platform.h"
 #include "common/text.h"
+#include "host/host.h"
+#include "scene/scene_data.h"
 
 namespace tarvo {
 
-void check_scene_viruses(Host& host, SceneData& scene, const PluginConfig& config) {
+void check_scene_viruses(const PluginConfig& config) {
     const struct {
         const std::wstring& script;
         const char* line;
@@ -14,18 +16,18 @@ void check_scene_viruses(Host& host, SceneData& scene, const PluginConfig& confi
         {config.antivirusAlcScript, "Check ALC virus for scene"},
         {config.antivirusCrpScript, "Check CRP virus for scene"},
     };
+    Logger& log = SceneData::instance().log();
     // A script that removed something saves the scene in its place; nothing else tells the plugin.
-    const std::wstring file = host.current_file_path();
-    const long long written = last_write_time(file);
+    const std::wstring file = SceneFilePath();
+    const long long written = LastWriteTime(file);
     for (const auto& check : checks) {
         ScriptResult ignored;
-        host.run_script(L"fileIn \"" + check.script + L"\"", ignored);
-        scene.log().Write(check.line, kWarn);
+        RunScript(L"fileIn \"" + check.script + L"\"", ignored);
+        log.Write(check.line, kWarn);
     }
-    const long long written_now = last_write_time(file);
+    const long long written_now = LastWriteTime(file);
     if (written != 0 && written_now != 0 && written_now != written) {
-        scene.log().Write("The scene file was saved again during the virus checks: " + WideToUtf8(file),
-                          kWarn);
+        log.Write("The scene file was saved again during the virus checks: " + WideToUtf8(file), kWarn);
     }
 }
 

@@ -29,14 +29,14 @@ constexpr FolderEntry kEntries[] = {
 } // namespace
 
 bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
-    const std::wstring plugin_folder = common_app_data_folder() + kPluginFolder;
+    const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     for (const FolderEntry& entry : kEntries) {
         config.*entry.field = plugin_folder + entry.below_plugin_folder;
     }
     const std::wstring ini_file = plugin_folder + kIniFile;
-    config.clientIp = read_profile_text(ini_file, kIniSection, kIniKeyIp);
-    config.clientPort = DecimalInt(WideToLocale(read_profile_text(ini_file, kIniSection, kIniKeyPort)));
-    config.lowerVersion = read_profile_text(ini_file, kIniSection, kIniKeyLowerVersion);
+    config.clientIp = ReadProfileText(ini_file, kIniSection, kIniKeyIp);
+    config.clientPort = DecimalInt(WideToLocale(ReadProfileText(ini_file, kIniSection, kIniKeyPort)));
+    config.lowerVersion = ReadProfileText(ini_file, kIniSection, kIniKeyLowerVersion);
     scene.log().Write("Get client infomation successfully.", kInfo);
     return true;
 }

@@ -1,9 +1,8 @@
 #include "submit/client_link.h"
 
 #include "common/handle.h"
+#include "common/message_box.h"
 #include "common/text.h"
-#include "resources/resource_ids.h"
-#include "submit/http_log.h"
 
 #include <windows.h>
 
@@ -92,8 +91,8 @@ void send(HINTERNET request, const std::string& body, Logger& log) {
     }
 }
 
-void give_up(DWORD code, const std::wstring& document, Logger& log, MessageBoxes& boxes, WindowHandle owner) {
-    ShowTextBox(boxes, owner, IDS_SEND_FAILED);
+void give_up(DWORD code, const std::wstring& document, Logger& log, WindowHandle owner) {
+    ShowBox(owner, IDS_SEND_FAILED);
     log_code("The data failed to send, please confirm whether the client has been login, Error Code is: ",
              code, log);
     log.Write("Due to client did not land, remove the json file: " + WideToLocale(document), kInfo);
@@ -103,7 +102,7 @@ void give_up(DWORD code, const std::wstring& document, Logger& log, MessageBoxes
 }
 
 // One read of what is there: a reply that arrives in pieces ends after the first.
-void read_reply(HINTERNET request, Logger& log, MessageBoxes& boxes, WindowHandle owner) {
+void read_reply(HINTERNET request, Logger& log, WindowHandle owner) {
     DWORD available = 0;
     if (::WinHttpQueryDataAvailable(request, &available) == FALSE) {
         LogLastError("WinHttpQueryDataAvailable", log);
@@ -114,12 +113,12 @@ void read_reply(HINTERNET request, Logger& log, MessageBoxes& boxes, WindowHandl
     // The last byte stays zero and ends the text.
     if (::WinHttpReadData(request, buffer, std::min(available, kReplyBufferSize - 1), &read) == FALSE) {
         const DWORD code = ::GetLastError();
-        ShowTextBox(boxes, owner, IDS_REPLY_NOT_READ);
+        ShowBox(owner, IDS_REPLY_NOT_READ);
         log_code("Http read data failed! ErrorCode: ", code, log);
         return;
     }
     log.Write("Http read data successfully.", kInfo);
-    HandleClientReply(buffer, boxes, owner);
+    HandleClientReply(buffer, owner);
 }
 
 } // namespace
@@ -129,8 +128,8 @@ void LogLastError(const char* api_name, Logger& log) {
     log.Write(api_name + ("error, code is " + std::to_string(code)), kError);
 }
 
-void PostToClient(PluginConfig config, const std::string& body, MessageBoxes& boxes, WindowHandle owner) {
-    HttpLog log;
+void PostToClient(PluginConfig config, const std::string& body, WindowHandle owner) {
+    Logger log(kHttpChannel);
     Exchange exchange;
     open_connection(exchange, config, log);
     open_request(exchange);
@@ -139,10 +138,10 @@ void PostToClient(PluginConfig config, const std::string& body, MessageBoxes& bo
     }
     // Without a request, or after a failed send, this fails too: every road to a failed exchange ends here.
     if (::WinHttpReceiveResponse(exchange.request.get(), nullptr) == FALSE) {
-        give_up(::GetLastError(), config.jsonPath, log, boxes, owner);
+        give_up(::GetLastError(), config.jsonPath, log, owner);
         return;
     }
-    read_reply(exchange.request.get(), log, boxes, owner);
+    read_reply(exchange.request.get(), log, owner);
 }
 
 } // namespace tarvo

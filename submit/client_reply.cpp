@@ -1,10 +1,8 @@
 #include "submit/client_link.h"
 
 #include "common/json_text.h"
+#include "common/message_box.h"
 #include "common/platform.h"
-#include "common/string_table.h"
-#include "resources/resource_ids.h"
-#include "submit/http_log.h"
 #include "submit/reply_codes.h"
 
 #include <exception>
@@ -31,9 +29,9 @@ bool read_code(const std::string& reply, int& code, std::string& refusal) {
 
 } // namespace
 
-void HandleClientReply(const std::string& reply, MessageBoxes& boxes, WindowHandle owner) {
-    const unsigned long last_error = last_error_code();
-    HttpLog log;
+void HandleClientReply(const std::string& reply, WindowHandle owner) {
+    const unsigned long last_error = LastErrorCode();
+    Logger log(kHttpChannel);
     int code = 0;
     std::string refusal;
     if (!read_code(reply, code, refusal)) {
@@ -41,7 +39,7 @@ void HandleClientReply(const std::string& reply, MessageBoxes& boxes, WindowHand
             log.Write("The client's reply cannot be used: " + refusal, kError);
         }
         std::cout << "Error " << last_error << " in WinHttpReadData." << std::endl;
-        ShowTextBox(boxes, owner, IDS_REPLY_NOT_PARSED);
+        ShowBox(owner, IDS_REPLY_NOT_PARSED);
         log.Write("Get response data failed: parse the data from client failed!", kError);
         return;
     }
@@ -49,8 +47,7 @@ void HandleClientReply(const std::string& reply, MessageBoxes& boxes, WindowHand
     if (meaning == nullptr) {
         return;
     }
-    const std::wstring caption = meaning->has_caption ? Text(IDS_CAPTION) : std::wstring();
-    boxes.show(owner, Text(meaning->text_id), caption, kBoxOk, BoxLanguage(Text(IDS_LANGUAGE_SWITCH)));
+    ShowBox(owner, meaning->text_id, kBoxOk, meaning->caption_id);
     log.Write(meaning->log_text, meaning->level);
 }
 

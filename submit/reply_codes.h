@@ -6,7 +6,7 @@ namespace tarvo {
 struct ReplyCode {
     int code;
     unsigned text_id;
-    bool has_caption; // false: the box has an empty caption
+    unsigned caption_id; // or kNoCaption
     const char* level;
     const char* log_text;
 };

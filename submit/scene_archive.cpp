@@ -57,12 +57,12 @@ bool IsUsableArchiveStem(const std::wstring& stem) {
 }
 
 bool PrepareSceneArchive(SceneData&, std::string, std::string arguments, std::wstring, PluginConfig& config) {
-    if (!path_exists(config.compressDir)) {
-        create_folder(config.compressDir);
+    if (!PathExists(config.compressDir)) {
+        CreateFolder(config.compressDir);
     }
     const std::string ansi_scene = Utf8ToAnsi(config.sceneFile);
     const std::wstring stem = LocaleToWide(Utf8ToAnsi(ArchiveStem(config.sceneFile)));
-    const std::wstring archive = ArchivePath(config.compressDir, stem, ArchiveTag(seconds_since_epoch()));
+    const std::wstring archive = ArchivePath(config.compressDir, stem, ArchiveTag(SecondsSinceEpoch()));
     config.archivePath = WideToUtf8(archive);
     arguments = PackArguments(Utf8ToAnsi(config.archivePath), ansi_scene);
     config.packArguments = std::move(arguments);

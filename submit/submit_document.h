@@ -2,7 +2,7 @@
 // at it.
 #pragma once
 
-#include "common/message_box.h"
+#include "common/window_handle.h"
 #include "scene/scene_data.h"
 #include "submit/plugin_config.h"
 
@@ -38,7 +38,7 @@ Json::Value BuildRequestBody(const std::string& scene_file, const std::string& d
 // Writes the document into config.jsonPath and builds the request body. On true, config.jsonPath is the
 // document's full path and `body` the request; on false neither has changed, no file is left, the user has
 // seen a box and the log has an ERROR line. The scene store is only read (and logged to).
-bool WriteSubmitDocument(SceneData& scene, MessageBoxes& boxes, WindowHandle owner, PluginConfig& config,
-                         const std::wstring& guid, std::string& body);
+bool WriteSubmitDocument(SceneData& scene, WindowHandle owner, PluginConfig& config, const std::wstring& guid,
+                         std::string& body);
 
 } // namespace tarvo

@@ -2,9 +2,9 @@
 
 #include "common/handle.h"
 #include "common/json_text.h"
+#include "common/message_box.h"
 #include "common/platform.h"
 #include "common/text.h"
-#include "resources/resource_ids.h"
 
 #include <cstdio>
 #include <cwchar>
@@ -20,7 +20,7 @@ struct ProblemReport {
     const char* log_text;
 };
 
-// The wording is fixed: support searches the logs for it.
+// The log texts are fixed (C-20).
 constexpr ProblemReport kReports[] = {
     {DocumentProblem::unusable_analysis, IDS_DOCUMENT_NOT_WRITTEN,
      "Parse failed in writing json file when submiting!"},
@@ -30,10 +30,10 @@ constexpr ProblemReport kReports[] = {
     {DocumentProblem::not_opened, IDS_DOCUMENT_NOT_WRITTEN, "Open json file failed when write it!"},
 };
 
-void report(DocumentProblem problem, Logger& log, MessageBoxes& boxes, WindowHandle owner) {
+void report(DocumentProblem problem, Logger& log, WindowHandle owner) {
     for (const ProblemReport& row : kReports) {
         if (row.problem == problem) {
-            ShowTextBox(boxes, owner, row.text_id);
+            ShowBox(owner, row.text_id);
             log.Write(row.log_text, kError);
         }
     }
@@ -100,20 +100,20 @@ bool write_file(const std::wstring& path, const std::string& text) {
 
 } // namespace
 
-bool WriteSubmitDocument(SceneData& scene, MessageBoxes& boxes, WindowHandle owner, PluginConfig& config,
-                         const std::wstring& guid, std::string& body) {
+bool WriteSubmitDocument(SceneData& scene, WindowHandle owner, PluginConfig& config, const std::wstring& guid,
+                         std::string& body) {
     BuiltDocument document;
     const DocumentProblem problem = build(scene, config, document);
     if (problem != DocumentProblem::none) {
-        report(problem, scene.log(), boxes, owner);
+        report(problem, scene.log(), owner);
         return false;
     }
-    if (!path_exists(config.jsonPath)) {
-        create_folder(config.jsonPath);
+    if (!PathExists(config.jsonPath)) {
+        CreateFolder(config.jsonPath);
     }
     const std::wstring path = config.jsonPath + L"/" + guid + L".json";
     if (!write_file(path, StyledJson(document.root))) {
-        report(DocumentProblem::not_opened, scene.log(), boxes, owner);
+        report(DocumentProblem::not_opened, scene.log(), owner);
         return false;
     }
     body = StyledJson(

@@ -1,7 +1,7 @@
 #include "submit/task_guid.h"
 
+#include "common/logger.h"
 #include "common/text.h"
-#include "submit/http_log.h"
 
 #include <windows.h>
 
@@ -13,7 +13,7 @@
 namespace tarvo {
 
 std::wstring NewTaskGuid() {
-    HttpLog log;
+    Logger log(kHttpChannel);
     GUID guid = {};
     if (FAILED(::CoCreateGuid(&guid))) {
         log.Write("The GUID generate failed!", kError);

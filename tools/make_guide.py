@@ -75,8 +75,8 @@ def reply_codes() -> list:
     """(code, text name, level, log text) as the plugin has them."""
     source = (ROOT / "submit/reply_codes.cpp").read_text(encoding="utf-8")
     table = re.search(r"kReplyCodes\[\] = \{(.*?)\n\};", source, re.DOTALL).group(1)
-    rows = re.findall(r'\{(\d+), (IDS_\w+), (?:true|false), k(\w+),\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\}', table)
-    if len(rows) != table.count("IDS_"):
+    rows = re.findall(r'\{(\d+), (IDS_\w+), (?:kNoCaption|IDS_CAPTION), k(\w+),\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\}', table)
+    if len(rows) != table.count("{"):
         raise ValueError("submit/reply_codes.cpp: rows of another form than this tool reads")
     return [(int(code), name, level.upper(), "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', text)))
             for code, name, level, text in rows]

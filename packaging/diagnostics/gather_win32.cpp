@@ -73,7 +73,7 @@ void gather_scripts(const Places& places, Facts& facts) {
 
 void gather_settings(const Places& places, Facts& facts) {
     const auto value = [&places](const wchar_t* key) {
-        return tarvo::read_profile_text(places.ini, tarvo::kIniSection, key);
+        return tarvo::ReadProfileText(places.ini, tarvo::kIniSection, key);
     };
     facts.ini = file_fact(places.ini);
     const std::wstring ip = value(tarvo::kIniKeyIp);
@@ -108,7 +108,7 @@ void gather_seven_zip(const Places& places, Facts& facts) {
 
 std::wstring log_folder(const Places& places) {
     return places.data + L"\\log" +
-           tarvo::read_profile_text(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
+           tarvo::ReadProfileText(places.ini, tarvo::kIniSection, tarvo::kIniKeyLowerVersion);
 }
 
 void gather_rights(const Places& places, Facts& facts) {
@@ -139,7 +139,7 @@ std::wstring environment(const wchar_t* name) {
 } // namespace
 
 Places find_places() {
-    const std::wstring base = tarvo::common_app_data_folder();
+    const std::wstring base = tarvo::CommonAppDataFolder();
     Places places;
     places.data = with_backslashes(base + tarvo::kPluginFolder);
     places.package = base + L"\\Autodesk\\ApplicationPlugins\\TarvoRendering";
@@ -160,7 +160,7 @@ Facts gather(const Places& places, const std::function<void()>& before_test) {
     facts.module_version = file_version(module);
     facts.module_image = module_image(module);
     facts.installed =
-        installed_files(tarvo::common_app_data_folder(), places.package + L"\\Diagnostics\\manifest.txt");
+        installed_files(tarvo::CommonAppDataFolder(), places.package + L"\\Diagnostics\\manifest.txt");
     facts.package_contents = file_fact(places.package + L"\\PackageContents.xml");
     facts.prepare_script = file_fact(places.package + L"\\Contents\\PrepareAnalysisScript.ms");
     gather_scripts(places, facts);
@@ -168,7 +168,7 @@ Facts gather(const Places& places, const std::function<void()>& before_test) {
     gather_seven_zip(places, facts);
     gather_rights(places, facts);
     facts.last = last_submission(places.data, log_folder(places), before_test);
-    facts.free_bytes = free_bytes(facts.has_data_folder ? places.data : tarvo::common_app_data_folder());
+    facts.free_bytes = free_bytes(facts.has_data_folder ? places.data : tarvo::CommonAppDataFolder());
     return facts;
 }
 

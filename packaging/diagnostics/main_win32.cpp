@@ -111,7 +111,7 @@ void Program::write(const std::string& zip, const tarvo::LocalTime& now) const {
 }
 
 int Program::look() const {
-    const tarvo::LocalTime now = tarvo::local_time();
+    const tarvo::LocalTime now = tarvo::CurrentLocalTime();
     const Places places = find_places();
     say(Message::title);
     print("\r\n");

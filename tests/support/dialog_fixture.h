@@ -188,7 +188,6 @@ protected:
         remove_ini(); // before the stores: the ini file decides where they log
         log_mark_ = log_mark("qfx_ui");
         reset_test_host();
-        use_test_boxes(&boxes);
         scene.set_num_blocks(1);
         scene.corona_limits = 0;
         scene.gamma_out = 2.2f;
@@ -207,7 +206,6 @@ protected:
         for (HWND window : windows_) {
             ::DestroyWindow(window);
         }
-        use_test_boxes(nullptr);
         remove_ini();
         EXPECT_EQ(test_host().spinners_held, 0) << "a spinner was not released";
     }
@@ -227,7 +225,7 @@ protected:
     static std::string ini_file() { return plugin_folder() + "/script/qfx_plugin.ini"; }
 
     static void write_ini(const std::string& content) {
-        tarvo::create_folder(tarvo::Utf8ToWide(plugin_folder() + "/script"));
+        tarvo::CreateFolder(tarvo::Utf8ToWide(plugin_folder() + "/script"));
         write_file(ini_file(), "[general]\r\n" + content);
         ::WritePrivateProfileStringW(nullptr, nullptr, nullptr, tarvo::Utf8ToWide(ini_file()).c_str());
     }

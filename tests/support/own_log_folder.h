@@ -24,7 +24,7 @@ public:
     OwnLogFolder(const std::string& suffix, std::string channel)
         : folder_(plugin_folder() + "/log" + suffix), channel_(std::move(channel)),
           ini_(plugin_folder() + "/script/qfx_plugin.ini") {
-        tarvo::create_folder(tarvo::common_app_data_folder() + tarvo::kPluginFolder + L"/script");
+        tarvo::CreateFolder(tarvo::CommonAppDataFolder() + tarvo::kPluginFolder + L"/script");
         write_file(ini_, "[general]\nlowerversion=" + suffix + "\n");
         remove_files();
     }
@@ -46,7 +46,7 @@ public:
         return folder_ + "\\" + channel_ + (number == 0 ? "" : std::to_string(number)) + ".log";
     }
 
-    bool has(int number) const { return tarvo::path_exists(file(number)); }
+    bool has(int number) const { return tarvo::PathExists(file(number)); }
 
     // The folder must hold nothing.
     bool remove_folder() const { return remove_folder(folder_); }

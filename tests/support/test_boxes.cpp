@@ -6,9 +6,16 @@ TestBoxes* g_boxes = nullptr;
 
 } // namespace
 
-int TestBoxes::show(tarvo::WindowHandle owner, const std::wstring& text, const std::wstring& caption,
-                    unsigned style, unsigned short language) {
-    shown.push_back({owner, text, caption, style, language});
+TestBoxes::TestBoxes() : before_(g_boxes) {
+    g_boxes = this;
+}
+
+TestBoxes::~TestBoxes() {
+    g_boxes = before_;
+}
+
+int TestBoxes::show(const TestBox& box) {
+    shown.push_back(box);
     if (on_show != nullptr) {
         on_show(shown.back());
     }
@@ -20,15 +27,11 @@ int TestBoxes::show(tarvo::WindowHandle owner, const std::wstring& text, const s
     return answer;
 }
 
-void use_test_boxes(TestBoxes* boxes) {
-    g_boxes = boxes;
-}
-
 namespace tarvo {
 
-MessageBoxes& SystemMessageBoxes() {
-    static TestBoxes unattended;
-    return g_boxes == nullptr ? unattended : *g_boxes;
+int ShowSystemBox(WindowHandle owner, const std::wstring& text, const std::wstring& caption, unsigned style,
+                  unsigned short language) {
+    return g_boxes == nullptr ? kAnswerOk : g_boxes->show({owner, text, caption, style, language});
 }
 
 } // namespace tarvo

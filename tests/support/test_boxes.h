@@ -1,4 +1,5 @@
-// Message boxes that nobody sees: each is kept and answered at once. Portable.
+// Message boxes that nobody sees: each is kept and answered at once. Defines ShowSystemBox() for the test
+// program. Portable.
 #pragma once
 
 #include "common/message_box.h"
@@ -15,15 +16,21 @@ struct TestBox {
     unsigned short language;
 };
 
-class TestBoxes : public tarvo::MessageBoxes {
+// While an object lives, it receives the boxes; the latest one counts. Without one every box is answered
+// IDOK.
+class TestBoxes {
 public:
-    int show(tarvo::WindowHandle owner, const std::wstring& text, const std::wstring& caption, unsigned style,
-             unsigned short language) override;
+    TestBoxes();
+    ~TestBoxes();
+    TestBoxes(const TestBoxes&) = delete;
+    TestBoxes& operator=(const TestBoxes&) = delete;
+
+    int show(const TestBox& box);
 
     std::vector<TestBox> shown;
     std::deque<int> answers;                   // used up from the front; an empty queue answers IDOK
     void (*on_show)(const TestBox&) = nullptr; // called while the box is up
-};
 
-// What SystemMessageBoxes() of a test program answers from now on; null: boxes of its own, which answer IDOK.
-void use_test_boxes(TestBoxes* boxes);
+private:
+    TestBoxes* before_;
+};

@@ -22,7 +22,7 @@ namespace {
 
 #ifdef _WIN32
 std::string app_data_folder() {
-    return tarvo::WideToUtf8(tarvo::common_app_data_folder());
+    return tarvo::WideToUtf8(tarvo::CommonAppDataFolder());
 }
 #else
 std::string app_data_folder() {
@@ -42,7 +42,7 @@ constexpr std::size_t kStampLength = sizeof "2024-03-07 09:05:02:045 " - 1;
 
 std::string plugin_folder() {
     const std::string folder = app_data_folder() + "/Tarvo Rendering";
-    tarvo::create_folder(tarvo::Utf8ToWide(folder));
+    tarvo::CreateFolder(tarvo::Utf8ToWide(folder));
     return folder;
 }
 

@@ -22,78 +22,7 @@ tarvo::WindowHandle dialog_item(tarvo::WindowHandle, int) {
 void write_field(tarvo::WindowHandle, const std::wstring&) {}
 #endif
 
-// Like the host's, it writes a new value into the linked field, which may tell the dialog.
-class TestSpinner : public tarvo::RatioSpinner {
-public:
-    TestSpinner(TestHost& host, tarvo::WindowHandle control) : host_(host), state_(host.spinners[control]) {
-        ++host_.spinners_held;
-    }
-    ~TestSpinner() override { --host_.spinners_held; }
-
-    void link_to_edit(tarvo::WindowHandle edit) override { state_.edit = edit; }
-    bool is_enabled() override { return state_.enabled; }
-    void enable() override { state_.enabled = true; }
-    void disable() override { state_.enabled = false; }
-    float value() override { return state_.value; }
-    void set_value(float value) override {
-        state_.value = value;
-        if (state_.limited && value > state_.maximum) {
-            state_.value = state_.maximum;
-        } else if (state_.limited && !(value >= state_.minimum)) {
-            state_.value = state_.minimum;
-        }
-        wchar_t text[64];
-        std::swprintf(text, sizeof text / sizeof *text, L"%.3f", static_cast<double>(state_.value));
-        write_field(state_.edit, text);
-    }
-
-private:
-    TestHost& host_;
-    TestSpinnerState& state_;
-};
-
 } // namespace
-
-bool TestHost::save_as(const std::wstring& path) {
-    saved_as.push_back(path);
-    if (save_as_result) {
-        file_path = path;
-        file_name = path.substr(path.find_last_of(L"\\/") + 1);
-    }
-    return save_as_result;
-}
-
-bool TestHost::run_script(const std::wstring& command, tarvo::ScriptResult& result) {
-    scripts.push_back(command);
-    result.has_text = script_result && has_text;
-    result.text = result.has_text ? script_text : std::wstring();
-    return script_result;
-}
-
-std::unique_ptr<tarvo::RatioSpinner> TestHost::set_up_ratio_spinner(tarvo::WindowHandle dialog,
-                                                                    int spinner_id, int edit_id,
-                                                                    float minimum, float maximum, float value,
-                                                                    float step) {
-    std::unique_ptr<tarvo::RatioSpinner> spinner = ratio_spinner(dialog_item(dialog, spinner_id));
-    if (spinner) {
-        ++spinners_set_up;
-        TestSpinnerState& state = spinners[dialog_item(dialog, spinner_id)];
-        state.limited = true;
-        state.minimum = minimum;
-        state.maximum = maximum;
-        state.step = step;
-        spinner->link_to_edit(dialog_item(dialog, edit_id));
-        spinner->set_value(value);
-    }
-    return spinner;
-}
-
-std::unique_ptr<tarvo::RatioSpinner> TestHost::ratio_spinner(tarvo::WindowHandle control) {
-    if (!has_spinners || control == nullptr) {
-        return nullptr;
-    }
-    return std::unique_ptr<tarvo::RatioSpinner>(new TestSpinner(*this, control));
-}
 
 TestHost& test_host() {
     static TestHost host;
@@ -120,10 +49,114 @@ void register_host_controls() {
 }
 #endif
 
+// The double of the host's control: the name under which host.h knows it.
+class ISpinnerControl {
+public:
+    explicit ISpinnerControl(TestSpinnerState& spinner) : state(spinner) {}
+    TestSpinnerState& state;
+};
+
 namespace tarvo {
 
-Host& CurrentHost() {
-    return test_host();
+WindowHandle HostMainWindow() {
+    return nullptr;
+}
+
+std::wstring SceneFileName() {
+    return test_host().file_name;
+}
+
+std::wstring SceneFilePath() {
+    return test_host().file_path;
+}
+
+void SaveScene() {
+    ++test_host().save_count;
+}
+
+bool SaveSceneAs(const std::wstring& path) {
+    TestHost& host = test_host();
+    host.saved_as.push_back(path);
+    if (host.save_as_result) {
+        host.file_path = path;
+        host.file_name = path.substr(path.find_last_of(L"\\/") + 1);
+    }
+    return host.save_as_result;
+}
+
+bool RunScript(const std::wstring& command, ScriptResult& result) {
+    TestHost& host = test_host();
+    if (host.on_script) {
+        host.on_script();
+    }
+    host.scripts.push_back(command);
+    result.has_text = host.script_result && host.has_text;
+    result.text = result.has_text ? host.script_text : std::wstring();
+    return host.script_result;
+}
+
+RatioSpinner::~RatioSpinner() {
+    --test_host().spinners_held;
+    delete control_;
+}
+
+void RatioSpinner::link_to_edit(WindowHandle edit) {
+    control_->state.edit = edit;
+}
+
+bool RatioSpinner::is_enabled() {
+    return control_->state.enabled;
+}
+
+void RatioSpinner::enable() {
+    control_->state.enabled = true;
+}
+
+void RatioSpinner::disable() {
+    control_->state.enabled = false;
+}
+
+float RatioSpinner::value() {
+    return control_->state.value;
+}
+
+// Like the host's, it writes a new value into the linked field, which may tell the dialog.
+void RatioSpinner::set_value(float value) {
+    TestSpinnerState& state = control_->state;
+    state.value = value;
+    if (state.limited && value > state.maximum) {
+        state.value = state.maximum;
+    } else if (state.limited && !(value >= state.minimum)) {
+        state.value = state.minimum;
+    }
+    wchar_t text[64];
+    std::swprintf(text, sizeof text / sizeof *text, L"%.3f", static_cast<double>(state.value));
+    write_field(state.edit, text);
+}
+
+std::unique_ptr<RatioSpinner> SetUpRatioSpinner(WindowHandle dialog, int spinner_id, int edit_id,
+                                                float minimum, float maximum, float value, float step) {
+    std::unique_ptr<RatioSpinner> spinner = RatioSpinnerOf(dialog_item(dialog, spinner_id));
+    if (spinner) {
+        ++test_host().spinners_set_up;
+        TestSpinnerState& state = test_host().spinners[dialog_item(dialog, spinner_id)];
+        state.limited = true;
+        state.minimum = minimum;
+        state.maximum = maximum;
+        state.step = step;
+        spinner->link_to_edit(dialog_item(dialog, edit_id));
+        spinner->set_value(value);
+    }
+    return spinner;
+}
+
+std::unique_ptr<RatioSpinner> RatioSpinnerOf(WindowHandle control) {
+    TestHost& host = test_host();
+    if (!host.has_spinners || control == nullptr) {
+        return nullptr;
+    }
+    ++host.spinners_held;
+    return std::unique_ptr<RatioSpinner>(new RatioSpinner(new ISpinnerControl(host.spinners[control])));
 }
 
 } // namespace tarvo

@@ -1,10 +1,12 @@
-// A host without a scene editor behind it, for test programs: it defines CurrentHost(). It remembers what it
-// was asked to do and answers what the test has set. Its spinners are kept by window, so that what one call
-// disables the next call finds disabled. Portable; the linked fields are written on Windows only.
+// A host without a scene editor behind it, for test programs: it defines the functions of host/host.h,
+// remembers what they were asked and answers what the test has set. Its spinners are kept by window, so that
+// what one call disables the next call finds disabled. Portable; the linked fields are written on Windows
+// only.
 #pragma once
 
 #include "host/host.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,27 +22,14 @@ struct TestSpinnerState {
     tarvo::WindowHandle edit = nullptr; // the linked field
 };
 
-class TestHost : public tarvo::Host {
-public:
-    bool is_available() override { return available; }
-    tarvo::WindowHandle main_window() override { return nullptr; }
-    std::wstring current_file_name() override { return file_name; }
-    std::wstring current_file_path() override { return file_path; }
-    void save() override { ++save_count; }
-    bool save_as(const std::wstring& path) override;
-    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override;
-    std::unique_ptr<tarvo::RatioSpinner> set_up_ratio_spinner(tarvo::WindowHandle dialog, int spinner_id,
-                                                              int edit_id, float minimum, float maximum,
-                                                              float value, float step) override;
-    std::unique_ptr<tarvo::RatioSpinner> ratio_spinner(tarvo::WindowHandle control) override;
-
-    bool available = true;
+struct TestHost {
     std::wstring file_name;
     std::wstring file_path;
     int save_count = 0;
     std::vector<std::wstring> saved_as;
     bool save_as_result = true; // true: the path also becomes the current file
     std::vector<std::wstring> scripts;
+    std::function<void()> on_script; // called when a script is run
     bool script_result = true;
     std::wstring script_text;
     bool has_text = true;

@@ -124,7 +124,7 @@ protected:
     // commands that a real way to OK brought.
     void confirm_again(int width, int height, const std::vector<WPARAM>& commands) {
         set_camera(width, height);
-        tarvo::CurrentHost().ratio_spinner(control(IDC_EDIT_RATIO_SPIN))->enable();
+        tarvo::RatioSpinnerOf(control(IDC_EDIT_RATIO_SPIN))->enable();
         tarvo::CameraEditDialogProc(dialog_, WM_INITDIALOG, 0, 0);
         for (const WPARAM command : commands) {
             tarvo::CameraEditDialogProc(dialog_, WM_COMMAND, command, 0);

@@ -1,5 +1,7 @@
 #include "host/host.h"
 
+#include "host/core_access.h"
+#include "tests/support/test_folder.h"
 #include "tests/unit_plugin/host_fixture.h"
 #include "tests/unit_plugin/spinner_dialog.h"
 
@@ -7,7 +9,6 @@
 
 namespace {
 
-using tarvo::CurrentHost;
 using tarvo::RatioSpinner;
 using tarvo::ScriptResult;
 
@@ -25,14 +26,14 @@ TEST_F(MaxHostTest, WithoutACoreInterfaceEverythingIsEmpty) {
     host_standin::set_scene(L"C:\\a.max", true);
     ScriptResult result;
     result.has_text = true;
-    EXPECT_FALSE(CurrentHost().is_available());
-    EXPECT_EQ(nullptr, CurrentHost().main_window());
-    EXPECT_EQ(L"", CurrentHost().current_file_name());
-    EXPECT_EQ(L"", CurrentHost().current_file_path());
-    EXPECT_FALSE(CurrentHost().save_as(L"C:\\b.max"));
-    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    EXPECT_EQ(nullptr, tarvo::CoreInterface());
+    EXPECT_EQ(nullptr, tarvo::HostMainWindow());
+    EXPECT_EQ(L"", tarvo::SceneFileName());
+    EXPECT_EQ(L"", tarvo::SceneFilePath());
+    EXPECT_FALSE(tarvo::SaveSceneAs(L"C:\\b.max"));
+    EXPECT_FALSE(tarvo::RunScript(L"a", result));
     EXPECT_FALSE(result.has_text);
-    CurrentHost().save();
+    tarvo::SaveScene();
     EXPECT_TRUE(host_standin::scene_needs_save());
     EXPECT_TRUE(script_.commands.empty());
 }
@@ -41,16 +42,16 @@ TEST_F(MaxHostTest, AsksTheHostForWindowAndScene) {
     const HWND window = ::GetDesktopWindow();
     host_standin::set_main_window(window);
     host_standin::set_scene(L"C:\\scenes\\house.max", false);
-    EXPECT_TRUE(CurrentHost().is_available());
-    EXPECT_EQ(window, CurrentHost().main_window());
-    EXPECT_EQ(L"house.max", CurrentHost().current_file_name());
-    EXPECT_EQ(L"C:\\scenes\\house.max", CurrentHost().current_file_path());
+    EXPECT_NE(nullptr, tarvo::CoreInterface());
+    EXPECT_EQ(window, tarvo::HostMainWindow());
+    EXPECT_EQ(L"house.max", tarvo::SceneFileName());
+    EXPECT_EQ(L"C:\\scenes\\house.max", tarvo::SceneFilePath());
 }
 
 TEST_F(MaxHostTest, SavingUnderAnotherNameTakesBothOptions) {
     host_standin::set_scene(L"C:\\a.max", true);
     set_fault(&host_standin::Faults::save_as_fails);
-    EXPECT_FALSE(CurrentHost().save_as(L"C:\\b.max"));
+    EXPECT_FALSE(tarvo::SaveSceneAs(L"C:\\b.max"));
     EXPECT_TRUE(calls_.has(L"Interface::SaveToFile(\"C:\\b.max\", 1, 1)"));
 }
 
@@ -60,10 +61,10 @@ TEST_F(MaxHostTest, SavesOnDisk) {
     const std::wstring first = std::wstring(folder) + L"tarvo_host_a.max";
     const std::wstring second = std::wstring(folder) + L"tarvo_host_b.max";
     host_standin::set_scene(first, true);
-    CurrentHost().save();
+    tarvo::SaveScene();
     EXPECT_FALSE(host_standin::scene_needs_save());
-    EXPECT_TRUE(CurrentHost().save_as(second));
-    EXPECT_EQ(second, CurrentHost().current_file_path());
+    EXPECT_TRUE(tarvo::SaveSceneAs(second));
+    EXPECT_EQ(second, tarvo::SceneFilePath());
     EXPECT_TRUE(::DeleteFileW(first.c_str()));
     EXPECT_TRUE(::DeleteFileW(second.c_str()));
 }
@@ -74,10 +75,10 @@ TEST_F(MaxHostTest, CopiesAScriptsTextUnderEveryTag) {
         host_standin::set_text_tag(tag);
         script_.text = L"{\"scene\":\"\x6E32\"}";
         ScriptResult result;
-        ASSERT_TRUE(CurrentHost().run_script(L"first", result));
+        ASSERT_TRUE(tarvo::RunScript(L"first", result));
         ScriptResult other;
         script_.text = L"something else";
-        ASSERT_TRUE(CurrentHost().run_script(L"second", other)); // the host drops the first text now
+        ASSERT_TRUE(tarvo::RunScript(L"second", other)); // the host drops the first text now
         EXPECT_TRUE(result.has_text);
         EXPECT_EQ(L"{\"scene\":\"\x6E32\"}", result.text);
     }
@@ -86,7 +87,7 @@ TEST_F(MaxHostTest, CopiesAScriptsTextUnderEveryTag) {
 
 TEST_F(MaxHostTest, ScriptsRunWithErrorsShownAndLogged) {
     ScriptResult result;
-    CurrentHost().run_script(L"fileIn \"a\"\nb", result);
+    tarvo::RunScript(L"fileIn \"a\"\nb", result);
     EXPECT_EQ(std::vector<std::wstring>{L"fileIn \"a\"\nb"}, script_.commands);
     EXPECT_TRUE(calls_.has(L"ExecuteMAXScriptScript(\"fileIn \"a\"\nb\", 0, object, 1)"));
 }
@@ -95,14 +96,14 @@ TEST_F(MaxHostTest, AScriptWithoutTextHasNone) {
     ScriptResult result;
     result.text = L"old";
     script_.returns_text = false;
-    EXPECT_TRUE(CurrentHost().run_script(L"a", result));
+    EXPECT_TRUE(tarvo::RunScript(L"a", result));
     EXPECT_FALSE(result.has_text);
     EXPECT_EQ(L"", result.text);
 }
 
 TEST_F(MaxHostTest, AnEmptyTextIsAText) {
     ScriptResult result;
-    EXPECT_TRUE(CurrentHost().run_script(L"a", result));
+    EXPECT_TRUE(tarvo::RunScript(L"a", result));
     EXPECT_TRUE(result.has_text);
     EXPECT_EQ(L"", result.text);
 }
@@ -110,7 +111,7 @@ TEST_F(MaxHostTest, AnEmptyTextIsAText) {
 TEST_F(MaxHostTest, AFailedScriptIsFalse) {
     ScriptResult result;
     script_.succeeds = false;
-    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    EXPECT_FALSE(tarvo::RunScript(L"a", result));
     EXPECT_FALSE(result.has_text);
 }
 
@@ -126,7 +127,7 @@ protected:
 
 TEST_F(MaxSpinnerTest, SetsUpLinkedAndLimited) {
     const std::unique_ptr<RatioSpinner> spinner =
-        CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
+        tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
     ASSERT_NE(nullptr, spinner);
     EXPECT_EQ(L"1.5", dialog_.text());
     spinner->set_value(9999.0f);
@@ -136,9 +137,9 @@ TEST_F(MaxSpinnerTest, SetsUpLinkedAndLimited) {
 }
 
 TEST_F(MaxSpinnerTest, FindsTheControlAgainInItsState) {
-    CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f)->disable();
+    tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f)->disable();
     EXPECT_EQ(0, host_standin::live_spinner_interfaces());
-    const std::unique_ptr<RatioSpinner> spinner = CurrentHost().ratio_spinner(dialog_.spinner());
+    const std::unique_ptr<RatioSpinner> spinner = tarvo::RatioSpinnerOf(dialog_.spinner());
     ASSERT_NE(nullptr, spinner);
     EXPECT_EQ(1, host_standin::live_spinner_interfaces());
     spinner->link_to_edit(dialog_.field());
@@ -151,7 +152,7 @@ TEST_F(MaxSpinnerTest, FindsTheControlAgainInItsState) {
 
 TEST_F(MaxSpinnerTest, SettingAValueTellsTheDialog) {
     const std::unique_ptr<RatioSpinner> spinner =
-        CurrentHost().set_up_ratio_spinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
+        tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
     EXPECT_TRUE(dialog_.heard.empty());
     spinner->set_value(3.0f);
     EXPECT_EQ(1u, dialog_.heard.size());
@@ -159,17 +160,21 @@ TEST_F(MaxSpinnerTest, SettingAValueTellsTheDialog) {
 }
 
 TEST_F(MaxSpinnerTest, NoControlGivesNoSpinner) {
-    EXPECT_EQ(nullptr, CurrentHost().ratio_spinner(nullptr));
-    EXPECT_EQ(nullptr, CurrentHost().ratio_spinner(dialog_.field()));
-    EXPECT_EQ(nullptr, CurrentHost().set_up_ratio_spinner(dialog_.window, 9, 1, 0.0f, 1.0f, 0.5f, 0.1f));
+    EXPECT_EQ(nullptr, tarvo::RatioSpinnerOf(nullptr));
+    EXPECT_EQ(nullptr, tarvo::RatioSpinnerOf(dialog_.field()));
+    EXPECT_EQ(nullptr, tarvo::SetUpRatioSpinner(dialog_.window, 9, 1, 0.0f, 1.0f, 0.5f, 0.1f));
 }
 
-TEST_F(MaxHostTest, NothingThatAScriptThrowsComesThrough) {
+TEST_F(MaxHostTest, WhatAScriptThrowsIsOneLineAndAFailure) {
     ThrowingScript throwing;
     host_standin::set_script_runner(&throwing);
     ScriptResult result;
-    EXPECT_FALSE(CurrentHost().run_script(L"a", result));
+    const std::size_t mark = tarvo_test::log_mark("qfx_data");
+    EXPECT_FALSE(tarvo::RunScript(L"a", result));
     EXPECT_EQ(1, host_standin::escaped_exceptions());
+    EXPECT_EQ(tarvo_test::log_lines_since("qfx_data", mark),
+              std::vector<std::string>{
+                  "[ERROR] An exception was stopped in ExecuteMAXScriptScript: from a script"});
     host_standin::reset();
 }
 

@@ -43,11 +43,9 @@ protected:
         PluginTest::SetUp();
         g_openings.clear();
         g_opening_throws = false;
-        use_test_boxes(&boxes_);
     }
 
     void TearDown() override {
-        use_test_boxes(nullptr);
         PluginTest::TearDown();
     }
 
@@ -171,7 +169,7 @@ TEST_F(PluginActions, WhatComesOutOfAnActionIsStoppedAndLogged) {
     start();
     EXPECT_TRUE(host_standin::execute_action(0x45AA4389, 1497));
     EXPECT_EQ(0, host_standin::escaped_exceptions());
-    EXPECT_EQ(std::vector<std::string>{"[ERROR] An exception was stopped in ExecuteAction."},
+    EXPECT_EQ(std::vector<std::string>{"[ERROR] An exception was stopped in ExecuteAction: from the dialog"},
               tarvo_test::log_lines_since("qfx_data", mark));
 }
 

@@ -37,9 +37,10 @@ TEST(AnalysisRun, TheCommandHasOneLineFeedAndNoCarriageReturn) {
 
 class AnalysisInAHost : public ::testing::Test {
 protected:
-    bool run() { return tarvo::run_scene_analysis(host, boxes, dialog, result, L"C:/my scripts/a.mse"); }
+    AnalysisInAHost() { reset_test_host(); }
+    bool run() { return tarvo::run_scene_analysis(dialog, result, L"C:/my scripts/a.mse"); }
 
-    TestHost host;
+    TestHost& host = test_host();
     TestBoxes boxes;
     tarvo::ScriptResult result;
     int window = 0; // no more than an address that the boxes are to come by

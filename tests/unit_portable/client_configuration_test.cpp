@@ -16,7 +16,7 @@ using tarvo::PluginConfig;
 class ClientConfiguration : public ::testing::Test {
 protected:
     ClientConfiguration() {
-        tarvo::create_folder(tarvo::Utf8ToWide(tarvo_test::plugin_folder() + "/script"));
+        tarvo::CreateFolder(tarvo::Utf8ToWide(tarvo_test::plugin_folder() + "/script"));
         std::remove(ini().c_str());
     }
     ~ClientConfiguration() override { std::remove(ini().c_str()); }
@@ -42,7 +42,7 @@ TEST_F(ClientConfiguration, FreshRecordHasPort80AndNothingElse) {
 
 TEST_F(ClientConfiguration, PathsAreConcatenated) {
     const PluginConfig config = load("");
-    const std::wstring base = tarvo::common_app_data_folder() + L"/Tarvo Rendering";
+    const std::wstring base = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering";
     EXPECT_EQ(config.jsonPath, base + L"/json");
     EXPECT_EQ(config.sevenZipExe, base + L"/7-Zip/7z.exe");
     EXPECT_EQ(config.compressDir, base + L"/compress");

@@ -2,7 +2,6 @@
 #include "common/logger.h"
 #include "common/platform.h"
 #include "scene/scene_data.h"
-#include "submit/http_log.h"
 #include "tests/support/log_settings.h"
 #include "tests/support/own_log_folder.h"
 #include "tests/support/test_folder.h"
@@ -46,7 +45,7 @@ TEST(LoggerFiles, SceneChannelKeepsTwoFilesOfFiveMegabytes) {
 
 TEST(LoggerFiles, ClientChannelKeepsFiveFilesOfTwoMegabytes) {
     const OwnLogFolder logs("_http", "qfx_http");
-    tarvo::HttpLog log;
+    tarvo::Logger log(tarvo::kHttpChannel);
     tarvo_test::expect_log_settings(log, logs, kTwoMegabytes, 5);
 }
 
@@ -72,7 +71,7 @@ TEST(LoggerFiles, FolderThatIsGoneIsMadeByOpen) {
     log.Open("t_again");
     log.SetMaxSizeMB(5);
     log.Write("here", "INFO");
-    EXPECT_TRUE(tarvo::path_exists(logs.folder()));
+    EXPECT_TRUE(tarvo::PathExists(logs.folder()));
     EXPECT_NE(read_file(logs.file()).find("[INFO] here"), std::string::npos);
 }
 

@@ -47,7 +47,7 @@ struct Outcome {
     explicit Outcome(const std::string& reply) {
         const std::size_t mark = tarvo_test::log_mark("qfx_http");
         testing::internal::CaptureStdout();
-        HandleClientReply(reply, boxes, owner());
+        HandleClientReply(reply, owner());
         printed = testing::internal::GetCapturedStdout();
         lines = tarvo_test::log_lines_since("qfx_http", mark);
     }
@@ -99,7 +99,7 @@ TEST(ReplyCodes, EveryRow) {
         ASSERT_NE(found, nullptr) << row.code;
         EXPECT_EQ(found->code, row.code);
         EXPECT_EQ(found->text_id, row.text_id) << row.code;
-        EXPECT_EQ(found->has_caption, row.has_caption) << row.code;
+        EXPECT_EQ(found->caption_id, row.has_caption ? 49u : 0u) << row.code;
         EXPECT_EQ("[" + std::string(found->level) + "] " + found->log_text, row.line);
     }
 }

@@ -112,11 +112,11 @@ TEST_F(SceneArchive, RefusedNamesAreFilledInAllTheSame) {
 
 TEST_F(SceneArchive, SameSecondSameArchive) {
     for (int attempt = 0; attempt < 20; ++attempt) {
-        const long long before = tarvo::seconds_since_epoch();
+        const long long before = tarvo::SecondsSinceEpoch();
         prepare();
         const std::string first = config.archivePath;
         prepare();
-        if (tarvo::seconds_since_epoch() == before) {
+        if (tarvo::SecondsSinceEpoch() == before) {
             EXPECT_EQ(config.archivePath, first);
             return;
         }
@@ -127,10 +127,10 @@ TEST_F(SceneArchive, SameSecondSameArchive) {
 TEST_F(SceneArchive, MakesTheFolder) {
     // Named in Chinese: the folder is found and made whatever the code page is.
     config.compressDir = tarvo::Utf8ToWide(tarvo_test::plugin_folder() + "/\xE9\xA1\xB9\xE7\x9B\xAE " +
-                                           std::to_string(tarvo::seconds_since_epoch()));
-    ASSERT_FALSE(tarvo::path_exists(config.compressDir));
+                                           std::to_string(tarvo::SecondsSinceEpoch()));
+    ASSERT_FALSE(tarvo::PathExists(config.compressDir));
     prepare();
-    EXPECT_TRUE(tarvo::path_exists(config.compressDir));
+    EXPECT_TRUE(tarvo::PathExists(config.compressDir));
 }
 
 } // namespace

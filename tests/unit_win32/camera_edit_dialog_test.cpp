@@ -248,7 +248,7 @@ TEST_F(CameraEdit, NoOtherErrorLeavesTheProcedure) {
     EXPECT_EQ(command(IDC_EDIT_NAME, EN_CHANGE), 0);
     const Lines lines = new_log_lines();
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), "[ERROR] A dialog message was not handled to its end: another one");
+    EXPECT_EQ(lines.back(), "[ERROR] An exception was stopped in CameraEditDialogProc: another one");
 }
 
 TEST_F(CameraEdit, TellsWhatItHandles) {

@@ -30,8 +30,8 @@ class ClientLink : public ::testing::Test {
 protected:
     ClientLink() {
         plugin_folder();
-        folder = tarvo::common_app_data_folder() + L"/Tarvo Rendering/json";
-        tarvo::create_folder(folder);
+        folder = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/json";
+        tarvo::CreateFolder(folder);
         config.clientIp = L"127.0.0.1";
         config.jsonPath = folder + L"/document.json";
         write_wide_file(config.jsonPath, "{}");
@@ -43,11 +43,11 @@ protected:
     void post(int port) {
         config.clientPort = port;
         const std::size_t mark = log_mark("qfx_http");
-        tarvo::PostToClient(config, kBody, boxes, owner());
+        tarvo::PostToClient(config, kBody, owner());
         lines = log_lines_since("qfx_http", mark);
     }
 
-    bool document_kept() const { return tarvo::path_exists(config.jsonPath); }
+    bool document_kept() const { return tarvo::PathExists(config.jsonPath); }
 
     void expect_box(unsigned text_id, const std::wstring& caption) const {
         ASSERT_EQ(boxes.shown.size(), 1u);

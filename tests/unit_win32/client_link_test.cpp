@@ -1,5 +1,4 @@
 // The exchange with the client over a real socket.
-#include "submit/http_log.h"
 #include "tests/support/raw_server.h"
 #include "tests/unit_win32/client_link_fixture.h"
 
@@ -15,7 +14,7 @@ using tarvo_test::say;
 using tarvo_test::wait_for_hang_up;
 
 TEST_F(ClientLink, LastErrorLineIsRunTogether) {
-    tarvo::HttpLog log;
+    tarvo::Logger log(tarvo::kHttpChannel);
     const std::size_t mark = tarvo_test::log_mark("qfx_http");
     ::SetLastError(12029);
     tarvo::LogLastError("WinHttpSendRequest", log);
@@ -64,7 +63,7 @@ TEST_F(ClientLink, NoAddress) {
 TEST_F(ClientLink, DocumentInAFolderThatTheCodePageLacks) {
     const std::wstring own_folder = folder + L"/\x0531\x0532";
     ::DeleteFileW(config.jsonPath.c_str());
-    tarvo::create_folder(own_folder);
+    tarvo::CreateFolder(own_folder);
     config.jsonPath = own_folder + L"/document.json";
     tarvo_test::write_wide_file(config.jsonPath, "{}");
     post(tarvo_test::free_port());

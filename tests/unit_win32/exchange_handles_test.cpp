@@ -99,7 +99,7 @@ protected:
     void exchange(int port) {
         config.clientPort = port;
         boxes.shown.clear();
-        tarvo::PostToClient(config, kBody, boxes, owner());
+        tarvo::PostToClient(config, kBody, owner());
     }
 
     // One of each way a client can take a call, in turn.

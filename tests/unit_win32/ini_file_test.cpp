@@ -17,9 +17,9 @@ using tarvo::PluginConfig;
 
 class IniFile : public ::testing::Test {
 protected:
-    IniFile() : path(tarvo::common_app_data_folder() + tarvo::kPluginFolder + tarvo::kIniFile) {
+    IniFile() : path(tarvo::CommonAppDataFolder() + tarvo::kPluginFolder + tarvo::kIniFile) {
         tarvo_test::plugin_folder();
-        tarvo::create_folder(tarvo::common_app_data_folder() + tarvo::kPluginFolder + L"/script");
+        tarvo::CreateFolder(tarvo::CommonAppDataFolder() + tarvo::kPluginFolder + L"/script");
     }
     ~IniFile() override { ::DeleteFileW(path.c_str()); }
 

@@ -37,7 +37,7 @@ TEST(LoggerShared, AnotherProcessReadsAndAppends) {
 // The log's folder is a file: nothing can be opened, and nobody is told.
 TEST(LoggerShared, FolderThatCannotBeMade) {
     const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
-    tarvo::create_folder(tarvo_test::plugin_folder() + "/script");
+    tarvo::CreateFolder(tarvo_test::plugin_folder() + "/script");
     tarvo_test::write_file(ini, "[general]\r\nlowerversion=taken\r\n");
     tarvo_test::write_file(tarvo_test::plugin_folder() + "/logtaken", "a file in the folder's place");
     {
@@ -59,7 +59,7 @@ void expect_lines_are_lost(const std::string& channel) {
 
 TEST(LoggerShared, AFolderInTheFilesPlaceLosesTheLines) {
     const std::string file = backslashes(tarvo_test::log_file("t_folder"));
-    ASSERT_TRUE(tarvo::create_folder(file) || tarvo::path_exists(file));
+    ASSERT_TRUE(tarvo::CreateFolder(file) || tarvo::PathExists(file));
     expect_lines_are_lost("t_folder");
     EXPECT_NE(::RemoveDirectoryA(file.c_str()), FALSE);
 }
@@ -94,7 +94,7 @@ TEST(LoggerShared, ADeviceInTheFilesPlaceLosesTheLines) {
 // The lowest version follows "log" without a separator.
 TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
     const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
-    tarvo::create_folder(tarvo_test::plugin_folder() + "/script");
+    tarvo::CreateFolder(tarvo_test::plugin_folder() + "/script");
     tarvo_test::write_file(ini, "[general]\r\nlowerversion=2019\r\n");
     {
         tarvo::Logger log("t_version", 5, 2, 0);

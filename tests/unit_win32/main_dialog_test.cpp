@@ -311,7 +311,7 @@ std::wstring link_target(HWND dialog) {
 TEST_F(MainDialog, TheLinkLeadsToTheInstalledGuideInTheDialogsLanguage) {
     open();
     const std::wstring language = Text(IDS_LANGUAGE_SWITCH) == L"0" ? L"en" : L"zh";
-    const std::wstring expected = tarvo::common_app_data_folder() +
+    const std::wstring expected = tarvo::CommonAppDataFolder() +
                                   L"\\Autodesk\\ApplicationPlugins\\TarvoRendering\\Guide\\" + language +
                                   L"\\index.html";
     EXPECT_EQ(link_target(dialog), expected);
@@ -335,7 +335,7 @@ TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {
     boxes.on_show = [](const TestBox&) { throw std::runtime_error("in a box"); };
     EXPECT_EQ(command(IDC_MAIN_BLOCKS_64), 0);
     EXPECT_EQ(new_log_lines(),
-              std::vector<std::string>({"[ERROR] A dialog message was not handled to its end: in a box"}));
+              std::vector<std::string>({"[ERROR] An exception was stopped in MainDialogProc: in a box"}));
     boxes.on_show = [](const TestBox&) { throw 7; };
     EXPECT_EQ(command(IDC_MAIN_BLOCKS_64), 0);
     EXPECT_EQ(new_log_lines().size(), 1u);

@@ -17,7 +17,7 @@ protected:
     HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
 
     int run(bool first_opening = true) {
-        return tarvo::RunOpeningSequence(dialog, Text(IDS_CAPTION), Text(IDS_LANGUAGE_SWITCH), first_opening);
+        return tarvo::RunOpeningSequence(dialog, first_opening);
     }
 
     void expect_refused(unsigned text_id) {
@@ -125,7 +125,7 @@ TEST_F(OpeningSequence, ThisOneScriptIsRun) {
     EXPECT_EQ(run(), 1);
     ASSERT_EQ(test_host().scripts.size(), 1u);
     const std::wstring expected =
-        tarvo::common_app_data_folder() + L"/Tarvo Rendering/script/MaxRenderGlobalsParser.mse";
+        tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/script/MaxRenderGlobalsParser.mse";
     EXPECT_EQ(test_host().scripts[0], L"fileIn \"" + expected + L"\"\ngMax.analysis \"\" \"\"");
 }
 
@@ -148,7 +148,7 @@ std::wstring folder_of_program(const std::wstring& program) {
     const PatchedImport patch("kernel32.dll", "GetModuleFileNameW",
                               reinterpret_cast<void*>(&note_module_file_name));
     EXPECT_TRUE(patch.installed());
-    return tarvo::program_folder();
+    return tarvo::ProgramFolder();
 }
 
 TEST_F(OpeningSequence, TheHostsFolderIsAskedForAndLeftAtThat) {
@@ -287,18 +287,6 @@ TEST_F(OpeningSequence, AScriptWithoutATextFillsTheDialogWithNothing) {
     EXPECT_EQ(row_count(list), 0);
     EXPECT_EQ(field(dialog, IDC_MAIN_SCENE_NAME), L"");
     EXPECT_EQ(scene.analysis_text(), L"");
-}
-
-TEST_F(OpeningSequence, TheBoxesCarryTheCaptionAndLanguageTheyAreGiven) {
-    const struct {
-        const wchar_t* language_switch;
-        unsigned short language;
-    } cases[] = {{L"0", 1033}, {L"00", 1}, {L"", 1}, {L"1033", 1}};
-    for (const auto& one : cases) {
-        EXPECT_EQ(tarvo::RunOpeningSequence(dialog, L"a caption", one.language_switch, true), -1);
-        EXPECT_EQ(boxes.shown.back().caption, L"a caption");
-        EXPECT_EQ(boxes.shown.back().language, one.language);
-    }
 }
 
 } // namespace

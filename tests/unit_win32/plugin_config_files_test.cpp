@@ -39,9 +39,9 @@ void expect_same(const PluginConfig& one, const PluginConfig& other) {
 
 class PluginConfigFiles : public ::testing::Test {
 protected:
-    PluginConfigFiles() : path(tarvo::common_app_data_folder() + tarvo::kPluginFolder + tarvo::kIniFile) {
+    PluginConfigFiles() : path(tarvo::CommonAppDataFolder() + tarvo::kPluginFolder + tarvo::kIniFile) {
         tarvo_test::plugin_folder();
-        tarvo::create_folder(tarvo::common_app_data_folder() + tarvo::kPluginFolder + L"/script");
+        tarvo::CreateFolder(tarvo::CommonAppDataFolder() + tarvo::kPluginFolder + L"/script");
     }
     ~PluginConfigFiles() override {
         ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);

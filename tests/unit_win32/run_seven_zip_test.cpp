@@ -54,7 +54,7 @@ protected:
         const char* source = std::getenv("TARVO_SEVEN_ZIP");
         ASSERT_NE(source, nullptr) << "TARVO_SEVEN_ZIP is not set";
         const std::wstring from = tarvo::Utf8ToWide(source) + L"\\";
-        const std::wstring to = tarvo::common_app_data_folder() + L"/Tarvo Rendering/7-Zip/";
+        const std::wstring to = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/7-Zip/";
         ::CreateDirectoryW(to.c_str(), nullptr);
         for (const wchar_t* name : {L"7z.exe", L"7z.dll"}) {
             ASSERT_TRUE(copy(from + name, to + name)) << ::GetLastError();
@@ -74,7 +74,7 @@ protected:
         return true;
     }
 
-    bool archive_exists() const { return tarvo::path_exists(tarvo::Utf8ToWide(config.archivePath)); }
+    bool archive_exists() const { return tarvo::PathExists(tarvo::Utf8ToWide(config.archivePath)); }
 
     std::string unpacked(const std::wstring& name) {
         const std::wstring result = work + L"\\out\\" + name + L".max";
@@ -151,7 +151,7 @@ TEST_F(SevenZip, RefusedNameIsNotPacked) {
 // docs/threat-model.md says why this stays.
 TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
     ASSERT_NO_FATAL_FAILURE(install_program());
-    const std::wstring other = tarvo::common_app_data_folder() + L"/Tarvo.exe";
+    const std::wstring other = tarvo::CommonAppDataFolder() + L"/Tarvo.exe";
     ASSERT_TRUE(copy(config.sevenZipExe, other)) << ::GetLastError();
     EXPECT_TRUE(pack(L"mistaken"));
     EXPECT_FALSE(archive_exists());
@@ -160,7 +160,7 @@ TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
 }
 
 TEST_F(SevenZip, MissingProgramIsSilent) {
-    config.sevenZipExe = tarvo::common_app_data_folder() + L"/Tarvo Rendering/7-Zip/not there/7z.exe";
+    config.sevenZipExe = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/7-Zip/not there/7z.exe";
     ASSERT_TRUE(pack(L"alone"));
     EXPECT_FALSE(archive_exists());
 }

@@ -201,7 +201,7 @@ TEST_F(SceneBackup, LockedSceneFailsAndSaysSo) {
 
 TEST_F(SceneBackup, LongestCopyThatFits) {
     const std::wstring path = scene_of_length(kLongestPath - kSuffix);
-    ASSERT_TRUE(tarvo::path_exists(path));
+    ASSERT_TRUE(tarvo::PathExists(path));
     EXPECT_NE(back_up(path), 0);
     EXPECT_EQ(files_like(folder + L"\\x*").size(), 2u);
 }

@@ -50,7 +50,7 @@ TEST_F(MainDialog, ASubmissionGoesThroughEveryFloor) {
     analysis.name = tarvo::Utf8ToWide(scene_file);
     std::replace(analysis.name.begin(), analysis.name.end(), L'\\', L'/');
     open(analysis);
-    tarvo::create_folder(tarvo::Utf8ToWide(plugin_folder() + "/json"));
+    tarvo::CreateFolder(tarvo::Utf8ToWide(plugin_folder() + "/json"));
     test_host().file_path = tarvo::Utf8ToWide(scene_file);
     for (const int control : {IDC_MAIN_VIRUS_CHECK, IDC_MAIN_COLOR_CHANNEL, IDC_MAIN_AO_CHANNEL}) {
         ::CheckDlgButton(dialog, control, BST_CHECKED);

@@ -17,28 +17,21 @@ const std::vector<std::string> kLines = {"[WARN] Check ADSL virus for scene",
                                          "[WARN] Check ALC virus for scene",
                                          "[WARN] Check CRP virus for scene"};
 
-// Notes how far the log was when each script ran.
-class WatchingHost : public TestHost {
-public:
-    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override {
-        lines_before.push_back(tarvo_test::log_mark("qfx_data"));
-        return TestHost::run_script(command, result);
-    }
-    std::vector<std::size_t> lines_before;
-};
-
 class VirusCheck : public ::testing::Test {
 protected:
     VirusCheck() {
         tarvo_test::plugin_folder();
+        reset_test_host();
+        host.on_script = [this] { lines_before.push_back(tarvo_test::log_mark("qfx_data")); };
         config.antivirusAdslScript = L"C:\\a folder/script/adsl.ms";
         config.antivirusAlcScript = L"C:\\a folder/script/alc.ms";
         config.antivirusCrpScript = L"C:\\a folder/script/crp.ms";
     }
+    ~VirusCheck() override { reset_test_host(); }
 
     void check() {
         mark = tarvo_test::log_mark("qfx_data");
-        tarvo::check_scene_viruses(host, scene, config);
+        tarvo::check_scene_viruses(config);
         lines = tarvo_test::log_lines_since("qfx_data", mark);
     }
 
@@ -49,8 +42,9 @@ protected:
         EXPECT_EQ(lines, kLines);
     }
 
-    WatchingHost host;
-    tarvo::SceneData scene;
+    tarvo::SceneData& scene = tarvo::SceneData::instance();
+    TestHost& host = test_host();
+    std::vector<std::size_t> lines_before; // how far the log was when each script ran
     tarvo::PluginConfig config;
     std::size_t mark = 0;
     std::vector<std::string> lines;
@@ -63,7 +57,7 @@ TEST_F(VirusCheck, ThreeScriptsInOrder) {
 
 TEST_F(VirusCheck, EachLineFollowsItsScript) {
     check();
-    EXPECT_EQ(host.lines_before, (std::vector<std::size_t>{mark, mark + 1, mark + 2}));
+    EXPECT_EQ(lines_before, (std::vector<std::size_t>{mark, mark + 1, mark + 2}));
 }
 
 TEST_F(VirusCheck, FailingScriptsStopNothing) {
@@ -86,30 +80,20 @@ TEST_F(VirusCheck, EveryRunWritesItsLines) {
 }
 
 // As a script does that removed something.
-class SavingHost : public TestHost {
-public:
-    bool run_script(const std::wstring& command, tarvo::ScriptResult& result) override {
-        if (saves) {
-            const tarvo::FileHandle file(::CreateFileW(file_path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
-                                                       OPEN_EXISTING, 0, nullptr));
-            const FILETIME later = {0, static_cast<DWORD>(1000 + scripts.size())};
-            EXPECT_NE(::SetFileTime(file.get(), nullptr, nullptr, &later), FALSE);
-        }
-        return TestHost::run_script(command, result);
-    }
-    bool saves = false;
-};
+void save_scene() {
+    const tarvo::FileHandle file(::CreateFileW(test_host().file_path.c_str(), FILE_WRITE_ATTRIBUTES, 0,
+                                               nullptr, OPEN_EXISTING, 0, nullptr));
+    const FILETIME later = {0, static_cast<DWORD>(1000 + test_host().scripts.size())};
+    EXPECT_NE(::SetFileTime(file.get(), nullptr, nullptr, &later), FALSE);
+}
 
 TEST_F(VirusCheck, AFileThatAScriptSavedGetsALastLine) {
-    SavingHost saving;
     const std::string path = tarvo_test::plugin_folder() + "/saved.max";
     tarvo_test::write_file(path, "scene");
-    saving.file_path = tarvo::Utf8ToWide(path);
+    host.file_path = tarvo::Utf8ToWide(path);
     for (const bool saves : {false, true}) {
-        saving.saves = saves;
-        mark = tarvo_test::log_mark("qfx_data");
-        tarvo::check_scene_viruses(saving, scene, config);
-        lines = tarvo_test::log_lines_since("qfx_data", mark);
+        host.on_script = saves ? save_scene : std::function<void()>();
+        check();
         std::vector<std::string> expected = kLines;
         if (saves) {
             expected.push_back("[WARN] The scene file was saved again during the virus checks: " + path);

@@ -28,7 +28,7 @@ class SubmitDocumentFile : public ::testing::Test {
 protected:
     SubmitDocumentFile() {
         tarvo_test::plugin_folder();
-        folder = tarvo::common_app_data_folder() + L"/Tarvo Rendering/json";
+        folder = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/json";
         config.jsonPath = folder;
         config.sceneFile = "C:\\scenes\\Lobby2.max";
         config.archivePath = "C:\\out\\Lobby2_k3ZpQa.7z";
@@ -41,7 +41,7 @@ protected:
 
     bool write(const std::wstring& guid = kGuid) {
         const std::size_t mark = tarvo_test::log_mark("qfx_data");
-        const bool written = WriteSubmitDocument(scene, boxes, owner(), config, guid, body);
+        const bool written = WriteSubmitDocument(scene, owner(), config, guid, body);
         lines = tarvo_test::log_lines_since("qfx_data", mark);
         return written;
     }
@@ -63,7 +63,7 @@ protected:
         ASSERT_EQ(lines.size(), line_count);
         EXPECT_EQ(lines.back(), "[ERROR] " + line);
         EXPECT_EQ(body, "as it was");
-        EXPECT_FALSE(tarvo::path_exists(document()));
+        EXPECT_FALSE(tarvo::PathExists(document()));
     }
 
     std::wstring folder;
@@ -133,13 +133,13 @@ TEST_F(SubmitDocumentFile, SecondSubmissionWritesASecondFile) {
     ASSERT_TRUE(write_analysis("{}"));
     config.jsonPath = folder;
     ASSERT_TRUE(write(other));
-    EXPECT_TRUE(tarvo::path_exists(document()));
-    EXPECT_TRUE(tarvo::path_exists(folder + L"/" + other + L".json"));
+    EXPECT_TRUE(tarvo::PathExists(document()));
+    EXPECT_TRUE(tarvo::PathExists(folder + L"/" + other + L".json"));
     ::DeleteFileW(config.jsonPath.c_str());
 }
 
 TEST_F(SubmitDocumentFile, LongerFileOfTheSameNameIsTruncated) {
-    tarvo::create_folder(folder);
+    tarvo::CreateFolder(folder);
     tarvo_test::write_wide_file(document(), std::string(100000, '#'));
     ASSERT_TRUE(write_analysis("{}"));
     EXPECT_EQ(tarvo_test::read_wide_file(document()).find('#'), std::string::npos);
@@ -148,7 +148,7 @@ TEST_F(SubmitDocumentFile, LongerFileOfTheSameNameIsTruncated) {
 TEST_F(SubmitDocumentFile, MissingFolderIsMadeWhateverTheCodePage) {
     folder += L"/\x0531\x0532 \x9879\x76EE";
     ::RemoveDirectoryW(folder.c_str());
-    tarvo::create_folder(tarvo::common_app_data_folder() + L"/Tarvo Rendering/json");
+    tarvo::CreateFolder(tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/json");
     config.jsonPath = folder;
     ASSERT_TRUE(write_analysis("{}"));
     EXPECT_FALSE(tarvo_test::read_wide_file(document()).empty());
@@ -208,12 +208,12 @@ TEST_F(SubmitDocumentFile, TornFileIsRemovedAndNotReported) {
     {
         const tarvo_test::PatchedImport patch("msvcrt.dll", "fwrite", reinterpret_cast<void*>(&short_write));
         ASSERT_TRUE(patch.installed());
-        written = WriteSubmitDocument(scene, boxes, owner(), config, kGuid, body);
+        written = WriteSubmitDocument(scene, owner(), config, kGuid, body);
     }
     EXPECT_TRUE(written);
     EXPECT_TRUE(boxes.shown.empty());
     EXPECT_EQ(config.jsonPath, document());
-    EXPECT_FALSE(tarvo::path_exists(document()));
+    EXPECT_FALSE(tarvo::PathExists(document()));
 }
 
 } // namespace

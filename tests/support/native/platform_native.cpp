@@ -14,6 +14,8 @@
 
 namespace {
 
+void (*g_sleep)(unsigned milliseconds) = nullptr;
+
 std::string& app_data_folder() {
     static std::string folder;
     return folder;
@@ -27,15 +29,19 @@ void set_app_data_folder(const std::string& folder) {
     app_data_folder() = folder;
 }
 
+void set_sleep(void (*sleep)(unsigned milliseconds)) {
+    g_sleep = sleep;
+}
+
 } // namespace tarvo_test
 
 namespace tarvo {
 
-std::wstring common_app_data_folder() {
+std::wstring CommonAppDataFolder() {
     return Utf8ToWide(app_data_folder());
 }
 
-std::wstring read_profile_text(const std::wstring& ini_file, const std::wstring& section,
+std::wstring ReadProfileText(const std::wstring& ini_file, const std::wstring& section,
                                const std::wstring& key) {
     std::ifstream file(WideToUtf8(ini_file));
     const std::string heading = "[" + WideToUtf8(section) + "]";
@@ -51,7 +57,7 @@ std::wstring read_profile_text(const std::wstring& ini_file, const std::wstring&
     return std::wstring();
 }
 
-LocalTime local_time() {
+LocalTime CurrentLocalTime() {
     timeval now = {};
     gettimeofday(&now, nullptr);
     tm parts = {};
@@ -65,43 +71,47 @@ LocalTime local_time() {
             static_cast<int>(now.tv_usec / 1000)};
 }
 
-std::wstring program_folder() {
+std::wstring ProgramFolder() {
     return L"/usr/bin";
 }
 
-long long seconds_since_epoch() {
+long long SecondsSinceEpoch() {
     return static_cast<long long>(std::time(nullptr));
 }
 
-bool path_exists(const std::wstring& path) {
+bool PathExists(const std::wstring& path) {
     return access(WideToUtf8(path).c_str(), F_OK) == 0;
 }
 
-bool path_exists(const std::string& locale_path) {
+bool PathExists(const std::string& locale_path) {
     return access(locale_path.c_str(), F_OK) == 0;
 }
 
-long long last_write_time(const std::wstring& path) {
+long long LastWriteTime(const std::wstring& path) {
     struct stat status = {};
     return ::stat(WideToUtf8(path).c_str(), &status) == 0
                ? status.st_mtim.tv_sec * 1000000000LL + status.st_mtim.tv_nsec
                : 0;
 }
 
-bool create_folder(const std::wstring& path) {
+bool CreateFolder(const std::wstring& path) {
     return mkdir(WideToUtf8(path).c_str(), 0777) == 0;
 }
 
-bool create_folder(const std::string& locale_path) {
+bool CreateFolder(const std::string& locale_path) {
     return mkdir(locale_path.c_str(), 0777) == 0;
 }
 
-unsigned long last_error_code() {
+unsigned long LastErrorCode() {
     return static_cast<unsigned long>(errno);
 }
 
-void sleep_milliseconds(unsigned milliseconds) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+void SleepMilliseconds(unsigned milliseconds) {
+    if (g_sleep != nullptr) {
+        g_sleep(milliseconds);
+    } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
 }
 
 } // namespace tarvo

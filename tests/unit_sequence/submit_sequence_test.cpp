@@ -1,5 +1,11 @@
 // The sequence without a window: every stop, every code, in every order.
-#include "tests/unit_portable/submit_sequence_bench.h"
+#include "tests/unit_sequence/submit_sequence_bench.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -10,15 +16,15 @@ Calls all_calls(bool ao_channel, bool virus_check) {
         calls.insert(calls.end(), {"number 1040", "number 1037"});
     }
     calls.insert(calls.end(),
-                 {"number 1039", "host call", "scene name", "field 1036",
+                 {"number 1039", "save", "field 1036", "scene name",
                   std::string("scene file for ") + kEntered, "guid", "configuration", "checked 1000"});
     if (virus_check) {
         calls.insert(calls.end(), {"backup", "viruses"});
     }
     const std::string archive =
-        std::string("archive ") + kSceneFile + " " + kEntered + " " + kGuidNarrow + " " + kSceneFile;
+        std::string("archive ") + kSceneFile + " " + kEntered + " " + kGuid + " " + kSceneFile;
     calls.insert(calls.end(), {archive, std::string("pack ") + kEntered + " archive", "wait 1000",
-                               std::string("document ") + kGuidNarrow + " archive", "post body"});
+                               std::string("document ") + kGuid + " archive", "post body"});
     return calls;
 }
 
@@ -34,27 +40,27 @@ const Stop kStops[] = {
     {"negative frame",
      [](Bench& bench) { bench.check = 1; },
      "validate",
-     {"box 41 style 0 language 1033"},
+     {"box [41] style 0 language 1033"},
      -1},
-    {"bad name", [](Bench& bench) { bench.check = 2; }, "validate", {"box 38 style 0 language 1033"}, -1},
+    {"bad name", [](Bench& bench) { bench.check = 2; }, "validate", {"box [38] style 0 language 1033"}, -1},
     {"no camera, cancelled",
      [](Bench& bench) {
          bench.check = 3;
          bench.answer = tarvo::kAnswerCancel;
      },
      "validate",
-     {"box 72 style 1 language 1033"},
+     {"box [72] style 1 language 1033"},
      -1},
     {"no scene file",
      [](Bench& bench) { bench.finds_scene_file = false; },
      "scene file for",
-     {"box 64 style 0 language 1033"},
+     {"box [64] style 0 language 1033"},
      0},
     {"no task id", [](Bench& bench) { bench.makes_guid = false; }, "guid", {}, 0},
     {"archive refused",
      [](Bench& bench) { bench.accepts_archive = false; },
      "archive",
-     {"box 79 style 0 language 1033", "close 0"},
+     {"box [79] style 0 language 1033", "close 0"},
      -1},
     {"document not written", [](Bench& bench) { bench.writes_document = false; }, "document", {}, -1},
 };
@@ -133,7 +139,7 @@ TEST(SubmitSequence, NoCameraIsAQuestionThatOnlyCancelAnswersWithNo) {
         bench.check = 3;
         bench.answer = answer;
         Calls expected = all_calls(false, false);
-        expected.insert(expected.begin() + 1, "box 72 style 1 language 1033");
+        expected.insert(expected.begin() + 1, "box [72] style 1 language 1033");
         EXPECT_EQ(bench.run(), 1);
         EXPECT_EQ(bench.calls, expected);
     }
@@ -164,10 +170,10 @@ TEST(SubmitSequence, TheLanguageSwitchDecidesTheBoxesLanguage) {
     struct {
         const wchar_t* language_switch;
         const char* box;
-    } const cases[] = {{L"0", "box 41 style 0 language 1033"},
-                       {L"00", "box 41 style 0 language 1"},
-                       {L"", "box 41 style 0 language 1"},
-                       {L"1", "box 41 style 0 language 1"}};
+    } const cases[] = {{L"0", "box [41] style 0 language 1033"},
+                       {L"00", "box [41] style 0 language 1"},
+                       {L"", "box [41] style 0 language 1"},
+                       {L"1", "box [41] style 0 language 1"}};
     for (const auto& one : cases) {
         Bench bench;
         bench.check = 1;

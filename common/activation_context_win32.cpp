@@ -73,13 +73,8 @@ void register_control_classes() {
     ::InitCommonControlsEx(&classes);
 }
 
-// A logger of its own: the dialogs' one lies in a layer above. It leaves rotation to that one.
 void log_not_shown(const char* line, DWORD error, const std::string& what) {
-    constexpr std::uint32_t kNeverRotates = 4095; // megabytes
-    Logger log;
-    log.Open("qfx_ui");
-    log.SetMaxSizeMB(kNeverRotates);
-    log.Write(line + std::to_string(error) + ": " + what, kError);
+    WriteErrorLine(kUiChannel, line + std::to_string(error) + ": " + what);
 }
 
 std::string first_line(const std::wstring& text) {

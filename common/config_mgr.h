@@ -1,4 +1,4 @@
-// The object that goes along as the parameter of both dialogs. It holds nothing, and neither reads it.
+// The parameter of both dialogs. It holds nothing, and neither dialog reads it (C-17).
 #pragma once
 
 #include "common/qfx_noncopyable.h"

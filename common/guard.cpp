@@ -22,8 +22,7 @@ std::string describe_current_exception() {
 void ReportException(const char* place, const LogChannel& channel) noexcept {
     try {
         const std::string reason = describe_current_exception();
-        // A logger of its own: the layers that report lie below the stores that own the channels.
-        Logger(channel).Write("An exception was stopped in " + std::string(place) + ": " + reason, kError);
+        WriteErrorLine(channel, "An exception was stopped in " + std::string(place) + ": " + reason);
     } catch (...) {
         // Logging failed too; nothing more to do.
     }

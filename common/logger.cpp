@@ -16,6 +16,12 @@ constexpr std::ios_base::openmode kAppend = std::ios_base::out | std::ios_base::
 
 } // namespace
 
+void WriteErrorLine(const LogChannel& channel, const std::string& message) {
+    constexpr std::uint32_t kNeverRotates = 4095; // megabytes
+    Logger log(channel.name, kNeverRotates, channel.max_files, 0);
+    log.Write(message, kError);
+}
+
 Logger::Logger() {
     find_folder();
 }
@@ -31,7 +37,7 @@ Logger::Logger(const LogChannel& channel) : Logger(channel.name, channel.max_siz
 
 void Logger::find_folder() {
     const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
-    // The value follows "log" without a separator: "2019" gives the folder "log2019".
+    // The value follows "log" without a separator (C-55): "2019" gives the folder "log2019".
     const std::wstring log_folder =
         plugin_folder + kLogFolder +
         ReadProfileText(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
@@ -63,6 +69,7 @@ void Logger::Write(std::string message, std::string level) {
     const std::streamoff end = stream->tellp();
     stream->seekp(position);
     const std::int32_t size_kb = static_cast<std::int32_t>(end / 1024);
+    // After the line: the one that reaches the limit stays in the old file (C-56).
     if (stream->good() && static_cast<std::uint32_t>(size_kb) >= (maxSizeMB << 10)) {
         rotate();
     }
@@ -82,6 +89,7 @@ void Logger::rotate() {
     open_current();
 }
 
+// A colon before the milliseconds (C-51).
 std::string Logger::time_stamp() const {
     const LocalTime now = CurrentLocalTime();
     const char* format =

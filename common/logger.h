@@ -17,7 +17,7 @@ constexpr const char* kInfo = "INFO";
 constexpr const char* kWarn = "WARN";
 constexpr const char* kError = "ERROR";
 
-// A channel's file name and rotation. The HTTP channel keeps more and smaller files (C-24).
+// A channel's file name and rotation. The HTTP channel keeps more and smaller files (C-54).
 struct LogChannel {
     const char* name;
     std::uint32_t max_size_mb;
@@ -26,6 +26,10 @@ struct LogChannel {
 constexpr LogChannel kDataChannel = {"qfx_data", 5, 2};
 constexpr LogChannel kUiChannel = {"qfx_ui", 5, 2};
 constexpr LogChannel kHttpChannel = {"qfx_http", 2, 5};
+
+// One ERROR line by a logger of its own: for code below the store that owns the channel. The rotation is
+// left to that store.
+void WriteErrorLine(const LogChannel& channel, const std::string& message);
 
 class Logger : public qfx_Noncopyable {
 public:

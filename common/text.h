@@ -8,11 +8,11 @@
 
 namespace tarvo {
 
-// Afterwards the process runs under the "C" locale, whatever it was before: intended, and unlike
-// WideToLocale.
+// Afterwards the process runs under the "C" locale, whatever it was before (C-57). Unlike WideToLocale, which
+// restores it.
 std::wstring LocaleToWide(const std::string& text);
 
-// Ends before the first character that the code page lacks. The locale is afterwards what it was before.
+// Ends before the first character that the code page lacks. Restores the locale.
 std::string WideToLocale(const std::wstring& text);
 
 // Reads up to the first zero byte; invalid bytes become U+FFFD.

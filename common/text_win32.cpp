@@ -56,7 +56,7 @@ std::wstring LocaleToWide(const std::string& text) {
     std::mbstowcs(buffer.data(), text.c_str(), count);
     buffer.back() = L'\0';
     std::wstring result(buffer.data());
-    // Not the locale from before the call: everything after runs under "C".
+    // Not the locale from before the call (C-57).
     std::setlocale(LC_ALL, "C");
     return result;
 }

@@ -331,7 +331,7 @@ void UiState::ApplyCameraEdits(HWND dialog, CameraMap& cameras) {
         camera.img_output_name = name;
         if (start_frame < 0) {
             ShowBox(dialog, IDS_FRAME_TO_RENDER_NEGATIVE);
-            return;
+            return; // in the middle, and the dialog closes (C-08)
         }
         camera.start_frame = start_frame;
         camera.is_spherical = spherical == static_cast<LRESULT>(kSphericalYes);

@@ -23,6 +23,7 @@ struct ColumnHead {
     int width; // pixels
 };
 
+// Texts 34 and 33 in this order (C-14).
 constexpr ColumnHead kColumns[] = {
     {kCamera, IDS_COLUMN_CAMERA, 200},          {kWidth, IDS_COLUMN_WIDTH, 70},
     {kHeight, IDS_COLUMN_HEIGHT, 70},           {kStartFrame, IDS_COLUMN_START_FRAME, 60},
@@ -43,7 +44,7 @@ void insert_column(HWND list, const ColumnHead& head) {
     column.fmt = LVCFMT_CENTER;
     column.cx = head.width;
     column.pszText = &text[0];
-    column.iOrder = head.column;
+    column.iOrder = head.column; // not in the mask (C-14)
     ::SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(head.column),
                    reinterpret_cast<LPARAM>(&column));
 }
@@ -87,6 +88,7 @@ void add_rows(HWND list, const CameraMap& cameras, Boxes boxes) {
         write_cell(list, LVM_SETITEMW, row, kStartFrame, decimal(camera.start_frame));
         write_cell(list, LVM_SETITEMW, row, kFormat, camera.image_format);
         write_cell(list, LVM_SETITEMW, row, kRenderName, camera.img_output_name);
+        // After the cells to its right (C-15).
         write_cell(list, LVM_SETITEMW, row, kSpherical, Text(camera.is_spherical ? IDS_YES : IDS_NO));
         ++row;
     }

@@ -77,7 +77,7 @@ bool UiState::SetSceneName(HWND edit, std::string name) {
         log.Write("The scene name is empty!", kWarn);
         return false;
     }
-    // For fewer than four characters the count wraps round, and the whole name is kept: intended.
+    // For fewer than four characters the count wraps round, and the whole name is shown (C-16).
     name = name.substr(0, name.size() - kExtensionLength);
     ::SetWindowTextW(edit, Utf8ToWide(name).c_str());
     log.Write("Set scene name successfully.", kInfo);

@@ -16,7 +16,7 @@ bool is_cyrillic(wchar_t unit) {
 } // namespace
 
 bool IsVersionAccepted(const std::wstring& lowest_accepted) {
-    return lowest_accepted <= kPluginVersion;
+    return lowest_accepted <= kPluginVersion; // as texts (C-01)
 }
 
 bool IsUsableSceneName(const std::wstring& file_name) {

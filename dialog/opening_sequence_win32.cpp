@@ -32,7 +32,7 @@ struct AnalysisFinding {
     bool ends_on_answer;
 };
 
-// The notices end the dialog once they are confirmed. A box that could not be shown does not (C-06).
+// The notices end the dialog once they are confirmed. A box that could not be shown does not (C-02).
 constexpr AnalysisFinding kFindings[] = {
     {1, IDS_NO_CAMERA_QUESTION, kBoxYesNo, kAnswerYes, false},
     {2, IDS_CORONA_UNLIMITED, kBoxOk, kAnswerOk, true},

@@ -19,6 +19,7 @@ namespace tarvo {
 
 namespace {
 
+// What the dialog procedure answers (C-06).
 constexpr int kSubmitted = 1;
 constexpr int kNothingToSubmit = 0;
 constexpr int kStopped = -1;
@@ -88,7 +89,7 @@ int RunSubmitSequence(WindowHandle dialog) {
     }
     if (!PrepareSceneArchive(scene, scene_file, entered_name, task_id, config)) {
         ShowBox(dialog, IDS_SCENE_NAME_UNUSABLE);
-        CloseDialog(dialog, 0);
+        CloseDialog(dialog, 0); // the only stop that does (C-10)
         return kStopped;
     }
     RunSevenZip(scene, entered_name, config);

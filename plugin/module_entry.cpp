@@ -1,5 +1,5 @@
 // The module's entry points. tarvo_rendering.def gives them to the host, LibNumberClasses, LibInitialize and
-// LibShutdown as three names of AnswerOne.
+// LibShutdown as three names of AnswerOne (C-19).
 #include "common/guard.h"
 #include "common/module_instance.h"
 #include "plugin/class_descriptor.h"

@@ -46,7 +46,7 @@ void InstallActionsAndMenu() {
     IMenuManager* manager = MenuManager();
     IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
     InstallActionTable();
-    ActionTable* table = ActivateInstalledTable();
+    ActionTable* table = ActivateInstalledTable(); // a second time (C-18)
     if (main_bar != nullptr && table != nullptr) {
         EnsureMenu(*manager, *main_bar, *table);
     }

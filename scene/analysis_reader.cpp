@@ -327,7 +327,7 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log) {
     }
     outcome.scene_name = scene_name;
     log_refusal(refusal, log);
-    if (outcome.code == 0) {
+    if (outcome.code == 0) { // also for a text that is not JSON (C-20)
         log.Write("Get analyse infomation successfully. Current 3ds Max version is :" + version, kInfo);
     }
     return outcome;

@@ -28,7 +28,7 @@ CameraName SplitCameraName(const std::string& name) {
     }
     result.key = TrimSpaces(whole);
     result.has_forbidden_characters = ContainsAnyOf(result.key, kForbiddenNameCharacters) != 0;
-    // Removed from the untrimmed name: a leading blank stays.
+    // Removed from the untrimmed name: a leading blank stays (C-23).
     result.output_name =
         result.has_forbidden_characters ? RemoveChars(whole, kForbiddenNameCharacters) : result.key;
     return result;

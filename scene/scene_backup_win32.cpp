@@ -29,6 +29,7 @@ std::wstring backup_path(const std::wstring& source) {
                         extension, kPartLength) != 0) {
         return std::wstring();
     }
+    // Two copies of one second share the number (C-40).
     std::srand(static_cast<unsigned>(::_time64(nullptr)));
     const std::wstring new_name = BackupName(name, std::rand());
     // A folder ends with its separator and an extension begins with its dot: nothing is added between them.

@@ -52,7 +52,7 @@ public:
     Logger& log() { return log_; }
 
 private:
-    // Declaration order is fixed (C-30).
+    // Declaration order is fixed (C-24).
     std::wstring analysis_text_;
     std::vector<std::wstring> messages_;
     CameraMap cameras_;

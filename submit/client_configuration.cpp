@@ -29,6 +29,7 @@ constexpr FolderEntry kEntries[] = {
 } // namespace
 
 bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
+    // Both kinds of separators (C-30), and no port is 0 (C-31).
     const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     for (const FolderEntry& entry : kEntries) {
         config.*entry.field = plugin_folder + entry.below_plugin_folder;

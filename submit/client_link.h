@@ -10,7 +10,7 @@
 
 namespace tarvo {
 
-// One ERROR line: the name, run together with "error, code is " (C-22) and the thread's last error code.
+// One ERROR line: the name, run together with "error, code is " (C-52) and the thread's last error code.
 // Takes `const char*`: building a std::string could overwrite GetLastError().
 void LogLastError(const char* api_name, Logger& log);
 

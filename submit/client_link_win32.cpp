@@ -63,7 +63,7 @@ void open_request(Exchange& exchange) {
     }
 }
 
-// They concern certificates only and mean nothing to plain HTTP; set all the same.
+// They concern certificates only and mean nothing to plain HTTP (C-36).
 void relax_security(HINTERNET request, Logger& log) {
     DWORD flags = 0;
     DWORD size = sizeof flags;
@@ -101,7 +101,7 @@ void give_up(DWORD code, const std::wstring& document, Logger& log, WindowHandle
     ::_wremove(document.c_str());
 }
 
-// One read of what is there: a reply that arrives in pieces ends after the first.
+// One read of what is there: a reply that arrives in pieces ends after the first (C-37).
 void read_reply(HINTERNET request, Logger& log, WindowHandle owner) {
     DWORD available = 0;
     if (::WinHttpQueryDataAvailable(request, &available) == FALSE) {

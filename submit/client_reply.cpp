@@ -38,6 +38,7 @@ void HandleClientReply(const std::string& reply, WindowHandle owner) {
         if (!refusal.empty()) {
             log.Write("The client's reply cannot be used: " + refusal, kError);
         }
+        // Goes to the standard output (C-39).
         std::cout << "Error " << last_error << " in WinHttpReadData." << std::endl;
         ShowBox(owner, IDS_REPLY_NOT_PARSED);
         log.Write("Get response data failed: parse the data from client failed!", kError);
@@ -45,7 +46,7 @@ void HandleClientReply(const std::string& reply, WindowHandle owner) {
     }
     const ReplyCode* meaning = FindReplyCode(code);
     if (meaning == nullptr) {
-        return;
+        return; // without a box and without a line (C-38)
     }
     ShowBox(owner, meaning->text_id, kBoxOk, meaning->caption_id);
     log.Write(meaning->log_text, meaning->level);

@@ -18,7 +18,7 @@ static_assert(sizeof kTagAlphabet / sizeof kTagAlphabet[0] == kTagAlphabetLength
 
 } // namespace
 
-// The other way round than FileNameStart: here the backslash counts first.
+// Unlike FileNameStart, the backslash counts first (C-22).
 std::string ArchiveStem(const std::string& scene_file) {
     std::string::size_type separator = scene_file.rfind('\\');
     if (separator == std::string::npos) {
@@ -33,9 +33,8 @@ std::string ArchiveStem(const std::string& scene_file) {
 }
 
 std::wstring ArchiveTag(long long seconds) {
-    // Seeded anew on every call: the clock's second decides the whole tag, so two archives named within one
-    // second share it, and the later one is added to the earlier one's file when the scene's name is the same
-    // too.
+    // Reseeded on every call: two archives of one second share the tag (C-32). When the scene's name is the
+    // same too, the later one is added to the earlier one's file.
     std::srand(static_cast<unsigned>(seconds));
     std::wstring tag;
     for (int i = 0; i < kTagLength; ++i) {

@@ -8,8 +8,8 @@
 namespace tarvo {
 
 void RunSevenZip(SceneData&, std::string, const PluginConfig& config) {
-    // The program's path holds a blank and is not quoted: the system finds the program by trying the path up
-    // to each blank in turn. CreateProcessW writes into the command line while it does so.
+    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the
+    // path up to each blank in turn. CreateProcessW writes into the command line while it does so.
     const std::wstring text = config.sevenZipExe + LocaleToWide(config.packArguments);
     std::vector<wchar_t> command_line(text.c_str(), text.c_str() + text.size() + 1);
 

@@ -10,8 +10,7 @@ namespace tarvo {
 
 namespace {
 
-// Looking a member up creates it as null when it is absent, and the document keeps that null: a list that was
-// there and is not passed on leaves no member, one that was never there leaves null.
+// An existing member is removed; a missing member becomes null (C-34).
 void drop_unless_null(Json::Value& object, const char* key) {
     if (!object[key].isNull()) {
         object.removeMember(key);
@@ -93,7 +92,7 @@ Json::Value camera_object(const std::wstring& name, const CameraRecord& camera) 
     object[Json::StaticString("frame_to_render")] = camera.start_frame;
     object[Json::StaticString("img_output_format")] = WideToUtf8(camera.image_format);
     object[Json::StaticString("img_output_name")] = WideToUtf8(camera.img_output_name);
-    object[Json::StaticString("renderable")] = "1"; // text: the client expects it so
+    object[Json::StaticString("renderable")] = "1"; // a text (C-35)
     object[Json::StaticString("is_spherical")] = camera.is_spherical;
     return object;
 }
@@ -138,7 +137,7 @@ DocumentProblem BuildSubmitDocument(Json::Value& analysis, const DocumentChoices
     }
     set_checked_cameras(analysis, *choices.cameras);
     const bool in_blocks = choices.num_blocks != 1;
-    analysis["enable_blocking"] = in_blocks ? 1 : 0;
+    analysis["enable_blocking"] = in_blocks ? 1 : 0; // a number (C-35)
     analysis["num_blocks"] = in_blocks ? choices.num_blocks : 0;
     analysis["max_options"] = max_options(choices);
     return DocumentProblem::none;

@@ -20,7 +20,7 @@ struct ProblemReport {
     const char* log_text;
 };
 
-// The log texts are fixed (C-20).
+// The log texts are fixed (C-50).
 constexpr ProblemReport kReports[] = {
     {DocumentProblem::unusable_analysis, IDS_DOCUMENT_NOT_WRITTEN,
      "Parse failed in writing json file when submiting!"},

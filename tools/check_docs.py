@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """check_docs.py: every link and picture of every Markdown page leads to a file, and to a heading in it when it names
-one; tables have as many cells in each row; every test that a page names exists; every picture is used. One line for
-each problem; the exit status is 1 when there is one."""
+one; tables have as many cells in each row; every test that a page names exists; every picture is used; the ids of
+docs/compatibility.md and those in the product's comments are the same, and each row names a test. One line for each
+problem; the exit status is 1 when there is one."""
 
 import pathlib
 import re
@@ -19,6 +20,8 @@ BOLD = re.compile(r"\*\*(.+?)\*\*(.?)")
 PICTURE_ENDINGS = (".png", ".jpg")
 # A page names a test as `Suite.Name`, `program: Suite.Name` or `scenario.NAME`, in a list or table of tests.
 TEST_NAME = re.compile(r"`((?:scenario|docs|fuzz|packaging|portable)\.[a-z0-9_]+|[A-Z]\w+\.[A-Z]\w+)`")
+LAYERS = ("common", "host", "scene", "submit", "dialog", "plugin", "resources")
+COMPATIBILITY_ID = re.compile(r"\bC-\d\d\b")
 GTEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)")
 
 
@@ -123,11 +126,29 @@ def check_tests_named(pages: list) -> list:
     return problems
 
 
+def check_compatibility() -> list:
+    """Every id in the product's comments has a row, every row has a comment and a test."""
+    page = ROOT / "docs/compatibility.md"
+    name = page.relative_to(ROOT)
+    rows = [line for _, line in prose_lines(page) if line.startswith("| C-")]
+    ids = [line.split("|")[1].strip() for line in rows]
+    problems = [f"{name}: {number} has two rows" for number in sorted({row for row in ids if ids.count(row) > 1})]
+    problems += [f"{name}: {number} names no test" for number, line in zip(ids, rows)
+                 if not TEST_NAME.search(line.split("|")[4])]
+    used = {}
+    for path in listed(*(f"{layer}/*" for layer in LAYERS)):
+        for number in COMPATIBILITY_ID.findall(path.read_text(encoding="utf-8")):
+            used.setdefault(number, path.relative_to(ROOT))
+    problems += [f"{used[number]}: {number} has no row in {name}" for number in sorted(set(used) - set(ids))]
+    problems += [f"{name}: no comment of the product gives {number}" for number in sorted(set(ids) - set(used))]
+    return problems
+
+
 def main() -> int:
     sys.stdout.reconfigure(encoding="utf-8")
     pages, used_pictures = listed("*.md"), set()
     problems = [problem for page in pages for problem in check_page(page, used_pictures)]
-    problems += check_tests_named(pages)
+    problems += check_tests_named(pages) + check_compatibility()
     for picture in listed("docs"):
         if picture.suffix in PICTURE_ENDINGS and picture not in used_pictures:
             problems.append(f"{picture.relative_to(ROOT)}: no page shows it")

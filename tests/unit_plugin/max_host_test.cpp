@@ -1,6 +1,7 @@
 #include "host/host.h"
 
 #include "host/core_access.h"
+#include "tests/support/patched_import.h"
 #include "tests/support/test_folder.h"
 #include "tests/unit_plugin/host_fixture.h"
 #include "tests/unit_plugin/spinner_dialog.h"
@@ -14,12 +15,9 @@ using tarvo::ScriptResult;
 
 class MaxHostTest : public HostTest {};
 
-class ThrowingScript : public host_standin::ScriptRunner {
-public:
-    bool run(const std::wstring&, std::wstring&, bool&) override {
-        throw std::runtime_error("from a script");
-    }
-};
+Interface* throwing_core() {
+    throw std::runtime_error("from the host");
+}
 
 TEST_F(MaxHostTest, WithoutACoreInterfaceEverythingIsEmpty) {
     set_fault(&host_standin::Faults::no_core_interface);
@@ -165,17 +163,22 @@ TEST_F(MaxSpinnerTest, NoControlGivesNoSpinner) {
     EXPECT_EQ(nullptr, tarvo::SetUpRatioSpinner(dialog_.window, 9, 1, 0.0f, 1.0f, 0.5f, 0.1f));
 }
 
-TEST_F(MaxHostTest, WhatAScriptThrowsIsOneLineAndAFailure) {
-    ThrowingScript throwing;
-    host_standin::set_script_runner(&throwing);
+TEST_F(MaxHostTest, WhatTheHostThrowsIsOneLineAndAnEmptyAnswer) {
+    const tarvo_test::PatchedImport patch("host_standin.dll", "_Z16GetCOREInterfacev",
+                                          reinterpret_cast<void*>(&throwing_core));
+    ASSERT_TRUE(patch.installed());
+    host_standin::set_scene(L"C:\\a.max", true);
     ScriptResult result;
     const std::size_t mark = tarvo_test::log_mark("qfx_data");
+    EXPECT_EQ(L"", tarvo::SceneFileName());
+    EXPECT_EQ(nullptr, tarvo::HostMainWindow());
+    EXPECT_FALSE(tarvo::SaveSceneAs(L"C:\\b.max"));
     EXPECT_FALSE(tarvo::RunScript(L"a", result));
-    EXPECT_EQ(1, host_standin::escaped_exceptions());
-    EXPECT_EQ(tarvo_test::log_lines_since("qfx_data", mark),
-              std::vector<std::string>{
-                  "[ERROR] An exception was stopped in ExecuteMAXScriptScript: from a script"});
-    host_standin::reset();
+    std::vector<std::string> expected;
+    for (const char* place : {"GetCurFileName", "GetMAXHWnd", "SaveToFile", "ExecuteMAXScriptScript"}) {
+        expected.push_back("[ERROR] An exception was stopped in " + std::string(place) + ": from the host");
+    }
+    EXPECT_EQ(expected, tarvo_test::log_lines_since("qfx_data", mark));
 }
 
 } // namespace

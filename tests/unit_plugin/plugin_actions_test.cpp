@@ -3,7 +3,7 @@
 #include "common/config_mgr.h"
 #include "common/message_box.h"
 #include "dialog/main_dialog.h"
-#include "plugin/guard.h"
+#include "scene/scene_data.h"
 #include "tests/support/test_boxes.h"
 #include "tests/support/test_folder.h"
 #include "tests/unit_plugin/plugin_fixture.h"
@@ -45,9 +45,7 @@ protected:
         g_opening_throws = false;
     }
 
-    void TearDown() override {
-        PluginTest::TearDown();
-    }
+    void TearDown() override { PluginTest::TearDown(); }
 
     ActionTable* table() { return GetCOREInterface()->GetActionManager()->FindTable(tarvo::kActionTableId); }
 

@@ -1,4 +1,5 @@
 #include "common/logger.h"
+#include "tests/support/own_log_folder.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -40,6 +41,13 @@ TEST(Logger, LineHasStampLevelAndMessage) {
     const std::regex form(
         "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d:\\d{3} \\[INFO\\] Create camera table successfully\\.");
     EXPECT_TRUE(std::regex_match(first_line(tarvo_test::log_file("t_line")), form));
+}
+
+TEST(Logger, VersionIsAppendedToTheFolder) {
+    const tarvo_test::OwnLogFolder logs("2019", "t_version");
+    EXPECT_EQ(logs.folder(), tarvo_test::plugin_folder() + "/log2019");
+    Logger("t_version", 1, 2, 0).Write("a", "INFO");
+    EXPECT_TRUE(logs.has(0));
 }
 
 TEST(Logger, CompactStampHasNoHyphens) {

@@ -1,8 +1,13 @@
 #include "common/text.h"
 #include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace {
 
@@ -38,6 +43,22 @@ TEST(SceneData, FieldsAtTheStart) {
     EXPECT_FALSE(scene.ao_channel);
     EXPECT_DOUBLE_EQ(scene.ao_radius, 1000.0);
     EXPECT_EQ(scene.ao_subdivs, 16);
+}
+
+TEST(SceneData, FieldsLieInTheirOrder) {
+    const tarvo::SceneData scene;
+    const std::vector<const void*> fields = {&scene.scene_path,    &scene.num_blocks,    &scene.gamma_out,
+                                             &scene.corona_limits, &scene.color_channel, &scene.ao_channel,
+                                             &scene.ao_radius,     &scene.ao_subdivs};
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end(), std::less<const void*>()));
+    const tarvo::PluginConfig config;
+    const std::vector<const void*> texts = {
+        &config.clientIp,          &config.clientPort,          &config.jsonPath,
+        &config.sevenZipExe,       &config.compressDir,         &config.lowerVersion,
+        &config.sceneFile,         &config.archivePath,         &config.packArguments,
+        &config.analysisScript,    &config.antivirusAdslScript, &config.antivirusAlcScript,
+        &config.antivirusCrpScript};
+    EXPECT_TRUE(std::is_sorted(texts.begin(), texts.end(), std::less<const void*>()));
 }
 
 TEST(SceneData, NewCameraRecord) {

@@ -42,7 +42,7 @@ std::wstring CommonAppDataFolder() {
 }
 
 std::wstring ReadProfileText(const std::wstring& ini_file, const std::wstring& section,
-                               const std::wstring& key) {
+                             const std::wstring& key) {
     std::ifstream file(WideToUtf8(ini_file));
     const std::string heading = "[" + WideToUtf8(section) + "]";
     const std::string prefix = WideToUtf8(key) + "=";

@@ -16,9 +16,7 @@ protected:
     HWND dialog = show(IDD_MAIN, InertDialogProc);
     HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
 
-    int run(bool first_opening = true) {
-        return tarvo::RunOpeningSequence(dialog, first_opening);
-    }
+    int run(bool first_opening = true) { return tarvo::RunOpeningSequence(dialog, first_opening); }
 
     void expect_refused(unsigned text_id) {
         EXPECT_EQ(run(), -1);

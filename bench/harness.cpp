@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -78,6 +79,35 @@ Ratio compare(int rounds, const std::function<void()>& subject, const std::funct
     return best;
 }
 
+PairedRatio compare_pairs(int most_pairs, double precision, const std::function<void()>& subject,
+                          const std::function<void()>& floor) {
+    constexpr int kFewestPairs = 25;
+    constexpr double kRanks = 0.98; // of 95 %: half the normal quantile times the square root of the count
+    std::vector<double> ratios;
+    PairedRatio result = {0.0, 0.0, 0.0, 0};
+    while (result.pairs < most_pairs) {
+        const bool floor_first = ratios.size() % 2 == 0;
+        const double before = seconds(floor_first ? floor : subject);
+        const double after = seconds(floor_first ? subject : floor);
+        const double ratio = floor_first ? after / before : before / after;
+        ratios.insert(std::upper_bound(ratios.begin(), ratios.end(), ratio), ratio);
+        result.pairs = static_cast<int>(ratios.size());
+        if (result.pairs < kFewestPairs) {
+            continue;
+        }
+        const std::size_t middle = ratios.size() / 2;
+        const std::size_t ranks = static_cast<std::size_t>(kRanks * std::sqrt(result.pairs)) + 1;
+        result.median = ratios[middle];
+        result.low = ratios[middle - ranks];
+        result.high = ratios[middle + ranks];
+        if (result.high - result.median <= precision * result.median &&
+            result.median - result.low <= precision * result.median) {
+            break;
+        }
+    }
+    return result;
+}
+
 double best_seconds(int rounds, const std::function<void()>& subject) {
     double best = std::numeric_limits<double>::max();
     for (int round = 0; round < rounds; ++round) {
@@ -99,6 +129,13 @@ std::size_t live_bytes() {
 void report(const std::string& name, double value, double limit) {
     std::printf("%-72s %8.3f  (at most %.2f)%s\n", name.c_str(), value, limit,
                 value <= limit ? "" : "  MISSED");
+    std::fflush(stdout);
+}
+
+void report(const std::string& name, const PairedRatio& ratio, double limit) {
+    const char* verdict = ratio.high <= limit ? "" : ratio.low > limit ? "  MISSED" : "  UNDECIDED";
+    std::printf("%-72s %8.3f  (at most %.2f)%s\n", name.c_str(), ratio.median, limit, verdict);
+    std::printf("  95 %% between %.3f and %.3f, %d pairs\n", ratio.low, ratio.high, ratio.pairs);
     std::fflush(stdout);
 }
 

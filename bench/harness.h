@@ -19,6 +19,20 @@ struct Ratio {
 // The best of `rounds` runs of each, alternately.
 Ratio compare(int rounds, const std::function<void()>& subject, const std::function<void()>& floor);
 
+// For runs that are too short for `compare`: the ratios of pairs of runs that lie close together in time and
+// take turns in going first. A burst of noise spoils few pairs and a drift none, and the median forgets the
+// spoilt ones.
+struct PairedRatio {
+    double median;
+    double low; // the 95 % confidence interval of the median
+    double high;
+    int pairs;
+};
+
+// Goes on until the interval is within `precision` of the median on both sides, or `most_pairs` are there.
+PairedRatio compare_pairs(int most_pairs, double precision, const std::function<void()>& subject,
+                          const std::function<void()>& floor);
+
 // The best of `rounds` runs.
 double best_seconds(int rounds, const std::function<void()>& subject);
 
@@ -39,5 +53,8 @@ private:
 
 // One line of the report: "name  value  (at most limit)" and whether it holds.
 void report(const std::string& name, double value, double limit);
+
+// The same with the interval. A limit inside the interval is undecided.
+void report(const std::string& name, const PairedRatio& ratio, double limit);
 
 } // namespace tarvo_bench

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     const std::string wanted = argc > 1 ? argv[1] : "";
     if (wanted.empty() || wanted == "analysis") {
         tarvo_bench::measure_analysis();
+        tarvo_bench::measure_opening();
     }
     if (wanted.empty() || wanted == "submit") {
         tarvo_bench::measure_submit();

@@ -14,6 +14,9 @@ void parse_alone(const std::string& text);
 // The analysis reader and the log.
 void measure_analysis();
 
+// All of the plugin's own work of an opening, against one parse.
+void measure_opening();
+
 // How the reader's time grows with its input.
 void measure_growth();
 

@@ -30,7 +30,7 @@ std::wstring TrimSpaces(const std::wstring& text);
 // 1 when any character of `set` occurs in `text`, else 0.
 int ContainsAnyOf(const std::wstring& text, const std::wstring& set);
 
-// The nine characters that a camera's name must not hold, because it becomes a file name.
+// The characters that a camera's name must not hold, because it becomes a file name.
 constexpr const wchar_t* kForbiddenNameCharacters = L"\\/:*?\"<>|";
 
 // UTF-8 to the system's ANSI code page through UTF-16, for the archive program's arguments. Characters that

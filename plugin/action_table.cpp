@@ -25,11 +25,11 @@ ActionDescription g_descriptions[] = {
 };
 constexpr int kDescriptionCount = sizeof(g_descriptions) / sizeof(g_descriptions[0]);
 
-void OpenDialog() {
+void open_dialog() {
     OpenMainDialog(HostMainWindow(), reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
 }
 
-void ShowAbout() {
+void show_about() {
     ShowBox(nullptr, IDS_ABOUT_TEXT, kBoxOk, IDS_ABOUT_CAPTION);
 }
 
@@ -40,11 +40,11 @@ struct Action {
 };
 
 const Action kActions[] = {
-    {kActionOpenDialog, IDS_ACTION_OPEN, OpenDialog},
-    {kActionAbout, IDS_ACTION_ABOUT, ShowAbout},
+    {kActionOpenDialog, IDS_ACTION_OPEN, open_dialog},
+    {kActionAbout, IDS_ACTION_ABOUT, show_about},
 };
 
-const Action* FindAction(int command_id) {
+const Action* find_action(int command_id) {
     for (const Action& action : kActions) {
         if (action.command_id == command_id) {
             return &action;
@@ -54,7 +54,7 @@ const Action* FindAction(int command_id) {
 }
 
 // The host never deletes a callback and may call it for as long as it runs, so nothing here does either.
-void Activate(IActionManager& manager) {
+void activate(IActionManager& manager) {
     std::unique_ptr<Tarvo_ActionCallback> callback(new Tarvo_ActionCallback);
     manager.ActivateActionTable(callback.get(), kActionTableId);
     static_cast<void>(callback.release());
@@ -68,7 +68,7 @@ Tarvo_ActionTable::Tarvo_ActionTable(TSTR& name)
 
 BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
     return Guarded<BOOL>("GetMenuText", FALSE, [&]() -> BOOL {
-        const Action* action = FindAction(command_id);
+        const Action* action = find_action(command_id);
         if (action == nullptr) {
             return ActionTable::GetMenuText(command_id, text);
         }
@@ -79,7 +79,7 @@ BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
 
 BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
     return Guarded<BOOL>("ExecuteAction", TRUE, [&] {
-        const Action* action = FindAction(command_id);
+        const Action* action = find_action(command_id);
         if (action != nullptr) {
             action->run();
         }
@@ -100,7 +100,7 @@ ActionTable* InstallActionTable() {
     manager->RegisterActionContext(kActionContextId, kActionContextName);
     manager->RegisterActionTable(table.get());
     ActionTable* registered = table.release(); // the host's from now on
-    Activate(*manager);
+    activate(*manager);
     return registered;
 }
 
@@ -112,7 +112,7 @@ ActionTable* FindActionTable() {
 ActionTable* ActivateInstalledTable() {
     ActionTable* table = FindActionTable();
     if (table != nullptr) {
-        Activate(*ActionManager());
+        activate(*ActionManager());
     }
     return table;
 }

@@ -21,11 +21,11 @@ namespace {
 
 constexpr MenuContextId kMenuBarContextId = 0x411A1C29;
 
-IMenuBarContext* OwnContext(IMenuManager& manager) {
+IMenuBarContext* own_context(IMenuManager& manager) {
     return static_cast<IMenuBarContext*>(manager.GetContext(kMenuBarContextId));
 }
 
-void AddAction(IMenu& menu, ActionTable& table, int command_id) {
+void add_action(IMenu& menu, ActionTable& table, int command_id) {
     IMenuItem* item = ::GetIMenuItem();
     if (item != nullptr) {
         item->SetActionItem(table.GetAction(command_id));
@@ -33,7 +33,7 @@ void AddAction(IMenu& menu, ActionTable& table, int command_id) {
     }
 }
 
-void AddSeparator(IMenu& menu) {
+void add_separator(IMenu& menu) {
     IMenuItem* item = ::GetIMenuItem();
     if (item != nullptr) {
         item->ActAsSeparator();
@@ -41,36 +41,36 @@ void AddSeparator(IMenu& menu) {
     }
 }
 
-void AddItems(IMenu& menu, ActionTable& table) {
-    AddAction(menu, table, kActionOpenDialog);
-    AddSeparator(menu);
-    AddAction(menu, table, kActionAbout);
+void add_items(IMenu& menu, ActionTable& table) {
+    add_action(menu, table, kActionOpenDialog);
+    add_separator(menu);
+    add_action(menu, table, kActionAbout);
 }
 
-void RemoveItems(IMenu& menu) {
+void remove_items(IMenu& menu) {
     for (int left = menu.NumItems(); left > 0; --left) {
         menu.RemoveItem(0);
     }
 }
 
-void RefillMenu(IMenuManager& manager, IMenu& menu, ActionTable& table) {
-    RemoveItems(menu);
-    AddItems(menu, table);
+void refill_menu(IMenuManager& manager, IMenu& menu, ActionTable& table) {
+    remove_items(menu);
+    add_items(menu, table);
     manager.UpdateMenuBar();
 }
 
-void CreateOwnMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, const std::wstring& title) {
+void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, const std::wstring& title) {
     IMenu* menu = ::GetIMenu();
     if (menu == nullptr) {
         return;
     }
     menu->SetTitle(MSTR(title.c_str()));
     manager.RegisterMenu(menu, 0);
-    IMenuBarContext* context = OwnContext(manager);
+    IMenuBarContext* context = own_context(manager);
     if (context != nullptr) {
         context->SetMenu(menu);
     }
-    AddItems(*menu, table);
+    add_items(*menu, table);
     IMenuItem* entry = ::GetIMenuItem();
     if (entry != nullptr) {
         entry->SetSubMenu(menu);
@@ -89,9 +89,9 @@ void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
     manager.RegisterMenuBarContext(kMenuBarContextId, title.c_str());
     IMenu* menu = manager.FindMenu(title.c_str());
     if (menu != nullptr) {
-        RefillMenu(manager, *menu, table);
+        refill_menu(manager, *menu, table);
     } else {
-        CreateOwnMenu(manager, main_bar, table, title);
+        create_own_menu(manager, main_bar, table, title);
     }
 }
 
@@ -102,8 +102,8 @@ void RemoveMenu(const std::wstring& title) {
     if (menu == nullptr) {
         return;
     }
-    RemoveItems(*menu);
-    IMenuBarContext* context = OwnContext(*manager);
+    remove_items(*menu);
+    IMenuBarContext* context = own_context(*manager);
     if (context != nullptr) {
         context->SetMenu(nullptr);
         manager->UnRegisterMenu(menu);

@@ -19,18 +19,18 @@ namespace tarvo {
 
 namespace {
 
-void RemoveOwnMenu() {
+void remove_own_menu() {
     RemoveMenu(Text(IDS_MENU_TITLE));
 }
 
-void RemoveEarlierMenus() {
-    RemoveOwnMenu();
+void remove_earlier_menus() {
+    remove_own_menu();
     RemoveMenu(L"TarvoCloud");
     RemoveMenu(Text(IDS_EARLIER_MENU_TITLE));
 }
 
 // The host throws its menu bar away and builds it again after the plugins have started.
-void OnSystemStartup(void*, NotifyInfo*) {
+void on_system_startup(void*, NotifyInfo*) {
     Guarded("OnSystemStartup", 0, [] {
         IMenuManager* manager = MenuManager();
         IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
@@ -42,7 +42,7 @@ void OnSystemStartup(void*, NotifyInfo*) {
     });
 }
 
-void InstallActionsAndMenu() {
+void install_actions_and_menu() {
     IMenuManager* manager = MenuManager();
     IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
     InstallActionTable();
@@ -56,24 +56,24 @@ void InstallActionsAndMenu() {
 
 Tarvo_Rendering::~Tarvo_Rendering() {
     Guarded("~Tarvo_Rendering", 0, [] {
-        RemoveOwnMenu();
+        remove_own_menu();
         return 0;
     });
 }
 
 DWORD Tarvo_Rendering::Start() {
     return Guarded<DWORD>("Start", GUPRESULT_KEEP, [this] {
-        ::RegisterNotification(OnSystemStartup, this, kSystemStartup);
-        RemoveEarlierMenus();
-        InstallActionsAndMenu();
+        ::RegisterNotification(on_system_startup, this, kSystemStartup);
+        remove_earlier_menus();
+        install_actions_and_menu();
         return GUPRESULT_KEEP;
     });
 }
 
 void Tarvo_Rendering::Stop() {
     Guarded("Stop", 0, [this] {
-        ::UnRegisterNotification(OnSystemStartup, this, kSystemStartup);
-        RemoveOwnMenu();
+        ::UnRegisterNotification(on_system_startup, this, kSystemStartup);
+        remove_own_menu();
         return 0;
     });
 }

@@ -26,7 +26,7 @@ public:
 enum class CameraCheck : std::int32_t { valid = 0, negative_frame = 1, bad_name = 2, none_checked = 3 };
 
 // True when the text can be a camera's name and file name: not empty, no blank at either end, no full stop at
-// the end, none of the nine forbidden characters.
+// the end, none of kForbiddenNameCharacters.
 bool IsUsableCameraName(const std::wstring& name);
 
 // Carries every row's tick into `cameras` (adding a default record for an unknown name) and stops at the

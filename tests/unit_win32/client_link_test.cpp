@@ -119,7 +119,7 @@ TEST_F(ClientLink, RepliesThatAreNoCode) {
 }
 
 TEST_F(ClientLink, UnknownCodeShowsNothing) {
-    RawServer server([](SOCKET connection) { say(connection, http_reply("{\"ret\":10010}")); });
+    RawServer server([](SOCKET connection) { say(connection, http_reply("{\"ret\":99999}")); });
     post(server.port());
     EXPECT_TRUE(boxes.shown.empty());
     EXPECT_EQ(lines, std::vector<std::string>{kRead});

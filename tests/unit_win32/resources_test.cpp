@@ -1,9 +1,11 @@
 #include "tests/support/module_resources.h"
 
 #include "common/string_table.h"
+#include "common/text.h"
 #include "dialog/opening_checks.h"
 #include "resources/resource_ids.h"
 #include "tests/support/dialog_metrics.h"
+#include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +15,7 @@
 #include <cstring>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,85 +28,24 @@ using Texts = std::map<unsigned, std::wstring>;
 // The look-up buffer holds 256 characters with the closing zero.
 constexpr std::size_t kLongestText = 255;
 
-const unsigned kTexts[] = {
-    IDS_LIBRARY_DESCRIPTION,
-    IDS_CLASS_CATEGORY,
-    IDS_CLASS_NAME,
-    IDS_ACTION_OPEN,
-    IDS_FORMAT_BMP,
-    IDS_FORMAT_JPG,
-    IDS_FORMAT_CIN,
-    IDS_ACTION_ABOUT,
-    IDS_ABOUT_TEXT,
-    IDS_EARLIER_MENU_TITLE,
-    IDS_FORMAT_EPS,
-    IDS_FORMAT_EXR,
-    IDS_FORMAT_HDR,
-    IDS_FORMAT_PNG,
-    IDS_FORMAT_RGB,
-    IDS_FORMAT_RLA,
-    IDS_FORMAT_RPF,
-    IDS_FORMAT_TGA,
-    IDS_FORMAT_TIF,
-    IDS_FORMAT_DDS,
-    IDS_ABOUT_CAPTION,
-    IDS_MENU_TITLE,
-    IDS_COLUMN_CAMERA,
-    IDS_COLUMN_HEIGHT,
-    IDS_COLUMN_WIDTH,
-    IDS_COLUMN_START_FRAME,
-    IDS_COLUMN_FORMAT,
-    IDS_ANALYSIS_FAILED,
-    IDS_CAMERA_NAME_INVALID,
-    IDS_START_FRAME_NEGATIVE,
-    IDS_END_FRAME_NEGATIVE,
-    IDS_FRAME_TO_RENDER_NEGATIVE,
-    IDS_DOCUMENT_NOT_WRITTEN,
-    IDS_SEND_FAILED,
-    IDS_REPLY_NOT_READ,
-    IDS_REPLY_ACCEPTED,
-    IDS_REPLY_VERSION_MISMATCH,
-    IDS_REPLY_NOT_DESIGN_PROJECT,
-    IDS_REPLY_NO_SCENE,
-    IDS_CAPTION,
-    IDS_REPLY_WRONG_SUFFIX,
-    IDS_REPLY_ALREADY_SUBMITTED,
-    IDS_REPLY_INTERNAL_ERROR,
-    IDS_REPLY_NOT_PARSED,
-    IDS_REPLY_NOT_MAX_PROJECT,
-    IDS_REPLY_NO_DOCUMENT,
-    IDS_REPLY_DOCUMENT_NOT_PARSED,
-    IDS_LANGUAGE_SWITCH,
-    IDS_VERSION_TOO_LOW,
-    IDS_NO_CAMERA_QUESTION,
-    IDS_NOTICE_MISSING_FILE,
-    IDS_NOTICE_SAME_FILE,
-    IDS_NOTICE_MISSING_HEADING,
-    IDS_NOTICE_SAME_HEADING,
-    IDS_SCENE_FILE_EMPTY,
-    IDS_COLUMN_RENDER_NAME,
-    IDS_NAME_CHARACTERS_REMOVED,
-    IDS_NAME_CAPTION,
-    IDS_NAME_EMPTY,
-    IDS_NAME_BLANKS_TRIMMED,
-    IDS_NAME_TOO_LONG,
-    IDS_NO_CAMERA_CHECKED,
-    IDS_NOTICE_CORONA_BLOCKS,
-    IDS_CORONA_UNLIMITED,
-    IDS_NOTICE_REGION,
-    IDS_BLOCKS_WITH_REGION,
-    IDS_NOTICE_ERROR_107,
-    IDS_NOTICE_HEADING,
-    IDS_SCENE_NAME_UNUSABLE,
-    IDS_NOTICE_CYRILLIC,
-    IDS_CLIENT_NOT_SET_UP,
-    IDS_CAMERA_NAME_ENDING,
-    IDS_COLUMN_SPHERICAL,
-    IDS_YES,
-    IDS_NO,
-    IDS_BLOCKS_64_HINT,
-    IDS_BLOCKS_CORONA_HINT,
-};
+// Every text's number, as the header has them.
+const std::vector<unsigned>& text_numbers() {
+    static const std::vector<unsigned> numbers = [] {
+        std::vector<unsigned> found;
+        std::istringstream header(read_file(test_data_folder() + "/../../resources/resource_ids.h"));
+        for (std::string line; std::getline(header, line);) {
+            std::istringstream words(line);
+            std::string define;
+            std::string name;
+            unsigned number = 0;
+            if (words >> define >> name >> number && define == "#define" && name.compare(0, 4, "IDS_") == 0) {
+                found.push_back(number);
+            }
+        }
+        return found;
+    }();
+    return numbers;
+}
 
 const std::pair<unsigned, const wchar_t*> kFormats[] = {
     {IDS_FORMAT_JPG, L"JPG"}, {IDS_FORMAT_BMP, L"BMP"}, {IDS_FORMAT_CIN, L"CIN"}, {IDS_FORMAT_DDS, L"DDS"},
@@ -167,7 +109,8 @@ protected:
 };
 
 TEST_P(StringTableIn, HoldsExactlyTheNumbersInUse) {
-    EXPECT_EQ(std::set<unsigned>(std::begin(kTexts), std::end(kTexts)), NumbersOf(texts));
+    ASSERT_FALSE(text_numbers().empty());
+    EXPECT_EQ(std::set<unsigned>(text_numbers().begin(), text_numbers().end()), NumbersOf(texts));
 }
 
 TEST_P(StringTableIn, FitsTheLookUpBuffer) {
@@ -204,7 +147,7 @@ TEST_P(StringTableIn, NamesTheVersionThatTheDialogCompares) {
 
 TEST_P(StringTableIn, NamesEveryCharacterThatANameCannotHold) {
     for (const unsigned id : {IDS_CAMERA_NAME_INVALID, IDS_NAME_CHARACTERS_REMOVED}) {
-        for (const wchar_t unit : std::wstring(L"\\/:*?\"<>|")) {
+        for (const wchar_t unit : std::wstring(tarvo::kForbiddenNameCharacters)) {
             EXPECT_NE(std::wstring::npos, texts.at(id).find(unit)) << "text " << id;
         }
     }
@@ -218,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(Languages, StringTableIn, ::testing::Values(kEnglish, k
 TEST(StringTableTest, TranslatesEveryTextButNames) {
     const Texts english = StringTable(kEnglish);
     const Texts chinese = StringTable(kChinese);
-    for (const unsigned id : kTexts) {
+    for (const unsigned id : text_numbers()) {
         EXPECT_EQ(IsSameInBothLanguages(id), english.at(id) == chinese.at(id)) << "text " << id;
     }
 }
@@ -226,7 +169,7 @@ TEST(StringTableTest, TranslatesEveryTextButNames) {
 TEST(StringTableTest, KeepsMarkersInTheTranslation) {
     const Texts english = StringTable(kEnglish);
     const Texts chinese = StringTable(kChinese);
-    for (const unsigned id : kTexts) {
+    for (const unsigned id : text_numbers()) {
         EXPECT_EQ(Markers(english.at(id)), Markers(chinese.at(id))) << "text " << id;
     }
 }
@@ -252,7 +195,7 @@ TEST(StringTableTest, TypesettingRulesCatchFaults) {
 TEST(StringTableTest, AnswersAProcessInOneLanguage) {
     const bool is_english = tarvo::Text(IDS_LANGUAGE_SWITCH) == L"0";
     const Texts expected = StringTable(is_english ? kEnglish : kChinese);
-    for (const unsigned id : kTexts) {
+    for (const unsigned id : text_numbers()) {
         EXPECT_EQ(expected.at(id), tarvo::Text(id)) << "text " << id;
     }
 }
@@ -261,7 +204,7 @@ TEST(StringTableTest, AnswersAProcessInOneLanguage) {
 // to fall back to.
 TEST(ResourcesTest, HaveEnglishForEveryOtherLanguage) {
     const std::vector<LANGID> both = {kEnglish, kChinese};
-    for (const unsigned id : kTexts) {
+    for (const unsigned id : text_numbers()) {
         EXPECT_EQ(both, ResourceLanguages(RT_STRING, id / 16 + 1)) << "text " << id;
     }
     EXPECT_EQ(both, ResourceLanguages(RT_DIALOG, IDD_MAIN));

@@ -144,4 +144,40 @@ TEST_F(StandinSpinner, AnInterfaceOutlivesItsWindow) {
     EXPECT_TRUE(dialog_.heard.empty());
 }
 
+// What a CustEdit told its dialog.
+std::vector<UINT> g_told;
+
+INT_PTR CALLBACK FieldDialogProc(HWND, UINT message, WPARAM w_param, LPARAM) {
+    if (message == WM_COMMAND && w_param == MAKEWPARAM(3, EN_CHANGE)) {
+        g_told.push_back(message);
+    } else if (message == WM_CUSTEDIT_ENTER && w_param == 3) {
+        g_told.push_back(message);
+    }
+    return FALSE;
+}
+
+TEST_F(StandinSpinner, TheHostsFieldTellsOfATextOnEnterAndOnLeaving) {
+    ::SetWindowLongPtrW(dialog_.window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(&FieldDialogProc));
+    const HWND field = ::GetDlgItem(dialog_.window, 3);
+    const auto type = [](wchar_t character) { ::SendMessageW(::GetFocus(), WM_CHAR, character, 1); };
+    g_told.clear();
+    ::SetFocus(field);
+    type(L'2');
+    type(L'5');
+    EXPECT_EQ(std::vector<UINT>({WM_CUSTEDIT_ENTER}), g_told); // it got the focus
+    ::SendMessageW(::GetFocus(), WM_KEYDOWN, VK_RETURN, 1);
+    EXPECT_EQ(std::vector<UINT>({WM_CUSTEDIT_ENTER, WM_COMMAND, WM_CUSTEDIT_ENTER}), g_told);
+    g_told.clear();
+    type(L'1');
+    ::SetFocus(dialog_.field());
+    EXPECT_EQ(std::vector<UINT>({WM_COMMAND}), g_told);
+    g_told.clear();
+    ::SetFocus(field);
+    ::SetFocus(dialog_.field());
+    EXPECT_EQ(std::vector<UINT>({WM_CUSTEDIT_ENTER}), g_told); // nothing was typed
+    wchar_t text[16] = {};
+    ::GetWindowTextW(field, text, 16);
+    EXPECT_STREQ(L"251", text);
+}
+
 } // namespace

@@ -181,12 +181,14 @@ TEST(MainTemplateTest, ClosesTheRadioGroupAfterItsLastButton) {
     EXPECT_TRUE((last + 1)->has(WS_GROUP));
 }
 
-TEST(MainTemplateTest, LinksToASecurePage) {
-    for (const LANGID language : {kEnglish, kChinese}) {
-        const DialogTemplate dialog = ReadDialogTemplate(IDD_MAIN, language);
+TEST(MainTemplateTest, LinksToTheInstalledGuideInItsLanguage) {
+    const std::pair<LANGID, const wchar_t*> links[] = {{kEnglish, L"<a href=\"Guide/en/index.html\">"},
+                                                       {kChinese, L"<a href=\"Guide/zh/index.html\">"}};
+    for (const auto& expected : links) {
+        const DialogTemplate dialog = ReadDialogTemplate(IDD_MAIN, expected.first);
         const TemplateItem* link = dialog.find(IDC_MAIN_LINK);
         ASSERT_NE(nullptr, link);
-        EXPECT_EQ(0u, link->text.find(L"<a href=\"https://")) << Describe(*link);
+        EXPECT_EQ(0u, link->text.find(expected.second)) << Describe(*link);
         EXPECT_FALSE(PlainText(link->text).empty());
     }
 }

@@ -29,6 +29,40 @@ const found = findSections(sections, query);
 console.log(JSON.stringify(found.map(entry => [entry[0], excerpt(entry[3], query)])));
 """
 
+# As much of a browser's page as the search touches. Prints whether the field shows, and what is below it after typing.
+TYPE = """
+const fs = require("fs");
+const vm = require("vm");
+const [search, index, typed, ...clicked] = process.argv.slice(1);
+const handlers = {};
+function element(name) {
+    return {
+        name, children: [], attributes: { hidden: "", "data-none": "NONE" }, text: "",
+        set textContent(text) { this.text = text; this.children = []; },
+        get textContent() { return this.text + this.children.map(child => child.textContent).join(""); },
+        appendChild(child) { this.children.push(child); },
+        removeAttribute(key) { delete this.attributes[key]; },
+        getAttribute(key) { return this.attributes[key]; },
+        addEventListener(event, handler) { handlers[name + "." + event] = handler; },
+        querySelector() { return field; },
+    };
+}
+const field = element("field"), form = element("search"), results = element("results");
+const document = {
+    getElementById: id => ({ search: form, results })[id], createElement: element,
+    createTextNode: text => ({ textContent: text, children: [] }),
+};
+const page = vm.createContext({ document });
+for (const file of [index, search]) { vm.runInContext(fs.readFileSync(file, "utf8"), page); }
+field.value = typed;
+handlers["field.input"]();
+if (clicked.length) { handlers["results.click"]({ target: { tagName: "A" } }); }
+let stopped = false;
+handlers["search.submit"]({ preventDefault() { stopped = true; } });
+const links = results.children.map(line => line.children[0].href);
+console.log(JSON.stringify({ shows: !("hidden" in form.attributes), links, text: results.textContent, stopped }));
+"""
+
 
 class Page(html.parser.HTMLParser):
     def __init__(self, path: pathlib.Path):
@@ -134,11 +168,14 @@ class GuideTest(unittest.TestCase):
 
     # --- searching
 
-    def search(self, language: str, query: str) -> list:
-        done = subprocess.run(["node", "-e", SEARCH, str(self.guide / "search.js"),
-                               str(self.guide / language / "search-index.js"), query],
+    def run_script(self, script: str, language: str, *arguments: str):
+        done = subprocess.run(["node", "-e", script, str(self.guide / "search.js"),
+                               str(self.guide / language / "search-index.js"), *arguments],
                               check=True, capture_output=True, text=True, encoding="utf-8", timeout=60)
         return json.loads(done.stdout)
+
+    def search(self, language: str, query: str) -> list:
+        return self.run_script(SEARCH, language, query)
 
     def test_10_the_search_finds_words_wherever_they_stand(self):
         for language, query, expected in (
@@ -176,6 +213,17 @@ class GuideTest(unittest.TestCase):
                 file, anchor = address.split("#")
                 self.assertIn(anchor, self.pages[f"{language}/{file}"].anchors)
                 self.assertTrue(page and heading)
+
+    def test_15_what_is_typed_is_answered_on_the_page(self):
+        answer = self.run_script(TYPE, "en", "unattended")
+        self.assertTrue(answer["shows"] and answer["stopped"])
+        self.assertIn("install.html#unattended", answer["links"])
+        self.assertIn("Installing: Unattended", answer["text"])
+        self.assertEqual(len(self.run_script(TYPE, "en", "the")["links"]), 20)
+        self.assertEqual(self.run_script(TYPE, "en", "xyzzy")["text"], "NONE")
+        self.assertEqual(self.run_script(TYPE, "en", " ")["text"], "")
+        # A result on the same page: the list gives way.
+        self.assertEqual(self.run_script(TYPE, "zh", "安装", "click")["links"], [])
 
 
 if __name__ == "__main__":

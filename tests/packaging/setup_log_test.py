@@ -51,10 +51,11 @@ class SetupLogTest(unittest.TestCase):
         name = "TarvoRendering-uninstall.log" if program.name == "Uninstall.exe" else "TarvoRendering-setup.log"
         usual = self.temporary / name
         usual.unlink(missing_ok=True)
-        code, _ = self.machine.run(program, "/S", "/REHEARSAL", f"/LOG={log}", *options) if name.endswith("setup.log") \
-            else self.machine.run(program, "/S", f"/LOG={log}", *options)
-        self.assertEqual(code, expected, log)
-        return usual.read_text(encoding="cp1252") if usual.exists() else ""
+        more = [] if program.name == "Uninstall.exe" else ["/REHEARSAL"]
+        code, text = self.machine.run(program, "/S", *more, f"/LOG={log}", *options)
+        said = usual.read_text(encoding="cp1252") if usual.exists() else ""
+        self.assertEqual(code, expected, f"{log}: {text}\n{said}")
+        return said
 
     def try_log(self, what: str, log: str, where=ELSEWHERE):
         """A first installation, an upgrade and a removal with this log path."""

@@ -1,34 +1,44 @@
 // windows [ok]: prints the texts of all dialogs on the screen, one a line, in UTF-8. "ok" then presses the
-// first button of each of them.
+// first button of each of them, unless the dialog shows something else by then.
 #include <windows.h>
 
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
+#include <string>
 
 namespace {
 
-BOOL CALLBACK print_text(HWND window, LPARAM) {
+BOOL CALLBACK add_text(HWND window, LPARAM texts) {
     constexpr int kMost = 4096;
+    constexpr UINT kMilliseconds = 1000;
     wchar_t text[kMost] = {};
-    char printed[3 * kMost] = {};
-    ::SendMessageTimeoutW(window, WM_GETTEXT, kMost, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 1000,
-                          nullptr);
-    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, printed, sizeof printed, nullptr, nullptr);
-    std::printf("%s\n", printed);
+    char narrow[3 * kMost] = {};
+    ::SendMessageTimeoutW(window, WM_GETTEXT, kMost, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG,
+                          kMilliseconds, nullptr);
+    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, narrow, sizeof narrow, nullptr, nullptr);
+    *reinterpret_cast<std::string*>(texts) += std::string(narrow) + "\n";
     return TRUE;
+}
+
+std::string texts_of(HWND dialog) {
+    std::string texts;
+    add_text(dialog, reinterpret_cast<LPARAM>(&texts));
+    ::EnumChildWindows(dialog, add_text, reinterpret_cast<LPARAM>(&texts));
+    return texts;
 }
 
 BOOL CALLBACK visit(HWND window, LPARAM press) {
     wchar_t name[64] = {};
     ::GetClassNameW(window, name, 64);
-    if (::IsWindowVisible(window) != FALSE && std::wcscmp(name, L"#32770") == 0) {
-        print_text(window, 0);
-        ::EnumChildWindows(window, print_text, 0);
-        const HWND button = ::GetDlgItem(window, IDOK);
-        if (press != 0 && button != nullptr && ::IsWindowEnabled(button) != FALSE) {
-            ::PostMessageW(button, BM_CLICK, 0, 0);
-        }
+    if (::IsWindowVisible(window) == FALSE || std::wcscmp(name, L"#32770") != 0) {
+        return TRUE;
+    }
+    const std::string texts = texts_of(window);
+    std::printf("%s", texts.c_str());
+    const HWND button = ::GetDlgItem(window, IDOK);
+    if (press != 0 && button != nullptr && ::IsWindowEnabled(button) != FALSE && texts_of(window) == texts) {
+        ::PostMessageW(button, BM_CLICK, 0, 0);
     }
     return TRUE;
 }

@@ -12,7 +12,8 @@ set(TARVO_LONG_TESTS
     scenario.all_boxes.en=40 scenario.all_boxes.zh=40 scenario.soak.en=20 scenario.soak.zh=20 scenario.wear=30
     scenario.client_bodies_any_code=11 scenario.client_bodies_no_code=13 packaging.setup=43 packaging.diagnostics=18)
 set(TARVO_WINE bash ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
-set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip")
+set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP=Z:${TARVO_DEPS_DIR}/7-Zip"
+    "TARVO_HOST_CHECK=Z:${TARVO_HOST_CHECK}")
 
 include(${PROJECT_SOURCE_DIR}/cmake/resources.cmake)
 target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)

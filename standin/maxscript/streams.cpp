@@ -135,6 +135,17 @@ Value flush_stream(Arguments& arguments, bool closes) {
     return Value::ok();
 }
 
+std::string encoded_lines(const Text& text, bool is_binary) {
+    Text content;
+    for (const char16_t unit : text) {
+        if (unit == u'\n' && !is_binary) {
+            content += u'\r';
+        }
+        content += unit;
+    }
+    return utf8_from_text(content);
+}
+
 } // namespace
 
 FileStream::~FileStream() {
@@ -145,15 +156,14 @@ bool FileStream::flush() {
     if (files == nullptr || !is_changed) {
         return true;
     }
-    Text content;
-    for (const char16_t unit : text) {
-        if (unit == u'\n' && !is_binary) {
-            content += u'\r';
-        }
-        content += unit;
-    }
+    // Text only grows. Half of a pair may get its other half with the next text.
+    const std::size_t whole =
+        text.size() - (!text.empty() && text.back() >= 0xD800 && text.back() <= 0xDBFF ? 1 : 0);
+    encoded += encoded_lines(text.substr(encoded_units, whole - encoded_units), is_binary);
+    encoded_units = whole;
     is_changed = false;
-    return files->write(path, (has_mark ? "\xEF\xBB\xBF" : "") + utf8_from_text(content));
+    return files->write(path, (has_mark ? "\xEF\xBB\xBF" : "") + encoded +
+                                  encoded_lines(text.substr(whole), is_binary));
 }
 
 Text decoded(const std::string& bytes, bool& has_mark) {

@@ -22,6 +22,9 @@ struct FileStream {
     bool is_changed = false;
     bool is_binary = false;
     bool has_mark = false; // of UTF-8, at the start
+    // What earlier flushes encoded: a long report that is flushed line by line is encoded once.
+    std::string encoded;
+    std::size_t encoded_units = 0;
 };
 
 // A string stream or an open file; anything else is an error.

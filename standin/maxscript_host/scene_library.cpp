@@ -16,6 +16,7 @@ void install_scene_library(Interpreter& interpreter, SceneHost& host) {
     install_cameras(interpreter, host);
     install_renderers(interpreter, host);
     install_file_queries(interpreter, host);
+    install_scene_state(interpreter, host);
     install_encrypted_scripts(interpreter);
 }
 

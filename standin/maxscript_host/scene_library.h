@@ -25,6 +25,8 @@ using standin::SceneModel;
 struct SceneHost {
     SceneModel model;
     bool tracks_references = true;              // false: the tracker lists the scene and its output alone
+    bool tracker_disabled = false;              // switched off by the user
+    std::int32_t tracker_providers = 0;         // of asset tracking, such as a vault
     bool has_assets = true;                     // false: the asset manager knows none
     bool undefined_map_paths = false;           // a file that is in no map folder: undefined instead of ""
     std::int32_t release = 21000;               // first item of maxVersion()
@@ -45,6 +47,7 @@ void install_scene_settings(Interpreter& interpreter, SceneHost& host);
 void install_cameras(Interpreter& interpreter, SceneHost& host);
 void install_renderers(Interpreter& interpreter, SceneHost& host);
 void install_file_queries(Interpreter& interpreter, SceneHost& host);
+void install_scene_state(Interpreter& interpreter, SceneHost& host);
 // encryptScript, and fileIn for what it wrote.
 void install_encrypted_scripts(Interpreter& interpreter);
 

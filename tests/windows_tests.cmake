@@ -17,14 +17,14 @@ set(TARVO_WINE_ENVIRONMENT "TARVO_TEST_DATA=Z:${TARVO_TEST_DATA};TARVO_SEVEN_ZIP
 
 include(${PROJECT_SOURCE_DIR}/cmake/resources.cmake)
 target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
-target_link_libraries(portable_tests PRIVATE tarvo_win32 -static)
+target_link_libraries(portable_tests PRIVATE tarvo_win32 ${TARVO_STATIC})
 
 file(GLOB TARVO_WIN32_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_win32/*_test.cpp)
 file(GLOB TARVO_TEST_SUPPORT CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/support/*.cpp)
 add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
-    tarvo_win32 standin_scene maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 -static)
+    tarvo_win32 standin_scene maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 ${TARVO_STATIC})
 add_dependencies(win32_tests client make_scene)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
@@ -32,13 +32,18 @@ list(TRANSFORM TARVO_SDK_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE 
 add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
-target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest -static)
+target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest ${TARVO_STATIC})
 
 # The finished module through its exports, as the host uses it: nothing of the product is linked.
 file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_module/*.cpp)
 add_executable(module_tests ${TARVO_MODULE_TESTS})
-target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 -static)
+target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 ${TARVO_STATIC})
 add_dependencies(module_tests tarvo_module)
+
+if(CMAKE_HOST_WIN32)
+    include(on_windows_tests.cmake)
+    return()
+endif()
 
 # What gtest measured of each test, for tools/slowest.py.
 set(TARVO_TIMES ${PROJECT_BINARY_DIR}/times)
@@ -119,6 +124,14 @@ add_test(NAME docs.formats_of_runs
     COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
         --runs ${PROJECT_BINARY_DIR}/scenarios ${TARVO_RUNS})
 set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)
+
+# What is asked inside the real host, asked in the stage's.
+foreach(subject check probe)
+    add_test(NAME host_${subject}.stage
+        COMMAND bash ${PROJECT_SOURCE_DIR}/tools/host_${subject}_in_stage.sh
+            ${PROJECT_BINARY_DIR}/bin ${TARVO_HOST_CHECK})
+    set_tests_properties(host_${subject}.stage PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET})
+endforeach()
 
 include(packaging/packaging_tests.cmake)
 

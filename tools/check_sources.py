@@ -32,6 +32,9 @@ def tracked_files() -> list[pathlib.Path]:
 
 def check_floor(name: str, includes: list[str]) -> list[str]:
     floor = name.split("/")[0]
+    if floor == "probe":
+        return [f"{name}: the probe includes {include}; it asks through the adapter alone" for include in includes
+                if include.split("/")[0] in FLOORS and not include.startswith(("common/", "host/"))]
     if floor not in FLOORS:
         return []
     problems = []
@@ -49,8 +52,8 @@ def check_host_headers(name: str, text: str, includes: list[str]) -> list[str]:
     # The stand-ins play the host, and the tests of plugin and module drive it.
     if not used or name.startswith(("standin/", "tests/unit_plugin/", "tests/unit_module/")):
         return []
-    if not name.startswith(("host/", "plugin/")):
-        return [f"{name}: includes the host's {used[0]}, which only host/ and plugin/ may"]
+    if not name.startswith(("host/", "plugin/", "probe/")):
+        return [f"{name}: includes the host's {used[0]}, which only host/, plugin/ and probe/ may"]
     begin, end = (text.find(f'#include "{fence}"') for fence in FENCES)
     first = min(text.find(f"<{include}>") for include in used)
     last = max(text.find(f"<{include}>") for include in used)

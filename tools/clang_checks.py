@@ -19,7 +19,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TRIPLE = "x86_64-w64-mingw32"
 INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
-TIDIED = ["common", "host", "scene", "submit", "dialog", "plugin", "standin", "packaging"]
+TIDIED = ["common", "host", "scene", "submit", "dialog", "plugin", "probe", "standin", "packaging"]
 # Where an include of the project's own may be found, besides the folder of the file that includes it.
 SEARCHED = ["", "standin/sdk/include"]
 
@@ -99,7 +99,8 @@ def installed_tools() -> bytes:
 
 
 def product_sources() -> list[str]:
-    names = re.findall(r"^ +([a-z_0-9/]+\.cpp)", (ROOT / "cmake/sources.cmake").read_text(), re.MULTILINE)
+    lists = "".join((ROOT / name).read_text() for name in ("cmake/sources.cmake", "cmake/probe.cmake"))
+    names = re.findall(r"^ +([a-z_0-9/]+\.cpp)", lists, re.MULTILINE)
     if not names:
         sys.exit("error: cmake/sources.cmake names no sources; fix the pattern in tools/clang_checks.py")
     return names

@@ -2,10 +2,11 @@
 """Writes HostCheck.ms, the script by which 3ds Max itself checks what the plugin's scripts and the stand-in's evaluator
 take for granted, and HostCheck.cmd, which runs it unattended. Everything comes from tests/data/host_facts.
 
-    make_host_check.py --out FOLDER [--change FACT VALUE]
+    make_host_check.py --out FOLDER [--only PREFIX]… [--change FACT VALUE]…
     make_host_check.py --check     looks at the data and at the scripts: is every name of the host's asked for?
 
---change expects something else for one fact: its line in the report then says DIFFERENT."""
+--only asks the facts whose names begin so. --change expects something else for one fact: its line in the report then
+says DIFFERENT."""
 
 import argparse
 import pathlib
@@ -38,10 +39,10 @@ def name_list(names) -> str:
     return "#(" + ", ".join(f"#'{name}'" for name in names) + ")"
 
 
-def fact_lines(change) -> list[str]:
+def fact_lines(change, only=("",)) -> list[str]:
     lines = []
     for name, case in host_facts.language_cases():
-        if not host_facts.is_asked(case):
+        if not host_facts.is_asked(case) or not name.startswith(tuple(only)):
             continue
         names = name_list(host_facts.names_set_by(case["run"]))
         source = literal(case["run"])
@@ -51,6 +52,8 @@ def fact_lines(change) -> list[str]:
             wanted = change.get(name, case.get("prints"))
             lines.append(f'tarvoCheck.value "{name}" {literal(wanted)} {source} {names}')
     for fact in host_facts.host_facts():
+        if not fact["id"].startswith(tuple(only)):
+            continue
         wanted = literal(change.get(fact["id"], fact["prints"]))
         source = literal(fact["run"])
         if "when" in fact:
@@ -65,8 +68,8 @@ ABOUT = [("release", "maxVersion()"), ("renderer", "classOf renderers.production
          ("providers of asset tracking", "ATSOps.NumProviders()")]
 
 
-def script(change) -> str:
-    lines = fact_lines(change)
+def script(change, only) -> str:
+    lines = fact_lines(change, only)
     unknown = [name for name in change if not any(f'"{name}"' in line for line in lines)]
     if unknown:
         raise SystemExit(f"no fact {unknown[0]} is asked; see tests/data/host_facts")
@@ -132,6 +135,7 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--out", type=pathlib.Path)
     parser.add_argument("--check", action="store_true")
+    parser.add_argument("--only", action="append", default=[], metavar="PREFIX")
     parser.add_argument("--change", nargs=2, action="append", default=[], metavar=("FACT", "VALUE"))
     options = parser.parse_args()
     problems = host_facts.problems() + names_without_fact()
@@ -139,8 +143,8 @@ def main() -> int:
         print(problem, file=sys.stderr)
     if options.out and not problems:
         options.out.mkdir(parents=True, exist_ok=True)
-        (options.out / "HostCheck.ms").write_text(script(dict(options.change)), encoding="ascii", newline="\r\n")
-        (options.out / "HostCheck.cmd").write_bytes(RECIPE.read_bytes())
+        (options.out / "HostCheck.ms").write_text(script(dict(options.change), options.only or [""]), encoding="ascii", newline="\r\n")
+        (options.out / "HostCheck.cmd").write_bytes(RECIPE.read_bytes().replace(b"\n", b"\r\n"))
     count = len(fact_lines({}))
     print(f"{count} facts to ask the host, {len(problems)} problems")
     return 1 if problems else 0

@@ -66,9 +66,8 @@ void install_tracker(Interpreter& interpreter, SceneHost& host) {
         return Value::integer(static_cast<std::int32_t>(count));
     });
     tracker->add_property(u"Disabled", [&host] { return Value::boolean(host.tracker_disabled); });
-    tracker->add(u"NumProviders", 0, 0, {}, [&host](Arguments&) {
-        return Value::integer(host.tracker_providers);
-    });
+    tracker->add(u"NumProviders", 0, 0, {},
+                 [&host](Arguments&) { return Value::integer(host.tracker_providers); });
     interpreter.globals().add_constant(u"ATSOps", Value::object(tracker));
 }
 

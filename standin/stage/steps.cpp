@@ -61,6 +61,7 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"lock_file", &Steps::lock},
     {"unlock_file", &Steps::unlock},
     {"restart", &Steps::restart},
+    {"run_script", &Steps::run_script},
     {"fail_next_read", &Steps::fail_next_read},
     {"fail_next_copy", &Steps::fail_next_copy},
     {"repeat", &Steps::repeat},

@@ -97,6 +97,7 @@ private:
     void restart(const Json::Value& arguments);
     void fail_next_read(const Json::Value& arguments);
     void fail_next_copy(const Json::Value& arguments);
+    void run_script(const Json::Value& arguments);
     void expect(const Json::Value& arguments);
     std::wstring named_file(const Json::Value& arguments) const;
 

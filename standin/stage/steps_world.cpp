@@ -213,6 +213,20 @@ void Steps::fail_next_copy(const Json::Value&) {
     fail_next_file_copy();
 }
 
+// As a user does from the host's menu.
+void Steps::run_script(const Json::Value& arguments) {
+    const std::wstring file = joined(folder_of(run_.options.scenario), to_wide(arguments["name"].asString()));
+    bool done = false;
+    std::wstring result;
+    call([&] {
+        bool is_text = false;
+        done = run_.scripts.run(L"fileIn @\"" + file + L"\"", result, is_text);
+    });
+    if (!done) {
+        throw StepFailure{"the script run to its end", to_utf8(result)};
+    }
+}
+
 void Steps::restart(const Json::Value&) {
     if (run_.dialogs->top() != nullptr) {
         throw StepFailure{"no open dialog", "one is open"};

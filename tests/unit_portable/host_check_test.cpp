@@ -1,5 +1,6 @@
-// HostCheck.ms, made from tests/data/host_facts, in the host's stand-in: with and without V-Ray, Corona, scenes by
-// reference and a provider of asset tracking it finds no difference, and a wrong expectation it finds.
+// HostCheck.ms, made from tests/data/host_facts, in the host's stand-in: with and without V-Ray, Corona,
+// scenes by reference and a provider of asset tracking it finds no difference, and a wrong expectation it
+// finds.
 #include "standin/maxscript_host/security_scene.h"
 #include "tests/support/scripted_scene.h"
 #include "tests/support/test_folder.h"
@@ -132,8 +133,8 @@ TEST_F(HostCheck, VraySceneWithReferencesAndAProvider) {
     refer_to(L"XRef", L"C:\\scenes\\chairs.max");
     host_.model.render.renderer.class_name = L"V_Ray_Adv_3_60_03";
     Json::Value& settings = host_.model.render.renderer.properties;
-    for (const char* const flag : {"camera_overrideFOV", "output_on", "output_getsetsfrommax", "output_saveFile",
-                                   "output_saveRawFile"}) {
+    for (const char* const flag : {"camera_overrideFOV", "output_on", "output_getsetsfrommax",
+                                   "output_saveFile", "output_saveRawFile"}) {
         settings[flag] = false;
     }
     settings["camera_fov"] = 45.5;
@@ -177,7 +178,8 @@ TEST_F(HostCheck, SettingThatIsMissingIsReported) {
     const Report report = run();
     ASSERT_EQ(report.different.size(), 2u);
     EXPECT_EQ(report.different[0], "DIFFERENT\tcorona.progressive_timeLimit\tInteger\tFloat");
-    EXPECT_NE(report.different[1].find("corona.adaptivity_targetError\tFloat\tan error: "), std::string::npos);
+    EXPECT_NE(report.different[1].find("corona.adaptivity_targetError\tFloat\tan error: "),
+              std::string::npos);
 }
 
 TEST_F(HostCheck, LeavesNoVariableAndNoCallback) {

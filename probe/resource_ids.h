@@ -1,0 +1,9 @@
+#pragma once
+
+#define IDS_PROBE_ACTION 1
+#define IDD_PROBE 101
+#define IDC_PLAIN_EDIT 1001
+#define IDC_PLAIN_SPIN 1002
+#define IDC_HOST_EDIT 1003
+#define IDC_HOST_SPIN 1004
+#define IDC_THROWING_BUTTON 1005

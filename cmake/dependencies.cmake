@@ -1,5 +1,6 @@
 # The libraries. Cross builds take them from TARVO_DEPS_DIR (filled by the README's commands); native builds take
-# Debian's packages; an MSVC build takes JsonCpp from wherever CMAKE_PREFIX_PATH points.
+# Debian's packages; an MSVC build takes them from wherever CMAKE_PREFIX_PATH points,
+# JsonCpp alone where the SDK is the real one.
 if(MINGW)
     if(NOT EXISTS ${TARVO_DEPS_DIR}/mingw/include/json/json.h)
         message(FATAL_ERROR "No dependencies in '${TARVO_DEPS_DIR}'. Run ./run or ./test once, they fetch them.")
@@ -24,9 +25,31 @@ else()
     else()
         target_link_libraries(tarvo_jsoncpp INTERFACE jsoncpp_lib)
     endif()
+    if(MSVC AND NOT MAXSDK_ROOT)
+        find_package(GTest REQUIRED)
+        add_library(tarvo_gtest INTERFACE)
+        target_link_libraries(tarvo_gtest INTERFACE GTest::gmock GTest::gtest)
+        find_path(TARVO_HTTPLIB_FOLDER httplib.h REQUIRED)
+        add_library(tarvo_httplib INTERFACE)
+        target_include_directories(tarvo_httplib SYSTEM INTERFACE ${TARVO_HTTPLIB_FOLDER})
+        target_link_libraries(tarvo_httplib INTERFACE ws2_32 crypt32)
+    endif()
     if(UNIX)
         find_package(GTest REQUIRED)
         add_library(tarvo_gtest INTERFACE)
         target_link_libraries(tarvo_gtest INTERFACE GTest::gtest)
     endif()
 endif()
+
+# Programs of the cross build need no DLL but the system's; a build on Windows has its libraries beside it.
+set(TARVO_STATIC "")
+set(TARVO_ZLIB z)
+if(MINGW)
+    set(TARVO_STATIC -static)
+elseif(MSVC AND NOT MAXSDK_ROOT)
+    find_package(ZLIB REQUIRED)
+    set(TARVO_ZLIB ZLIB::ZLIB)
+endif()
+
+# Whatever Python there is, for tools that need its standard library alone; TARVO_PYTHON of the tests is Debian's.
+find_program(TARVO_ANY_PYTHON NAMES python3 python py NO_CMAKE_FIND_ROOT_PATH REQUIRED)

@@ -92,7 +92,10 @@ void install_heap_watch(HMODULE module) {
 
 HeapUse heap_use() {
     const std::lock_guard<std::mutex> lock(blocks().mutex);
-    return {blocks().sizes.size(), blocks().bytes};
+    HeapUse use;
+    use.blocks = blocks().sizes.size();
+    use.bytes = blocks().bytes;
+    return use;
 }
 
 std::size_t process_memory_kb() {

@@ -51,5 +51,5 @@ elseif(MSVC AND NOT MAXSDK_ROOT)
     set(TARVO_ZLIB ZLIB::ZLIB)
 endif()
 
-# Whatever Python there is, for tools that need its standard library alone; TARVO_PYTHON of the tests is Debian's.
+# Whatever Python there is, for tools that need its standard library alone; TARVO_DEBIAN_PYTHON of the tests is Debian's.
 find_program(TARVO_ANY_PYTHON NAMES python3 python py NO_CMAKE_FIND_ROOT_PATH REQUIRED)

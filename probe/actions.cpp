@@ -5,6 +5,7 @@
 #include "probe/report.h"
 #include "probe/resource_ids.h"
 
+#include <memory>
 #include <stdexcept>
 
 namespace tarvo_probe {
@@ -71,6 +72,13 @@ void ask_twice(IActionManager& manager, ActionItem& item) {
     report.line("action.menu_text", std::wstring(text.data()));
 }
 
+ActionTable* registered_table(IActionManager& manager, HINSTANCE module) {
+    TSTR name(L"Tarvo host probe");
+    std::unique_ptr<Table> table(new Table(name, module));
+    manager.RegisterActionTable(table.get());
+    return table.release(); // the host's from now on
+}
+
 ActionItem* own_item() {
     IActionManager* manager = tarvo::ActionManager();
     ActionTable* table = manager == nullptr ? nullptr : manager->FindTable(kTableId);
@@ -89,9 +97,7 @@ void AskActions(HINSTANCE module) noexcept {
         report.object("action.unknown_table", manager->FindTable(kTableId));
         report.flag("action.context",
                     manager->RegisterActionContext(kContextId, L"Tarvo host probe") != FALSE);
-        TSTR name(L"Tarvo host probe");
-        ActionTable* table = new Table(name, module); // the host's from the next line on
-        manager->RegisterActionTable(table);
+        ActionTable* table = registered_table(*manager, module);
         report.flag("action.table_found", manager->FindTable(kTableId) == table);
         report.object("action.unknown_item", table->GetAction(kCommand + 1));
         ActionItem* item = table->GetAction(kCommand);

@@ -119,9 +119,9 @@ foreach(scenario ${TARVO_SCENARIOS})
 endforeach()
 
 # What the scenarios really wrote and posted, held against the schemas.
-find_program(TARVO_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+find_program(TARVO_DEBIAN_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
 add_test(NAME docs.formats_of_runs
-    COMMAND ${TARVO_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
+    COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_formats.py
         --runs ${PROJECT_BINARY_DIR}/scenarios ${TARVO_RUNS})
 set_tests_properties(docs.formats_of_runs PROPERTIES FIXTURES_REQUIRED played)
 

@@ -72,7 +72,9 @@ protected:
         maxscript_host::install_security(interpreter, security_);
         interpreter.run(u"x = 7; struct S (old = 1); kept_before = 3", u"");
         interpreter.run(u"fileIn @\"" + Text(kFolder) + u"HostCheck.ms\"", u"");
-        globals_ = interpreter.globals().gather();
+        // Neither a variable nor a callback stays.
+        EXPECT_EQ(interpreter.globals().gather(), (std::vector<Text>{u"kept_before", u"S", u"x"}));
+        EXPECT_TRUE(security_.callbacks.empty());
         EXPECT_EQ(maxscript::utf8_from_text(interpreter.printed(interpreter.run(u"x", u""))), "7");
         std::string bytes;
         EXPECT_TRUE(files_.read(report_path(), bytes));
@@ -105,7 +107,6 @@ protected:
     maxscript_host::MemoryFiles files_;
     maxscript_host::SceneHost host_;
     maxscript_host::SecurityScene security_;
-    std::vector<Text> globals_;
 
 private:
     void write(const Text&) override {}
@@ -182,13 +183,8 @@ TEST_F(HostCheck, SettingThatIsMissingIsReported) {
               std::string::npos);
 }
 
-TEST_F(HostCheck, LeavesNoVariableAndNoCallback) {
-    run();
-    EXPECT_EQ(globals_, (std::vector<Text>{u"kept_before", u"S", u"x"}));
-    EXPECT_TRUE(security_.callbacks.empty());
-}
-
 TEST_F(HostCheck, WritesIntoTheTemporaryFolderWhenItsOwnTakesNoFile) {
+    script_ = tarvo_test::read_file(folder() + "/changed/HostCheck.ms");
     files_.lock_folder(u"C:\\check");
     files_.put(Text(kFolder) + u"HostCheck.ms", script_);
     maxscript::Environment environment;
@@ -200,7 +196,7 @@ TEST_F(HostCheck, WritesIntoTheTemporaryFolderWhenItsOwnTakesNoFile) {
     std::string bytes;
     EXPECT_TRUE(files_.read(u"C:\\Temp\\TarvoHostCheck.txt", bytes));
     EXPECT_TRUE(read_report(bytes).whole);
-    EXPECT_EQ(read_report(bytes).different, std::vector<std::string>());
+    EXPECT_GT(read_report(bytes).same, 20);
 }
 
 } // namespace

@@ -11,3 +11,4 @@ clang-format --dry-run --Werror "${sources[@]}" || die "the format differs" "Run
 say "${#sources[@]} files have the house format"
 
 python3 tools/clang_checks.py "$TARVO_BUILD_DIR/clang_checks" "$TARVO_BUILD_DIR/mingw-release" "$DEPS_DIR"
+python3 tools/check_windows_target.py "$TARVO_BUILD_DIR/windows_target" "$TARVO_BUILD_DIR/mingw-release"

@@ -19,7 +19,7 @@ bool is_file(const std::wstring& path) {
 
 std::wstring save_required() {
     tarvo::ScriptResult result;
-    tarvo::CurrentHost().run_script(L"getSaveRequired() as string", result);
+    tarvo::RunScript(L"getSaveRequired() as string", result);
     return result.has_text ? result.text : std::wstring(L"(no text)");
 }
 
@@ -28,24 +28,23 @@ std::wstring save_required() {
 void AskSaving() noexcept {
     Ask("saving", [] {
         Report& report = TheReport();
-        tarvo::Host& host = tarvo::CurrentHost();
-        if (!host.current_file_path().empty()) {
+        if (!tarvo::SceneFilePath().empty()) {
             report.line("saving.asked", "no: a scene is open");
             return;
         }
         report.line("saving.asked", "yes");
         const std::wstring path = temporary_scene();
         ::DeleteFileW(path.c_str());
-        report.flag("saving.under_a_name", host.save_as(path));
+        report.flag("saving.under_a_name", tarvo::SaveSceneAs(path));
         report.flag("saving.file_there", is_file(path));
-        report.line("saving.name_after", host.current_file_name());
-        report.flag("saving.path_is_the_file", host.current_file_path() == path);
+        report.line("saving.name_after", tarvo::SceneFileName());
+        report.flag("saving.path_is_the_file", tarvo::SceneFilePath() == path);
         report.line("saving.required_after", save_required());
         ::DeleteFileW(path.c_str());
-        host.save();
+        tarvo::SaveScene();
         report.flag("saving.again_writes_the_file", is_file(path));
-        report.flag("saving.into_no_folder", host.save_as(path + L".none\\a.max"));
-        report.flag("saving.path_stays", host.current_file_path() == path);
+        report.flag("saving.into_no_folder", tarvo::SaveSceneAs(path + L".none\\a.max"));
+        report.flag("saving.path_stays", tarvo::SceneFilePath() == path);
         ::DeleteFileW(path.c_str());
     });
 }

@@ -43,8 +43,7 @@ class Dialog {
 public:
     explicit Dialog(HINSTANCE module)
         : window_(::CreateDialogParamW(module, MAKEINTRESOURCEW(IDD_PROBE),
-                                       static_cast<HWND>(tarvo::CurrentHost().main_window()), procedure, 0)) {
-    }
+                                       static_cast<HWND>(tarvo::HostMainWindow()), procedure, 0)) {}
     ~Dialog() {
         if (window_ != nullptr) {
             ::DestroyWindow(window_);
@@ -98,7 +97,7 @@ void ask_spinner(const std::string& key, const Dialog& dialog, int edit, int spi
     report.object(key + ".control", dialog.control(spin));
     g_heard = Heard();
     const std::unique_ptr<tarvo::RatioSpinner> made =
-        tarvo::CurrentHost().set_up_ratio_spinner(dialog.window(), spin, edit, 0.001f, 1000.0f, 1.5f, 0.1f);
+        tarvo::SetUpRatioSpinner(dialog.window(), spin, edit, 0.001f, 1000.0f, 1.5f, 0.1f);
     report.object(key + ".set_up", made.get());
     if (made == nullptr) {
         return;
@@ -106,8 +105,7 @@ void ask_spinner(const std::string& key, const Dialog& dialog, int edit, int spi
     report.line(key + ".first_text", dialog.text(edit));
     report.number(key + ".first_value", hundredths(made->value()));
     report.number(key + ".first_changes", g_heard.spinner_changes);
-    const std::unique_ptr<tarvo::RatioSpinner> again =
-        tarvo::CurrentHost().ratio_spinner(dialog.control(spin));
+    const std::unique_ptr<tarvo::RatioSpinner> again = tarvo::RatioSpinnerOf(dialog.control(spin));
     report.object(key + ".second_interface", again.get());
     made->link_to_edit(dialog.control(edit));
     ask_changes(key, dialog, edit, *made);

@@ -26,9 +26,8 @@ namespace tarvo_probe {
 namespace {
 
 // The number that the product answers the host with.
-constexpr unsigned kHostLibraryVersion = 0x52083400;
 #ifdef VERSION_3DSMAX
-static_assert(VERSION_3DSMAX == kHostLibraryVersion, "plugin/module_entry.cpp has another library version");
+static_assert(VERSION_3DSMAX == 0x52083400, "plugin/module_entry.cpp has another library version");
 #endif
 
 struct Tag {
@@ -68,7 +67,7 @@ void ask_script(const char* key, const wchar_t* command) {
 
 std::wstring script_text(const wchar_t* command) {
     tarvo::ScriptResult result;
-    tarvo::CurrentHost().run_script(command, result);
+    tarvo::RunScript(command, result);
     return result.has_text ? result.text : std::wstring(L"(no text)");
 }
 
@@ -96,9 +95,9 @@ void AskObjects(const std::string& moment) noexcept {
         report.object(moment + ".core", tarvo::CoreInterface());
         report.object(moment + ".menu_manager", tarvo::MenuManager());
         report.object(moment + ".action_manager", tarvo::ActionManager());
-        report.object(moment + ".main_window", tarvo::CurrentHost().main_window());
-        report.line(moment + ".file_name", tarvo::CurrentHost().current_file_name());
-        report.line(moment + ".file_path", tarvo::CurrentHost().current_file_path());
+        report.object(moment + ".main_window", tarvo::HostMainWindow());
+        report.line(moment + ".file_name", tarvo::SceneFileName());
+        report.line(moment + ".file_path", tarvo::SceneFilePath());
     });
 }
 

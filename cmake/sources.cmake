@@ -12,6 +12,7 @@ set(TARVO_COMMON_WIN32
     common/activation_context_win32.cpp
     common/message_box_win32.cpp
     common/module_instance_win32.cpp
+    common/own_file_win32.cpp
     common/platform_win32.cpp
     common/string_table_win32.cpp
     common/text_win32.cpp)
@@ -38,6 +39,7 @@ set(TARVO_SUBMIT_PORTABLE
     submit/client_reply.cpp
     submit/reply_codes.cpp
     submit/scene_archive.cpp
+    submit/scene_archive_refusal.cpp
     submit/submit_document.cpp
     submit/task_guid.cpp)
 set(TARVO_SUBMIT_WIN32

@@ -46,6 +46,9 @@ bool CreateFolder(const std::string& locale_path);
 // The calling thread's last system error.
 unsigned long LastErrorCode();
 
+// Whether the OEM code page, in which console programs write, has characters of one and of two bytes.
+bool HasDoubleByteConsole();
+
 // Waits on the calling thread.
 void SleepMilliseconds(unsigned milliseconds);
 

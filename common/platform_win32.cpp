@@ -78,6 +78,11 @@ unsigned long LastErrorCode() {
     return ::GetLastError();
 }
 
+bool HasDoubleByteConsole() {
+    CPINFO page = {};
+    return ::GetCPInfo(CP_OEMCP, &page) != FALSE && page.MaxCharSize == 2;
+}
+
 void SleepMilliseconds(unsigned milliseconds) {
     ::Sleep(milliseconds);
 }

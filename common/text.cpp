@@ -21,6 +21,19 @@ std::wstring TrimSpaces(const std::wstring& text) {
     return text.substr(first, last - first + 1);
 }
 
+bool HasLoneSurrogate(const std::wstring& text) {
+    const auto is_high = [](wchar_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; };
+    const auto is_low = [](wchar_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; };
+    for (std::wstring::size_type at = 0; at < text.size(); ++at) {
+        if (is_high(text[at]) && at + 1 < text.size() && is_low(text[at + 1])) {
+            ++at;
+        } else if (is_high(text[at]) || is_low(text[at])) {
+            return true;
+        }
+    }
+    return false;
+}
+
 int ContainsAnyOf(const std::wstring& text, const std::wstring& set) {
     return text.find_first_of(set) == std::wstring::npos ? 0 : 1;
 }

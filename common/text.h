@@ -33,9 +33,12 @@ int ContainsAnyOf(const std::wstring& text, const std::wstring& set);
 // The characters that a camera's name must not hold, because it becomes a file name.
 constexpr const wchar_t* kForbiddenNameCharacters = L"\\/:*?\"<>|";
 
-// UTF-8 to the system's ANSI code page through UTF-16, for the archive program's arguments. Characters that
-// the code page lacks are replaced as the system does it.
+// UTF-8 to the system's ANSI code page through UTF-16. A character that the code page lacks becomes the code
+// page's default character, usually '?', never one that looks like it.
 std::string Utf8ToAnsi(const std::string& text);
+
+// True when `text` holds half of a surrogate pair: a file's name can, UTF-8 cannot.
+bool HasLoneSurrogate(const std::wstring& text);
 
 // Upper case by the system's own rules, whatever locale the C runtime is set to.
 std::wstring ToUpper(const std::wstring& text);

@@ -26,11 +26,14 @@ std::wstring to_wide(UINT code_page, const char* text, int length) {
 }
 
 // The system counts and writes the closing zero too; it is dropped.
-std::string to_narrow(UINT code_page, const wchar_t* text) {
-    const int count = ::WideCharToMultiByte(code_page, 0, text, -1, nullptr, 0, nullptr, nullptr);
+std::string to_ansi(const wchar_t* text) {
+    // Best fit would turn U+FF02 into a quotation mark and U+FF0F into a slash. UTF-8 as the ANSI code page
+    // lacks nothing and refuses the flag.
+    const DWORD flags = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    const int count = ::WideCharToMultiByte(CP_ACP, flags, text, -1, nullptr, 0, nullptr, nullptr);
     std::string narrow(static_cast<std::size_t>(count), '\0');
     if (count > 0) {
-        ::WideCharToMultiByte(code_page, 0, text, -1, &narrow[0], count, nullptr, nullptr);
+        ::WideCharToMultiByte(CP_ACP, flags, text, -1, &narrow[0], count, nullptr, nullptr);
         narrow.resize(static_cast<std::size_t>(count) - 1);
     }
     return narrow;
@@ -98,7 +101,7 @@ std::string WideToUtf8(const std::wstring& text) {
 }
 
 std::string Utf8ToAnsi(const std::string& text) {
-    return to_narrow(CP_ACP, Utf8ToWide(text).c_str());
+    return to_ansi(Utf8ToWide(text).c_str());
 }
 
 std::wstring ToUpper(const std::wstring& text) {

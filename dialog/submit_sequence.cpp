@@ -12,6 +12,7 @@
 #include "submit/client_configuration.h"
 #include "submit/client_link.h"
 #include "submit/scene_archive.h"
+#include "submit/scene_archive_refusal.h"
 #include "submit/submit_document.h"
 #include "submit/task_guid.h"
 
@@ -88,7 +89,7 @@ int RunSubmitSequence(WindowHandle dialog) {
         check_scene_viruses(config);
     }
     if (!PrepareSceneArchive(scene, scene_file, entered_name, task_id, config)) {
-        ShowBox(dialog, IDS_SCENE_NAME_UNUSABLE);
+        ShowBox(dialog, ArchiveRefusalText(config));
         CloseDialog(dialog, 0); // the only stop that does (C-10)
         return kStopped;
     }

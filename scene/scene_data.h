@@ -3,6 +3,7 @@
 // the host's user-interface thread only.
 #pragma once
 
+#include "common/own_file.h"
 #include "common/qfx_noncopyable.h"
 #include "common/window_handle.h"
 #include "scene/analysis_reader.h"
@@ -77,6 +78,7 @@ public:
     bool ao_channel = false;
     double ao_radius = 1000.0; // scene units
     std::int32_t ao_subdivs = 16;
+    OwnFile made_archive; // the last one that this process packed
 
 private:
     void store(AnalysisOutcome& outcome);

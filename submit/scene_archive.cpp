@@ -1,9 +1,13 @@
 #include "submit/scene_archive.h"
 
+#include "common/own_file.h"
 #include "common/platform.h"
 #include "common/text.h"
+#include "host/host.h"
+#include "submit/scene_archive_refusal.h"
 
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 namespace tarvo {
@@ -15,6 +19,30 @@ constexpr int kTagAlphabetLength = 62;
 constexpr int kTagLength = 6;
 static_assert(sizeof kTagAlphabet / sizeof kTagAlphabet[0] == kTagAlphabetLength + 1,
               "62 characters and a zero");
+
+constexpr char kSwitches[] = " a -mx=3 -mmt=2 -t7z";
+constexpr char kConsoleSwitch[] = " -sccUTF-8";
+
+template <class Text>
+Text quoted(const Text& path) {
+    const char kBefore[] = {' ', '"'};
+    Text argument(std::begin(kBefore), std::end(kBefore));
+    argument += path;
+    argument += '"';
+    return argument;
+}
+
+// 7-Zip writes each name on its console in the OEM code page. Where that has characters of two bytes, it was
+// seen to end with "Internal Error #282228" at a name that the page lacks; in UTF-8 it lacks none.
+std::wstring console_switch(const std::wstring& arguments, const std::wstring& narrow_arguments) {
+    const bool needed = arguments != narrow_arguments && HasDoubleByteConsole();
+    return needed ? std::wstring(std::begin(kConsoleSwitch), std::end(kConsoleSwitch) - 1) : std::wstring();
+}
+
+bool refused(SceneData& scene, ArchiveRefusal refusal, const std::string& error = std::string()) {
+    scene.log().Write(ArchiveRefusalLogText(refusal) + error, kError);
+    return false;
+}
 
 } // namespace
 
@@ -48,24 +76,44 @@ std::wstring ArchivePath(const std::wstring& folder, const std::wstring& stem, c
 }
 
 std::string PackArguments(const std::string& archive, const std::string& scene) {
-    return " a -mx=3 -mmt=2 -t7z \"" + archive + "\" \"" + scene + "\"";
+    return kSwitches + quoted(archive) + quoted(scene);
+}
+
+std::wstring PackCommandLine(const PluginConfig& config) {
+    const std::wstring narrow = LocaleToWide(config.packArguments);
+    if (config.archivePath.empty()) {
+        return config.sevenZipExe + narrow;
+    }
+    // Not by way of packArguments: a '?' in place of a lost character is a wildcard to 7-Zip, and bytes of
+    // one code page are other characters in the other.
+    const std::wstring switches(std::begin(kSwitches), std::end(kSwitches) - 1);
+    const std::wstring paths = quoted(Utf8ToWide(config.archivePath)) + quoted(Utf8ToWide(config.sceneFile));
+    return config.sevenZipExe + switches + console_switch(switches + paths, narrow) + paths;
 }
 
 bool IsUsableArchiveStem(const std::wstring& stem) {
     return !stem.empty() && stem.back() != L' ' && stem.back() != L'.';
 }
 
-bool PrepareSceneArchive(SceneData&, std::string, std::string arguments, std::wstring, PluginConfig& config) {
+bool PrepareSceneArchive(SceneData& scene, std::string, std::string arguments, std::wstring,
+                         PluginConfig& config) {
     if (!PathExists(config.compressDir)) {
         CreateFolder(config.compressDir);
     }
-    const std::string ansi_scene = Utf8ToAnsi(config.sceneFile);
-    const std::wstring stem = LocaleToWide(Utf8ToAnsi(ArchiveStem(config.sceneFile)));
+    const std::wstring stem = Utf8ToWide(ArchiveStem(config.sceneFile));
     const std::wstring archive = ArchivePath(config.compressDir, stem, ArchiveTag(SecondsSinceEpoch()));
     config.archivePath = WideToUtf8(archive);
-    arguments = PackArguments(Utf8ToAnsi(config.archivePath), ansi_scene);
+    arguments = PackArguments(Utf8ToAnsi(config.archivePath), Utf8ToAnsi(config.sceneFile));
     config.packArguments = std::move(arguments);
-    return IsUsableArchiveStem(stem);
+
+    const ArchiveRefusal refusal = FindArchiveRefusal(config, CurrentHost().current_file_path());
+    if (refusal != ArchiveRefusal::none) {
+        return refused(scene, refusal);
+    }
+    // The tag can be guessed. To an archive that is locked with a password 7-Zip adds nothing: it asks, on a
+    // console that nobody sees, and the host waits for it.
+    const unsigned long error = RemoveForeign(archive, scene.made_archive);
+    return error == 0 || refused(scene, ArchiveRefusal::name_taken, std::to_string(error));
 }
 
 } // namespace tarvo

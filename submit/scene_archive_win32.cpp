@@ -1,5 +1,6 @@
 #include "submit/scene_archive.h"
 
+#include "common/own_file.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
 
@@ -7,10 +8,28 @@
 
 namespace tarvo {
 
-void RunSevenZip(SceneData&, std::string, const PluginConfig& config) {
-    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the
-    // path up to each blank in turn. CreateProcessW writes into the command line while it does so.
-    const std::wstring text = config.sevenZipExe + LocaleToWide(config.packArguments);
+namespace {
+
+// What 7-Zip writes when it found nothing to pack: a header alone.
+constexpr long long kEmptyArchive = 32;
+
+void log_outcome(DWORD exit_code, const std::wstring& archive, Logger& log) {
+    const long long size = FileSizeOf(archive);
+    const std::string figures = std::to_string(exit_code) + ", bytes in the archive: " +
+                                (size < 0 ? std::string("no archive") : std::to_string(size));
+    if (exit_code == 0 && size > kEmptyArchive) {
+        log.Write("7-Zip packed the scene. Exit code: " + figures, kInfo);
+    } else {
+        log.Write("7-Zip did not pack the scene! Exit code: " + figures, kError);
+    }
+}
+
+} // namespace
+
+void RunSevenZip(SceneData& scene, std::string, const PluginConfig& config) {
+    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the path up
+    // to each blank in turn. CreateProcessW writes into the command line while it does so.
+    const std::wstring text = PackCommandLine(config);
     std::vector<wchar_t> command_line(text.c_str(), text.c_str() + text.size() + 1);
 
     STARTUPINFOW startup = {};
@@ -19,13 +38,18 @@ void RunSevenZip(SceneData&, std::string, const PluginConfig& config) {
     if (::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE,
                          CREATE_NO_WINDOW | NORMAL_PRIORITY_CLASS, nullptr, nullptr, &startup,
                          &information) == FALSE) {
+        scene.log().Write("7-Zip was not started! ErrorCode: " + std::to_string(::GetLastError()), kError);
         return;
     }
     const KernelHandle thread(information.hThread);
     const KernelHandle process(information.hProcess);
     ::WaitForSingleObject(process.get(), INFINITE);
-    DWORD exit_code = 0;
+    DWORD exit_code = STILL_ACTIVE; // when the system does not say
     ::GetExitCodeProcess(process.get(), &exit_code);
+    const std::wstring archive = Utf8ToWide(config.archivePath);
+    scene.made_archive.path = archive;
+    scene.made_archive.identity = FileIdentityOf(archive);
+    log_outcome(exit_code, archive, scene.log());
 }
 
 } // namespace tarvo

@@ -36,7 +36,8 @@ Json::Value BuildRequestBody(const std::string& scene_file, const std::string& d
                              const std::string& app_version, const std::string& archive_path);
 
 // Writes the document into config.jsonPath and builds the request body. On true, config.jsonPath is the
-// document's full path and `body` the request; on false neither has changed, no file is left, the user has
+// document's full path and `body` the request; a document that could not be written to its end stays as far
+// as it came, and an ERROR line says so and why. On false neither has changed, no file is left, the user has
 // seen a box and the log has an ERROR line. The scene store is only read (and logged to).
 bool WriteSubmitDocument(SceneData& scene, WindowHandle owner, PluginConfig& config, const std::wstring& guid,
                          std::string& body);

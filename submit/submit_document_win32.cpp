@@ -6,9 +6,12 @@
 #include "common/platform.h"
 #include "common/text.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <cwchar>
 #include <exception>
+#include <utility>
 
 namespace tarvo {
 
@@ -62,11 +65,14 @@ DocumentProblem build(SceneData& scene, const PluginConfig& config, BuiltDocumen
     std::string refusal;
     if (ParseJson(WideToUtf8(scene.analysis_text()), document.root, &refusal)) {
         try {
-            // Read before anything is written, and without creating the member, which is no part of the
-            // edits.
+            const DocumentProblem problem =
+                BuildSubmitDocument(document.root, collect_choices(scene, config));
+            // After the checks of the frames, which have boxes of their own, before anything is written, and
+            // without creating the member, which is no part of the edits.
             const Json::Value& analysis = document.root;
-            document.app_version = analysis["app_version"].asString();
-            return BuildSubmitDocument(document.root, collect_choices(scene, config));
+            document.app_version =
+                problem == DocumentProblem::none ? analysis["app_version"].asString() : std::string();
+            return problem;
         } catch (const std::exception& error) {
             refusal = error.what();
         }
@@ -84,18 +90,24 @@ struct StdioFileTraits {
 };
 using StdioFile = UniqueHandle<StdioFileTraits>;
 
-// False when the file cannot be opened. Binary: the file's bytes are the styled text's, with bare line feeds.
-bool write_file(const std::wstring& path, const std::string& text) {
-    StdioFile file(::_wfopen(path.c_str(), L"wb"));
-    if (!file) {
-        return false;
+// The C runtime's error that cut the file short, 0 when it is whole. Binary: the file's bytes are the styled
+// text's, with bare line feeds.
+int write_whole(StdioFile file, const std::string& text) {
+    const int write_error = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() ? 0 : errno;
+    const int close_error = std::fclose(file.release()) == 0 ? 0 : errno;
+    return write_error != 0 ? write_error : close_error;
+}
+
+// A torn document stays where it is and is announced: the client answers that it cannot be read. Only the log
+// says why.
+void log_written(const std::wstring& path, int error, Logger& log) {
+    if (error == 0) {
+        log.Write("Write json file at: " + WideToLocale(path) + " successfully.", kInfo);
+    } else {
+        log.Write("The json file was not written to its end: " + WideToLocale(path) + ", " +
+                      std::strerror(error),
+                  kError);
     }
-    const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-    const bool closed = std::fclose(file.release()) == 0;
-    if (!written || !closed) {
-        ::_wremove(path.c_str());
-    }
-    return true;
 }
 
 } // namespace
@@ -112,14 +124,16 @@ bool WriteSubmitDocument(SceneData& scene, WindowHandle owner, PluginConfig& con
         CreateFolder(config.jsonPath);
     }
     const std::wstring path = config.jsonPath + L"/" + guid + L".json";
-    if (!write_file(path, StyledJson(document.root))) {
+    StdioFile file(::_wfopen(path.c_str(), L"wb"));
+    if (!file) {
         report(DocumentProblem::not_opened, scene.log(), owner);
         return false;
     }
+    const int write_error = write_whole(std::move(file), StyledJson(document.root));
     body = StyledJson(
         BuildRequestBody(config.sceneFile, WideToUtf8(path), document.app_version, config.archivePath));
     config.jsonPath = path;
-    scene.log().Write("Write json file at: " + WideToLocale(path) + " successfully.", kInfo);
+    log_written(path, write_error, scene.log());
     return true;
 }
 

@@ -2,7 +2,10 @@
 
 #include "common/platform.h"
 #include "common/text.h"
+#include "resources/resource_ids.h"
+#include "submit/scene_archive_refusal.h"
 #include "tests/support/test_folder.h"
+#include "tests/support/test_host.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +16,7 @@ using tarvo::ArchiveStem;
 using tarvo::ArchiveTag;
 using tarvo::IsUsableArchiveStem;
 using tarvo::PackArguments;
+using tarvo::PackCommandLine;
 using tarvo::PluginConfig;
 using tarvo::PrepareSceneArchive;
 
@@ -81,6 +85,8 @@ protected:
     SceneArchive() {
         config.compressDir = tarvo::Utf8ToWide(tarvo_test::plugin_folder() + "/compress");
         config.sceneFile = "D:\\work\\Lobby2.max";
+        config.sevenZipExe = L"C:\\7z.exe";
+        reset_test_host();
     }
 
     bool prepare() { return PrepareSceneArchive(scene, "not looked at", "neither", L"nor this", config); }
@@ -108,6 +114,100 @@ TEST_F(SceneArchive, RefusedNamesAreFilledInAllTheSame) {
         EXPECT_FALSE(config.archivePath.empty()) << name;
         EXPECT_NE(config.packArguments.find(name), std::string::npos) << name;
     }
+}
+
+TEST_F(SceneArchive, CommandLineOfAPlainPathIsTheProgramAndTheArguments) {
+    ASSERT_TRUE(prepare());
+    EXPECT_EQ(PackCommandLine(config), config.sevenZipExe + tarvo::Utf8ToWide(config.packArguments));
+}
+
+TEST_F(SceneArchive, RecordThatWasNotPreparedRunsItsArgumentsAsTheyStand) {
+    config.packArguments = " l \"x.7z\"";
+    EXPECT_EQ(PackCommandLine(config), L"C:\\7z.exe l \"x.7z\"");
+}
+
+// Whatever the code pages are: archive, command line, document and request name the same file.
+TEST_F(SceneArchive, AllCharactersReachTheCommandLine) {
+    for (const char* name :
+         {"caf\xC3\xA9", "H\xC4\x81lle", "\xE9\xA1\xB9\xE7\x9B\xAE", "\xED\x95\x9C", "\xF0\x9F\x98\x80",
+          "x\xEF\xBC\x82 -sdel", "..\xEF\xBC\x8F..\xEF\xBC\x8Fp", "a\xEF\xBC\x8A", "\xEF\xBF\xBD"}) {
+        SCOPED_TRACE(name);
+        config.sceneFile = std::string("D:\\Jos\xC3\xA9\\") + name + ".max";
+        ASSERT_TRUE(prepare());
+        const std::string start = tarvo::WideToUtf8(config.compressDir) + "/" + name + "_";
+        EXPECT_EQ(config.archivePath.substr(0, start.size()), start);
+        EXPECT_EQ(config.archivePath.size(), start.size() + 6 + 3);
+        const std::string line = tarvo::WideToUtf8(PackCommandLine(config));
+        const std::string paths = " \"" + config.archivePath + "\" \"" + config.sceneFile + "\"";
+        EXPECT_EQ(line.find("C:\\7z.exe a -mx=3 -mmt=2 -t7z"), 0u) << line;
+        EXPECT_EQ(line.substr(line.size() - paths.size()), paths);
+        const std::string between =
+            line.substr(sizeof "C:\\7z.exe a -mx=3 -mmt=2 -t7z" - 1,
+                        line.size() - paths.size() - (sizeof "C:\\7z.exe a -mx=3 -mmt=2 -t7z" - 1));
+        EXPECT_TRUE(between.empty() || between == " -sccUTF-8") << between;
+    }
+}
+
+struct RefusedPath {
+    const char* path;
+    unsigned text_id;
+};
+
+TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
+    const std::string long_stem(246, 'n');
+    const std::string long_path = "D:\\" + std::string(33000, 'f') + "\\n.max";
+    const std::string long_scene = "D:\\" + long_stem + ".max";
+    const RefusedPath refused[] = {
+        {"D:\\Tower .max", IDS_SCENE_NAME_UNUSABLE},
+        {"D:\\Tower..max", IDS_SCENE_NAME_UNUSABLE},
+        {"D:\\.max", IDS_SCENE_NAME_UNUSABLE},
+        {"D:\\a\" -sdel \"b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a*.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a?.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a<b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a>b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a|b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a:b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\a\nb.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:\\work/../../planted.max", IDS_SCENE_PATH_CHARACTERS},
+        {long_scene.c_str(), IDS_SCENE_NAME_TOO_LONG},
+        {long_path.c_str(), IDS_SCENE_NAME_TOO_LONG},
+    };
+    for (const RefusedPath& row : refused) {
+        SCOPED_TRACE(std::string(row.path).substr(0, 40));
+        config.sceneFile = row.path;
+        const std::size_t mark = tarvo_test::log_mark("qfx_data");
+        EXPECT_FALSE(prepare());
+        EXPECT_EQ(tarvo::ArchiveRefusalText(config), row.text_id);
+        const auto lines = tarvo_test::log_lines_since("qfx_data", mark);
+        ASSERT_EQ(lines.size(), 1u);
+        EXPECT_EQ(lines.front().find("[ERROR] The scene is not packed: "), 0u);
+    }
+}
+
+TEST_F(SceneArchive, LongestNameIsPacked) {
+    config.sceneFile = "D:\\" + std::string(245, 'n') + ".max";
+    EXPECT_TRUE(prepare());
+    // The first characters of a path that Windows does not touch.
+    config.sceneFile = "\\\\?\\D:\\n.max";
+    EXPECT_TRUE(prepare());
+}
+
+TEST_F(SceneArchive, HalfOfASurrogatePairIsRefused) {
+    const std::wstring half = std::wstring(L"D:\\work\\a") + static_cast<wchar_t>(0xD83D) + L"b.max";
+    test_host().file_path = half;
+    config.sceneFile = tarvo::WideToUtf8(half);
+    EXPECT_FALSE(prepare());
+    EXPECT_EQ(tarvo::ArchiveRefusalText(config), static_cast<unsigned>(IDS_SCENE_PATH_CHARACTERS));
+    // A file that really is called so, and a pair that is whole.
+    test_host().file_path = tarvo::Utf8ToWide(config.sceneFile);
+    EXPECT_TRUE(prepare());
+    config.sceneFile = "D:\\work\\\xF0\x9F\x98\x80.max";
+    test_host().file_path = tarvo::Utf8ToWide(config.sceneFile);
+    EXPECT_TRUE(prepare());
+    // Saved under a name that was typed: the host's path of before no longer matters.
+    test_host().file_path = half;
+    EXPECT_TRUE(prepare());
 }
 
 TEST_F(SceneArchive, SameSecondSameArchive) {

@@ -120,4 +120,26 @@ TEST(Text, ContainsAnyOf) {
     EXPECT_EQ(ContainsAnyOf(L"", tarvo::kForbiddenNameCharacters), 0);
 }
 
+TEST(Text, HalfOfASurrogatePairIsFound) {
+    const wchar_t high = static_cast<wchar_t>(0xD83D);
+    const wchar_t low = static_cast<wchar_t>(0xDE00);
+    const std::wstring pair = {high, low};
+    for (const std::wstring& whole : {std::wstring(), std::wstring(L"ab"), pair, L"a" + pair + pair + L"b"}) {
+        EXPECT_FALSE(tarvo::HasLoneSurrogate(whole));
+    }
+    for (const std::wstring& half : {std::wstring(1, high), std::wstring(1, low), pair + high, pair + low,
+                                     std::wstring({low, high}), std::wstring({high, L'a', low})}) {
+        EXPECT_TRUE(tarvo::HasLoneSurrogate(half));
+    }
+}
+
+#ifdef _WIN32
+// Best fit would make quotation marks, a backslash, slashes, an asterisk and a colon of these.
+TEST(Text, NothingIsBestFitted) {
+    const std::string ansi = tarvo::Utf8ToAnsi("\xEF\xBC\x82\xCA\xBA\xEF\xBC\xBC\xEF\xBC\x8F\xE2\x81\x84"
+                                               "\xEF\xBC\x8A\xEF\xBC\x9A\xC4\x81\xE2\x88\x95");
+    EXPECT_EQ(ansi.find_first_of("\"\\/*:a"), std::string::npos) << ansi;
+}
+#endif
+
 } // namespace

@@ -81,6 +81,31 @@ HINTERNET WINAPI keep_connect(HINTERNET session, LPCWSTR server, INTERNET_PORT p
     return connection;
 }
 
+// As on Windows: an empty name is no server's. Wine takes it for this machine.
+HINTERNET WINAPI refuse_empty_name(HINTERNET session, LPCWSTR server, INTERNET_PORT port, DWORD reserved) {
+    if (server == nullptr || *server == L'\0') {
+        fail();
+        return nullptr;
+    }
+    return keep_connect(session, server, port, reserved);
+}
+
+// What is there at the moment the document is removed.
+std::vector<std::string> g_lines_at_removal;
+std::size_t g_mark = 0;
+std::size_t g_boxes_at_removal = 0;
+TestBoxes* g_boxes = nullptr;
+int note_removal(const wchar_t* path) {
+    g_lines_at_removal = tarvo_test::log_lines_since("qfx_http", g_mark);
+    g_boxes_at_removal = g_boxes->shown.size();
+    return ::DeleteFileW(path) != FALSE ? 0 : -1;
+}
+
+// The same at the moment the box is up.
+std::vector<std::string> g_lines_at_box;
+bool g_document_at_box = false;
+std::wstring g_document;
+
 class BrokenLink : public ClientLink {
 protected:
     BrokenLink() {
@@ -117,6 +142,32 @@ TEST_F(BrokenLink, ConnectionCannotBeMade) {
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines[0], line("Http connect error! ErrorCode: "));
     EXPECT_EQ(g_closed.size(), 1u);
+}
+
+TEST_F(BrokenLink, NoAddressReachesNobody) {
+    config.clientIp.clear();
+    post_with("WinHttpConnect", reinterpret_cast<void*>(&refuse_empty_name));
+    expect_given_up();
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0], line("Http connect error! ErrorCode: "));
+}
+
+TEST_F(BrokenLink, BoxThenLinesThenRemoval) {
+    g_mark = tarvo_test::log_mark("qfx_http");
+    g_boxes = &boxes;
+    g_document = config.jsonPath;
+    boxes.on_show = [](const TestBox&) {
+        g_lines_at_box = tarvo_test::log_lines_since("qfx_http", g_mark);
+        g_document_at_box = tarvo::PathExists(g_document);
+    };
+    const PatchedImport removal("msvcrt.dll", "_wremove", reinterpret_cast<void*>(&note_removal));
+    ASSERT_TRUE(removal.installed());
+    post_with("WinHttpConnect", reinterpret_cast<void*>(&no_connection));
+    expect_given_up();
+    EXPECT_EQ(g_lines_at_box, std::vector<std::string>{line("Http connect error! ErrorCode: ")});
+    EXPECT_TRUE(g_document_at_box);
+    EXPECT_EQ(g_lines_at_removal, lines);
+    EXPECT_EQ(g_boxes_at_removal, 1u);
 }
 
 TEST_F(BrokenLink, RequestCannotBeOpened) {

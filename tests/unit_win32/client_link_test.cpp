@@ -49,17 +49,6 @@ TEST_F(ClientLink, NobodyListens) {
     EXPECT_EQ(lines.front(), "[ERROR] WinHttpSendRequesterror, code is 12029");
 }
 
-// Windows refuses the connect, Wine the send; the user sees the same.
-TEST_F(ClientLink, NoAddress) {
-    config.clientIp.clear();
-    post(0);
-    expect_given_up();
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_TRUE(lines.front().find("[ERROR] Http connect error! ErrorCode: ") == 0 ||
-                lines.front().find("[ERROR] WinHttpSendRequesterror, code is ") == 0)
-        << lines.front();
-}
-
 TEST_F(ClientLink, DocumentInAFolderThatTheCodePageLacks) {
     const std::wstring own_folder = folder + L"/\x0531\x0532";
     ::DeleteFileW(config.jsonPath.c_str());

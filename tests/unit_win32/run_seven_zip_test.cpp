@@ -1,26 +1,24 @@
-// The scene through the real 7z.exe and back. TARVO_SEVEN_ZIP names the folder that holds 7z.exe and 7z.dll.
+// The scene through the real 7z.exe and back, and what the log says of it.
 #include "submit/scene_archive.h"
 
 #include "common/platform.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
 #include "submit/client_configuration.h"
-#include "tests/support/patience.h"
+#include "tests/support/seven_zip_program.h"
 #include "tests/support/test_folder.h"
+#include "tests/support/test_host.h"
 #include "tests/support/wide_file.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <cstdlib>
 #include <vector>
 
 namespace {
 
 using tarvo_test::eventually;
-
-constexpr UINT kChineseCodePage = 936;
 
 std::string scene_content() {
     std::string content;
@@ -36,6 +34,7 @@ class SevenZip : public ::testing::Test {
 protected:
     SevenZip() {
         tarvo_test::plugin_folder();
+        reset_test_host();
         tarvo::LoadClientConfiguration(scene, config);
         wchar_t temporary[MAX_PATH] = {};
         ::GetTempPathW(MAX_PATH, temporary);
@@ -45,32 +44,18 @@ protected:
     }
     ~SevenZip() override { ::DeleteFileW(tarvo::Utf8ToWide(config.archivePath).c_str()); }
 
-    // The system holds a program's file a little longer than the program runs.
-    static bool copy(const std::wstring& from, const std::wstring& to) {
-        return eventually([&] { return ::CopyFileW(from.c_str(), to.c_str(), FALSE) != 0; });
-    }
-
-    void install_program() {
-        const char* source = std::getenv("TARVO_SEVEN_ZIP");
-        ASSERT_NE(source, nullptr) << "TARVO_SEVEN_ZIP is not set";
-        const std::wstring from = tarvo::Utf8ToWide(source) + L"\\";
-        const std::wstring to = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/7-Zip/";
-        ::CreateDirectoryW(to.c_str(), nullptr);
-        for (const wchar_t* name : {L"7z.exe", L"7z.dll"}) {
-            ASSERT_TRUE(copy(from + name, to + name)) << ::GetLastError();
-        }
-    }
-
     // Packs a scene of this name (without extension); false when the name is refused.
     bool pack(const std::wstring& name) {
         const std::wstring file = work + L"\\" + name + L".max";
         tarvo_test::write_wide_file(file, scene_content());
         config.sceneFile = tarvo::WideToUtf8(file);
         const std::string copy = config.sceneFile;
+        const std::size_t mark = tarvo_test::log_mark("qfx_data");
         if (!tarvo::PrepareSceneArchive(scene, copy, std::string(), std::wstring(), config)) {
             return false;
         }
         tarvo::RunSevenZip(scene, copy, config);
+        lines = tarvo_test::log_lines_since("qfx_data", mark);
         return true;
     }
 
@@ -108,31 +93,27 @@ protected:
     tarvo::SceneData scene;
     tarvo::PluginConfig config;
     std::wstring work;
+    std::vector<std::string> lines; // of the last packing
 };
 
 TEST_F(SevenZip, SceneComesBackUnchanged) {
-    ASSERT_NO_FATAL_FAILURE(install_program());
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
     for (const wchar_t* name : {L"Tower", L"Tower.final", L"two  blanks", L"a & b", L"100%", L"%TEMP%",
                                 L"(1)", L"wow! !x!", L"a'b`c^d", L"-mx=9", L"@list", L"[x]{y}", L"a;b,c=d"}) {
         expect_round_trip(name);
     }
 }
 
-// The name goes through the system's code page and back through 936: only where both are the same does it
-// survive. Elsewhere it is refused rather than packed under half a name.
-TEST_F(SevenZip, NamesBeyondAscii) {
-    ASSERT_NO_FATAL_FAILURE(install_program());
-    if (::GetACP() == kChineseCodePage) {
-        expect_round_trip(L"\x5927\x5385");
-        expect_round_trip(L"\x573A\x666F 2 & (\x526F\x672C)");
-    } else {
-        EXPECT_FALSE(pack(L"caf\x00E9"));
-        EXPECT_FALSE(archive_exists());
+TEST_F(SevenZip, NamesBeyondTheCodePage) {
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
+    for (const wchar_t* name : {L"caf\x00E9", L"H\x0101lle", L"\x5927\x5385 2 & (\x526F\x672C)",
+                                L"\xD83D\xDE00", L"x\xFF02 -sdel -- \xFF02"}) {
+        expect_round_trip(name);
     }
 }
 
 TEST_F(SevenZip, ArchiveIsReadyWhenTheCallReturns) {
-    ASSERT_NO_FATAL_FAILURE(install_program());
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
     ASSERT_TRUE(pack(L"ready"));
     const std::string bytes = tarvo_test::read_wide_file(tarvo::Utf8ToWide(config.archivePath));
     ASSERT_GT(bytes.size(), 32u);
@@ -140,7 +121,7 @@ TEST_F(SevenZip, ArchiveIsReadyWhenTheCallReturns) {
 }
 
 TEST_F(SevenZip, RefusedNameIsNotPacked) {
-    ASSERT_NO_FATAL_FAILURE(install_program());
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
     EXPECT_FALSE(pack(L"Tower "));
     EXPECT_FALSE(pack(L"Tower."));
     EXPECT_FALSE(pack(L""));
@@ -150,19 +131,52 @@ TEST_F(SevenZip, RefusedNameIsNotPacked) {
 // The program's path is not quoted: a program by the name of its first word is taken for it.
 // docs/threat-model.md says why this stays.
 TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
-    ASSERT_NO_FATAL_FAILURE(install_program());
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
     const std::wstring other = tarvo::CommonAppDataFolder() + L"/Tarvo.exe";
-    ASSERT_TRUE(copy(config.sevenZipExe, other)) << ::GetLastError();
+    ASSERT_TRUE(tarvo_test::copy_patiently(config.sevenZipExe, other)) << ::GetLastError();
     EXPECT_TRUE(pack(L"mistaken"));
     EXPECT_FALSE(archive_exists());
     EXPECT_TRUE(eventually([&other] { return ::DeleteFileW(other.c_str()) != 0; })) << ::GetLastError();
     expect_round_trip(L"mistaken");
 }
 
-TEST_F(SevenZip, MissingProgramIsSilent) {
+TEST_F(SevenZip, AnswerAndSizeAreLogged) {
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
+    ASSERT_TRUE(pack(L"logged"));
+    const std::string bytes = tarvo_test::read_wide_file(tarvo::Utf8ToWide(config.archivePath));
+    EXPECT_EQ(lines,
+              std::vector<std::string>{"[INFO] 7-Zip packed the scene. Exit code: 0, bytes in the archive: " +
+                                       std::to_string(bytes.size())});
+}
+
+TEST_F(SevenZip, SceneThatCannotBeReadIsLogged) {
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
+    tarvo_test::write_wide_file(work + L"\\held.max", scene_content());
+    const tarvo::FileHandle held(::CreateFileW((work + L"\\held.max").c_str(), GENERIC_READ | GENERIC_WRITE,
+                                               0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(static_cast<bool>(held));
+    ASSERT_TRUE(pack(L"held"));
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(
+        lines.front().find("[ERROR] 7-Zip did not pack the scene! Exit code: 1, bytes in the archive: "), 0u)
+        << lines.front();
+}
+
+TEST_F(SevenZip, FolderThatIsMissingIsLogged) {
+    ASSERT_NO_FATAL_FAILURE(tarvo_test::install_seven_zip());
+    tarvo_test::write_wide_file(work + L"\\no folder", "a file stands where the folder belongs");
+    config.compressDir = work + L"\\no folder";
+    ASSERT_TRUE(pack(L"nowhere"));
+    EXPECT_EQ(lines,
+              std::vector<std::string>{
+                  "[ERROR] 7-Zip did not pack the scene! Exit code: 2, bytes in the archive: no archive"});
+}
+
+TEST_F(SevenZip, MissingProgramIsLogged) {
     config.sevenZipExe = tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/7-Zip/not there/7z.exe";
     ASSERT_TRUE(pack(L"alone"));
     EXPECT_FALSE(archive_exists());
+    EXPECT_EQ(lines, std::vector<std::string>{"[ERROR] 7-Zip was not started! ErrorCode: 2"});
 }
 
 } // namespace

@@ -197,23 +197,58 @@ TEST_F(SubmitDocumentFile, FileThatCannotBeOpened) {
 }
 
 // A full disk: the runtime takes part of the text only.
-std::size_t short_write(const void*, std::size_t, std::size_t, std::FILE*) {
+std::size_t short_write(const void*, std::size_t, std::size_t, std::FILE* file) {
+    std::fputc('{', file);
+    errno = ENOSPC;
     return 1;
 }
 
-TEST_F(SubmitDocumentFile, TornFileIsRemovedAndNotReported) {
-    std::wstring analysis = L"{}";
-    scene.set_analysis_text(analysis);
-    bool written = false;
-    {
-        const tarvo_test::PatchedImport patch("msvcrt.dll", "fwrite", reinterpret_cast<void*>(&short_write));
-        ASSERT_TRUE(patch.installed());
-        written = WriteSubmitDocument(scene, owner(), config, kGuid, body);
+// The same when the rest of the buffer is written.
+int failing_close(std::FILE* file) {
+    const auto real =
+        reinterpret_cast<int (*)(std::FILE*)>(::GetProcAddress(::GetModuleHandleW(L"msvcrt.dll"), "fclose"));
+    real(file);
+    errno = ENOSPC;
+    return EOF;
+}
+
+TEST_F(SubmitDocumentFile, TornFileStaysIsAnnouncedAndLoggedAsTorn) {
+    const struct {
+        const char* function;
+        void* replacement;
+    } tears[] = {{"fwrite", reinterpret_cast<void*>(&short_write)},
+                 {"fclose", reinterpret_cast<void*>(&failing_close)}};
+    for (const auto& tear : tears) {
+        SCOPED_TRACE(tear.function);
+        std::wstring analysis = L"{}";
+        scene.set_analysis_text(analysis);
+        config.jsonPath = folder;
+        body.clear();
+        const std::size_t mark = tarvo_test::log_mark("qfx_data");
+        bool written = false;
+        {
+            const tarvo_test::PatchedImport patch("msvcrt.dll", tear.function, tear.replacement);
+            ASSERT_TRUE(patch.installed());
+            written = WriteSubmitDocument(scene, owner(), config, kGuid, body);
+        }
+        EXPECT_TRUE(written);
+        EXPECT_TRUE(boxes.shown.empty());
+        EXPECT_EQ(config.jsonPath, document());
+        EXPECT_NE(body.find("filePath"), std::string::npos);
+        EXPECT_TRUE(tarvo::PathExists(document())) << "the path that is announced";
+        EXPECT_EQ(tarvo_test::log_lines_since("qfx_data", mark),
+                  std::vector<std::string>{"[ERROR] The json file was not written to its end: " +
+                                           tarvo::WideToLocale(document()) + ", No space left on device"});
+        ::DeleteFileW(document().c_str());
     }
-    EXPECT_TRUE(written);
-    EXPECT_TRUE(boxes.shown.empty());
-    EXPECT_EQ(config.jsonPath, document());
-    EXPECT_FALSE(tarvo::PathExists(document()));
+}
+
+TEST_F(SubmitDocumentFile, FramesAreCheckedBeforeTheVersionsType) {
+    EXPECT_FALSE(write_analysis(R"({"start_frame": "-1", "app_version": ["2019"]})"));
+    expect_failure(IDS_START_FRAME_NEGATIVE, "Start frame be less than 0 when submiting!");
+    boxes.shown.clear();
+    EXPECT_FALSE(write_analysis(R"({"end_frame": "-1", "app_version": {}})"));
+    expect_failure(IDS_END_FRAME_NEGATIVE, "End frame be less than 0 when submiting!");
 }
 
 } // namespace

@@ -106,6 +106,10 @@ unsigned long LastErrorCode() {
     return static_cast<unsigned long>(errno);
 }
 
+bool HasDoubleByteConsole() {
+    return false;
+}
+
 void SleepMilliseconds(unsigned milliseconds) {
     if (g_sleep != nullptr) {
         g_sleep(milliseconds);

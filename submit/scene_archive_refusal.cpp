@@ -1,0 +1,108 @@
+#include "submit/scene_archive_refusal.h"
+
+#include "common/own_file.h"
+#include "common/text.h"
+#include "host/host.h"
+#include "resources/resource_ids.h"
+#include "submit/scene_archive.h"
+
+#include <algorithm>
+
+namespace tarvo {
+
+namespace {
+
+// Windows' limits, in UTF-16 units: the name of one file, and a command line with its closing zero. The
+// system may put quotation marks around the program's path.
+constexpr std::wstring::size_type kLongestFileName = 255;
+constexpr std::wstring::size_type kLongestCommandLine = 32767 - 1 - 2;
+
+struct RefusalTexts {
+    ArchiveRefusal refusal;
+    unsigned text_id;
+    const char* log_text;
+};
+
+constexpr RefusalTexts kRefusals[] = {
+    {ArchiveRefusal::unusable_name, IDS_SCENE_NAME_UNUSABLE,
+     "The scene is not packed: before the extension its name is empty or ends with a blank or a full stop."},
+    {ArchiveRefusal::impossible_character, IDS_SCENE_PATH_CHARACTERS,
+     "The scene is not packed: its path has half of a surrogate pair, a character that no file name can "
+     "have, or steps up to another folder."},
+    {ArchiveRefusal::too_long, IDS_SCENE_NAME_TOO_LONG,
+     "The scene is not packed: its name or its path is too long."},
+    {ArchiveRefusal::name_taken, IDS_ARCHIVE_NAME_TAKEN,
+     "The scene is not packed: what lies under the archive's name cannot be removed, error code is "},
+};
+
+const RefusalTexts& texts_of(ArchiveRefusal refusal) {
+    for (const RefusalTexts& row : kRefusals) {
+        if (row.refusal == refusal) {
+            return row;
+        }
+    }
+    return kRefusals[0]; // the text that a refusal has always had
+}
+
+// In front of "C:\": the form of a path that is passed on unchecked.
+std::wstring::size_type drive_start(const std::wstring& path) {
+    constexpr const wchar_t* kUnchecked = L"\\\\?\\";
+    return path.compare(0, 4, kUnchecked) == 0 ? 4 : 0;
+}
+
+// 7-Zip ends an argument at a quotation mark, and takes '*' and '?' for wildcards and what follows a colon
+// for a file's second stream. No file has such a name, but a name can be typed.
+bool has_impossible_character(const std::wstring& path) {
+    const std::wstring::size_type start = drive_start(path);
+    for (std::wstring::size_type at = start; at < path.size(); ++at) {
+        const wchar_t unit = path[at];
+        const bool drive_colon = unit == L':' && at == start + 1;
+        const bool forbidden = std::wstring(L"\"*:<>?|").find(unit) != std::wstring::npos;
+        if (unit < L' ' || (forbidden && !drive_colon)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool lost_a_surrogate(const PluginConfig& config, const std::wstring& host_path) {
+    return HasLoneSurrogate(host_path) && WideToUtf8(host_path) == config.sceneFile;
+}
+
+// The stem of a path with backslashes keeps its slashes: with ".." among them the archive would lie outside
+// the compress folder.
+bool steps_up(const std::wstring& stem) {
+    return (L"/" + stem + L"/").find(L"/../") != std::wstring::npos;
+}
+
+} // namespace
+
+ArchiveRefusal FindArchiveRefusal(const PluginConfig& config, const std::wstring& host_path) {
+    const std::wstring stem = Utf8ToWide(ArchiveStem(config.sceneFile));
+    const std::wstring archive = Utf8ToWide(config.archivePath);
+    if (!IsUsableArchiveStem(stem)) {
+        return ArchiveRefusal::unusable_name;
+    }
+    if (lost_a_surrogate(config, host_path) || has_impossible_character(Utf8ToWide(config.sceneFile)) ||
+        steps_up(stem)) {
+        return ArchiveRefusal::impossible_character;
+    }
+    const std::wstring::size_type file_name =
+        archive.size() - std::min(archive.size(), archive.rfind(L'/') + 1);
+    if (file_name > kLongestFileName || PackCommandLine(config).size() > kLongestCommandLine) {
+        return ArchiveRefusal::too_long;
+    }
+    return ArchiveRefusal::none;
+}
+
+unsigned ArchiveRefusalText(const PluginConfig& config) {
+    const ArchiveRefusal refusal = FindArchiveRefusal(config, CurrentHost().current_file_path());
+    const bool taken = refusal == ArchiveRefusal::none && IsNameTaken(Utf8ToWide(config.archivePath));
+    return texts_of(taken ? ArchiveRefusal::name_taken : refusal).text_id;
+}
+
+const char* ArchiveRefusalLogText(ArchiveRefusal refusal) {
+    return texts_of(refusal).log_text;
+}
+
+} // namespace tarvo

@@ -60,6 +60,7 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"delete_file", &Steps::remove},
     {"lock_file", &Steps::lock},
     {"unlock_file", &Steps::unlock},
+    {"plant_archives", &Steps::plant_archives},
     {"restart", &Steps::restart},
     {"run_script", &Steps::run_script},
     {"fail_next_read", &Steps::fail_next_read},

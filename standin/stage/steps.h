@@ -94,6 +94,7 @@ private:
     void remove(const Json::Value& arguments);
     void lock(const Json::Value& arguments);
     void unlock(const Json::Value& arguments);
+    void plant_archives(const Json::Value& arguments);
     void restart(const Json::Value& arguments);
     void fail_next_read(const Json::Value& arguments);
     void fail_next_copy(const Json::Value& arguments);

@@ -9,6 +9,8 @@
 #include "standin/stage/wide_text.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <ctime>
 
 namespace stage {
 
@@ -50,6 +52,17 @@ FoundItem find_item(HMENU menu, const std::wstring& title) {
         }
     }
     return item;
+}
+
+// The six characters that anybody can work out for a second to come.
+std::wstring archive_tag(unsigned second) {
+    const std::wstring alphabet = L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    std::srand(second);
+    std::wstring tag;
+    while (tag.size() < 6) {
+        tag += alphabet[static_cast<std::size_t>(std::rand()) % alphabet.size()];
+    }
+    return tag;
 }
 
 } // namespace
@@ -202,6 +215,22 @@ void Steps::lock(const Json::Value& arguments) {
 void Steps::unlock(const Json::Value& arguments) {
     if (locks_.erase(named_file(arguments)) == 0) {
         throw StepFailure{"a locked file", "it is not locked"};
+    }
+}
+
+// Under each name that an archive of this stem gets in the coming seconds.
+void Steps::plant_archives(const Json::Value& arguments) {
+    const std::wstring start =
+        joined(run_.data.path(), L"compress\\" + to_wide(arguments["stem"].asString()) + L"_");
+    const bool as_folder = arguments["as"].asString() == "folder";
+    const std::time_t now = std::time(nullptr);
+    for (int ahead = 0; ahead < arguments["seconds"].asInt(); ++ahead) {
+        const std::wstring name = start + archive_tag(static_cast<unsigned>(now + ahead)) + L".7z";
+        const std::wstring file = as_folder ? joined(name, L"planted.txt") : name;
+        if (!make_folder(folder_of(file)) || !write_file(file, "planted")) {
+            throw StepFailure{"a planted archive", to_utf8(file) + " could not be written"};
+        }
+        ::SetFileAttributesW(file.c_str(), as_folder ? FILE_ATTRIBUTE_NORMAL : FILE_ATTRIBUTE_READONLY);
     }
 }
 

@@ -64,7 +64,7 @@ protected:
     std::string unpacked(const std::wstring& name) {
         const std::wstring result = work + L"\\out\\" + name + L".max";
         ::DeleteFileW(result.c_str());
-        std::wstring command = L"\"" + config.sevenZipExe + L"\" x -y -o\"" + work + L"\\out\" \"" +
+        std::wstring command = L"\"" + config.sevenZipExe + L"\" x -y -sccUTF-8 -o\"" + work + L"\\out\" \"" +
                                tarvo::Utf8ToWide(config.archivePath) + L"\"";
         std::vector<wchar_t> line(command.c_str(), command.c_str() + command.size() + 1);
         STARTUPINFOW startup = {};

@@ -49,6 +49,19 @@ TEST_F(ClientLink, NobodyListens) {
     EXPECT_EQ(lines.front(), "[ERROR] WinHttpSendRequesterror, code is 12029");
 }
 
+// docs/threat-model.md says so: the paths go where the answer sends them.
+TEST_F(ClientLink, TemporaryRedirectMovesTheWholeRequest) {
+    RawServer elsewhere([](SOCKET connection) { say(connection, http_reply("{\"ret\":10001}")); });
+    const std::string address = "http://127.0.0.1:" + std::to_string(elsewhere.port()) + "/";
+    RawServer server([&address](SOCKET connection) {
+        say(connection, "HTTP/1.1 307 Temporary Redirect\r\nLocation: " + address +
+                            "\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+    });
+    post(server.port());
+    EXPECT_EQ(elsewhere.body(), kBody);
+    expect_accepted();
+}
+
 TEST_F(ClientLink, DocumentInAFolderThatTheCodePageLacks) {
     const std::wstring own_folder = folder + L"/\x0531\x0532";
     ::DeleteFileW(config.jsonPath.c_str());

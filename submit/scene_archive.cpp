@@ -106,7 +106,7 @@ bool PrepareSceneArchive(SceneData& scene, std::string, std::string arguments, s
     arguments = PackArguments(Utf8ToAnsi(config.archivePath), Utf8ToAnsi(config.sceneFile));
     config.packArguments = std::move(arguments);
 
-    const ArchiveRefusal refusal = FindArchiveRefusal(config, CurrentHost().current_file_path());
+    const ArchiveRefusal refusal = FindArchiveRefusal(config, SceneFilePath());
     if (refusal != ArchiveRefusal::none) {
         return refused(scene, refusal);
     }

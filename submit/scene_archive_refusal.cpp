@@ -96,7 +96,7 @@ ArchiveRefusal FindArchiveRefusal(const PluginConfig& config, const std::wstring
 }
 
 unsigned ArchiveRefusalText(const PluginConfig& config) {
-    const ArchiveRefusal refusal = FindArchiveRefusal(config, CurrentHost().current_file_path());
+    const ArchiveRefusal refusal = FindArchiveRefusal(config, SceneFilePath());
     const bool taken = refusal == ArchiveRefusal::none && IsNameTaken(Utf8ToWide(config.archivePath));
     return texts_of(taken ? ArchiveRefusal::name_taken : refusal).text_id;
 }

@@ -27,8 +27,8 @@ void log_outcome(DWORD exit_code, const std::wstring& archive, Logger& log) {
 } // namespace
 
 void RunSevenZip(SceneData& scene, std::string, const PluginConfig& config) {
-    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the path up
-    // to each blank in turn. CreateProcessW writes into the command line while it does so.
+    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the
+    // path up to each blank in turn. CreateProcessW writes into the command line while it does so.
     const std::wstring text = PackCommandLine(config);
     std::vector<wchar_t> command_line(text.c_str(), text.c_str() + text.size() + 1);
 

@@ -25,7 +25,7 @@ constexpr char kConsoleSwitch[] = " -sccUTF-8";
 
 template <class Text>
 Text quoted(const Text& path) {
-    const char kBefore[] = {' ', '"'};
+    constexpr char kBefore[] = {' ', '"'};
     Text argument(std::begin(kBefore), std::end(kBefore));
     argument += path;
     argument += '"';

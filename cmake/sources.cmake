@@ -22,6 +22,7 @@ set(TARVO_HOST_SDK
     host/ratio_spinner.cpp)
 
 set(TARVO_SCENE_PORTABLE
+    scene/analysis_codes.cpp
     scene/analysis_reader.cpp
     scene/analysis_run.cpp
     scene/camera_name.cpp

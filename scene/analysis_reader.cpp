@@ -6,6 +6,7 @@
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
+#include "scene/analysis_codes.h"
 #include "scene/camera_name.h"
 
 #include <json/value.h>
@@ -22,7 +23,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kNoticeErrorCode = 107;
 constexpr double kFullCircle = 360.0; // degrees
 
 // The texts that a reading may need, loaded together at its start.
@@ -193,7 +193,9 @@ private:
             return;
         }
         for_each_entry(errors["error_code"], [this](const Json::Value& entry) {
-            if (DecimalInt(entry["code"].asString()) == kNoticeErrorCode) {
+            const int code = DecimalInt(entry["code"].asString());
+            log_.Write(AnalysisCodeLine(code), kWarn);
+            if (code == kIncompleteAnalysis) {
                 add_notice(texts_.error_107);
             }
             return true;

@@ -69,8 +69,9 @@ Value real_arithmetic(char16_t operation, const Value& first, float one, float o
         return Value::real(one / other);
     default: {
         const double power = std::pow(static_cast<double>(one), static_cast<double>(other));
+        // The result has the base's kind; an Integer is rounded.
         return first.is(Kind::real) ? Value::real(static_cast<float>(power))
-                                    : Value::integer(cut_to_integer(power));
+                                    : Value::integer(cut_to_integer(std::round(power)));
     }
     }
 }

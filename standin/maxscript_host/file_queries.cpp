@@ -3,6 +3,7 @@
 #include "standin/scene/scene_text.h"
 
 #include <limits>
+#include <set>
 
 namespace maxscript_host {
 
@@ -48,12 +49,42 @@ std::vector<Value> tracked_files(const SceneHost& host) {
     if (!model.render.output_file.empty()) {
         files.push_back(Value::string(text_of(model.render.output_file)));
     }
+    for (const auto& scene : host.used_by) {
+        for (const Text& name : scene.second) {
+            files.push_back(Value::string(name));
+        }
+    }
     return files;
 }
 
 void install_tracker(Interpreter& interpreter, SceneHost& host) {
     auto tracker = std::make_shared<HostInterface>(u"ATSOps");
+    tracker->add_property(
+        u"Silent", [&host] { return Value::boolean(host.tracker_is_silent); },
+        [&host](const Value& value) { host.tracker_is_silent = value.as_boolean(); });
+    tracker->add_property(
+        u"CheckNetworkPaths", [&host] { return Value::boolean(host.tracker_checks_network); },
+        [&host](const Value& value) { host.tracker_checks_network = value.as_boolean(); });
+    // Only what the file names itself; the third argument takes the names.
+    tracker->add(u"GetDependentFiles", 3, 3, {}, [&interpreter, &host](Arguments& arguments) {
+        answer_or_fail(interpreter, host, u"ATSOps.GetDependentFiles");
+        std::vector<Value> files;
+        const auto used = host.used_by.find(maxscript::folded(arguments.text(0)));
+        if (used != host.used_by.end()) {
+            for (const Text& name : used->second) {
+                files.push_back(Value::string(name));
+            }
+        } else if (maxscript::folded(arguments.text(0)) == maxscript::folded(text_of(host.model.path))) {
+            for (const ReferencedFile& file : host.model.references) {
+                files.push_back(Value::string(text_of(file.named)));
+            }
+        }
+        const std::size_t count = files.size();
+        arguments.set_reference(2, Value::array(std::move(files)));
+        return Value::integer(static_cast<std::int32_t>(count));
+    });
     tracker->add(u"Refresh", 0, 0, {}, [&interpreter, &host](Arguments&) {
+        host.loud_refreshes += host.tracker_is_silent && !host.tracker_checks_network ? 0 : 1;
         answer_or_fail(interpreter, host, u"ATSOps.Refresh");
         return Value::ok();
     });
@@ -115,7 +146,18 @@ void install_assets(Interpreter& interpreter, SceneHost& host) {
     interpreter.globals().add_constant(u"AssetManager", Value::object(manager));
 }
 
-// enumerateFiles [object] function [argument] [#flag]...
+// enumerateFiles [object] function [argument] [#flag]... Without a flag it is all files.
+bool is_wanted(const Arguments& arguments, const ReferencedFile& file) {
+    bool has_flags = false;
+    bool wants_video_post = false;
+    for (std::size_t i = 0; i < arguments.count(); ++i) {
+        has_flags = has_flags || arguments[i].is(Kind::name);
+        wants_video_post =
+            wants_video_post || (arguments[i].is(Kind::name) && arguments.name(i) == u"videopost");
+    }
+    return !is_destination(file) && (file.kind != L"VideoPost" || !has_flags || wants_video_post);
+}
+
 Value enumerate_files(Arguments& arguments, const SceneHost& host) {
     std::size_t at = 0;
     while (at < arguments.count() && !arguments[at].is_callable()) {
@@ -126,7 +168,7 @@ Value enumerate_files(Arguments& arguments, const SceneHost& host) {
     }
     const bool has_argument = at + 1 < arguments.count() && !arguments[at + 1].is(Kind::name);
     for (const ReferencedFile& file : host.model.references) {
-        if (!is_destination(file)) {
+        if (is_wanted(arguments, file)) {
             std::vector<Value> given = {Value::string(text_of(file.named))};
             if (has_argument) {
                 given.push_back(arguments[at + 1]);
@@ -202,6 +244,21 @@ public:
         }
         return Text();
     }
+    // The folders themselves, each once.
+    std::vector<Text> folders(Interpreter& interpreter, const SceneModel& model) {
+        std::vector<Text> found;
+        std::set<Text> known;
+        for (const ReferencedFile& file : model.references) {
+            const Text path = text_of(file.found);
+            const std::size_t slash = path.find_last_of(u"\\/");
+            if (slash != Text::npos && file.found != file.named &&
+                known.insert(path.substr(0, slash)).second) {
+                found.push_back(path.substr(0, slash));
+            }
+        }
+        interpreter.charge(model.references.size());
+        return found;
+    }
 
 private:
     void read(const SceneModel& model) {
@@ -222,8 +279,22 @@ void install_map_folders(Interpreter& interpreter, SceneHost& host) {
     auto map_folders = std::make_shared<MapFolders>();
     folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"mapPaths.getFullFilePath");
+        ++host.map_path_queries;
         const Text found = map_folders->find(interpreter, host.model, arguments.text(0));
         return found.empty() && host.undefined_map_paths ? Value() : Value::string(found);
+    });
+    folders->add(u"count", 0, 0, {}, [&interpreter, &host, map_folders](Arguments&) {
+        answer_or_fail(interpreter, host, u"mapPaths.count");
+        return Value::integer(
+            static_cast<std::int32_t>(map_folders->folders(interpreter, host.model).size()));
+    });
+    folders->add(u"get", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
+        const std::vector<Text> all = map_folders->folders(interpreter, host.model);
+        const std::int32_t index = arguments.integer(0);
+        if (index < 1 || static_cast<std::size_t>(index) > all.size()) {
+            arguments.fail(u"-- Runtime error: no such map path");
+        }
+        return Value::string(all[static_cast<std::size_t>(index) - 1]);
     });
     interpreter.globals().add_constant(u"mapPaths", Value::object(folders));
 }

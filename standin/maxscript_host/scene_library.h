@@ -24,13 +24,20 @@ using standin::SceneModel;
 // What the host knows. The model may be replaced between two runs.
 struct SceneHost {
     SceneModel model;
-    bool tracks_references = true;              // false: the tracker lists the scene and its output alone
-    bool tracker_disabled = false;              // switched off by the user
-    std::int32_t tracker_providers = 0;         // of asset tracking, such as a vault
-    bool has_assets = true;                     // false: the asset manager knows none
-    bool undefined_map_paths = false;           // a file that is in no map folder: undefined instead of ""
-    std::int32_t release = 21000;               // first item of maxVersion()
-    Text project_folder = u"C:\\Project";       // relative paths begin here
+    bool tracks_references = true;             // false: the tracker lists the scene and its output alone
+    bool tracker_disabled = false;             // switched off by the user
+    std::int32_t tracker_providers = 0;        // of asset tracking, such as a vault
+    bool has_assets = true;                    // false: the asset manager knows none
+    std::map<Text, std::vector<Text>> used_by; // by the folded name of a scene file: what it names
+    bool tracker_is_silent = false;            // ATSOps.Silent
+    bool tracker_checks_network = true;        // ATSOps.CheckNetworkPaths
+    int loud_refreshes = 0;               // how often the tracker might have asked for a login, or waited
+    bool undefined_map_paths = false;     // a file that is in no map folder: undefined instead of ""
+    std::int32_t release = 21000;         // first item of maxVersion()
+    std::int32_t milliseconds_a_time = 0; // how much later it is each time that timeStamp() is asked
+    int map_path_queries = 0;             // mapPaths.getFullFilePath
+    std::int32_t milliseconds = 0;        // what timeStamp() says
+    Text project_folder = u"C:\\Project"; // relative paths begin here
     std::map<Text, Text> environment_variables; // by name as it is asked for
     std::set<Text> failing;                     // folded names of queries that throw
     std::vector<Text> changes; // what scripts set, in order: a script that only asks leaves none

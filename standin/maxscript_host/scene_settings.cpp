@@ -116,6 +116,9 @@ void install_scene_settings(Interpreter& interpreter, SceneHost& host) {
     settings.add_function(u"getRenderType", 0, 0, {}, [&host](Arguments&) {
         return Value::name(maxscript::text_from_wide(host.model.render.kind));
     });
+    settings.add_function(u"timeStamp", 0, 0, {}, [&host](Arguments&) {
+        return Value::integer(host.milliseconds += host.milliseconds_a_time);
+    });
     auto gamma = std::make_shared<HostInterface>(u"IDisplayGamma");
     gamma->add_property(u"colorCorrectionMode", [&interpreter, &host] {
         answer_or_fail(interpreter, host, u"IDisplayGamma.colorCorrectionMode");

@@ -32,6 +32,7 @@ void StageScripts::start_host(const std::wstring& folder, const std::wstring& pr
     interpreter_.reset(new Interpreter(environment));
     host_ = maxscript_host::SceneHost();
     host_.environment_variables[u"ProgramData"] = maxscript::text_from_wide(program_data);
+    host_.environment_variables[u"SystemDrive"] = u"C:";
     maxscript_host::install_scene_library(*interpreter_, host_);
     infection_.install(*interpreter_);
     const std::wstring start_script = joined(folder, kStartScript);

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace tarvo_test {
@@ -43,6 +44,7 @@ ScriptedScene::ScriptedScene() {
         files.put(script_path(name), shipped_script(name));
     }
     host.environment_variables[u"ProgramData"] = u"C:\\ProgramData";
+    host.environment_variables[u"SystemDrive"] = u"C:";
 }
 
 Json::Value& ScriptedScene::renderer(const std::wstring& class_name) {
@@ -77,7 +79,6 @@ Text ScriptedScene::returned() {
     }
     EXPECT_TRUE(host.changes.empty()) << maxscript::utf8_from_text(host.changes.front());
     EXPECT_EQ(files.paths(), paths_before);
-    EXPECT_TRUE(printed_.empty()) << maxscript::utf8_from_text(printed_);
     keep(maxscript::utf8_from_text(text));
     return text;
 }
@@ -124,7 +125,13 @@ std::vector<std::string> listed(const Json::Value& list, const char* member) {
 }
 
 std::vector<std::string> error_codes(const Json::Value& analysis) {
-    return listed(analysis["errors"]["error_code"], "code");
+    std::vector<std::string> codes = listed(analysis["errors"]["error_code"], "code");
+    if (!codes.empty()) {
+        EXPECT_EQ(codes.back(), "107"); // once, behind all others
+        codes.pop_back();
+    }
+    EXPECT_EQ(std::count(codes.begin(), codes.end(), "107"), 0);
+    return codes;
 }
 
 } // namespace tarvo_test

@@ -36,6 +36,8 @@ public:
     // What that took, in steps of the language.
     std::int64_t steps() const { return steps_; }
     Json::Value analysis();
+    // What it wrote into the listener.
+    std::string printed() const { return maxscript::utf8_from_text(printed_); }
 
     // Runs a script of the plugin as the host does at its start; gives what it wrote into the listener.
     maxscript::Text run_start_script();
@@ -54,6 +56,7 @@ Json::Value parsed(const std::string& text);
 
 // The members "path", "name" or "code" of a list.
 std::vector<std::string> listed(const Json::Value& list, const char* member);
+// Without the 107 that stands behind all others.
 std::vector<std::string> error_codes(const Json::Value& analysis);
 
 } // namespace tarvo_test

@@ -117,10 +117,10 @@ TEST(AnalysisScriptFiles, LookedForWhereTheHostLooks) {
         scene.files.put(path, "content");
     }
     const Lists lists = lists_of(scene);
-    EXPECT_EQ(lists.references,
-              (Strings{"E:\\new\\moved.png", "C:\\scenes\\beside.png", "D:\\old\\gone.png",
-                       "P:\\job\\maps\\relative.png", "P:\\job\\scenes\\other.max", "P:\\job\\nowhere.png"}));
-    EXPECT_EQ(lists.missing, (Strings{"D:\\old\\gone.png", "P:\\job\\nowhere.png"}));
+    EXPECT_EQ(lists.references, (Strings{"E:\\new\\moved.png", "C:\\scenes\\beside.png", "D:\\old\\gone.png",
+                                         "P:\\job\\maps\\relative.png", "P:\\job\\scenes\\other.max",
+                                         "C:\\scenes\\nowhere.png"}));
+    EXPECT_EQ(lists.missing, (Strings{"D:\\old\\gone.png", "C:\\scenes\\nowhere.png"}));
 }
 
 TEST(AnalysisScriptFiles, ATrackerThatListsOnlyTheSceneKnowsNothing) {

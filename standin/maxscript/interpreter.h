@@ -1,4 +1,14 @@
-// Reads, checks and runs scripts of the host's script language as the host of 2019 does.
+// Reads, checks and runs the part of the host's script language that the shipped scripts use, as the host of
+// 2019 does. It refuses everything else, with file, line and column; among it:
+// - macroscripts, rollouts, utilities, plugins, menus, tools, `when`, `about`, `in`, `at`, `set`, `max`;
+// - point, matrix, colour, quaternion, ray and box values, and what is drawn or animated;
+// - object paths with wildcards, and every name that the embedder has not given (the host knows thousands);
+// - what is newer than 2019: functions as callbacks, `asArray:`, for-loops with several variables,
+// executeScriptFile;
+// - in strict settings what the host lets pass and gets wrong: undeclared names, data in a format string,
+// bytes beyond
+//   ASCII in a file.
+// Integers and floats print as the host's do, as far as its documents tell.
 //
 // An embedder gives the files, the listener window and the host's names:
 //

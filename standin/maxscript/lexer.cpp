@@ -217,6 +217,13 @@ void Lexer::read_path(const Spot& spot) {
 }
 
 void Lexer::read_symbol(const Spot& spot) {
+    // Blanks may stand between the two characters that open an array.
+    const std::size_t next = peek() == u'#' ? source_.find_first_not_of(u" \t", at_ + 1) : Text::npos;
+    if (next != Text::npos && source_[next] == u'(') {
+        at_ = next + 1;
+        add(TokenKind::symbol, spot).text = u"#(";
+        return;
+    }
     for (const char16_t* symbol : kSymbols) {
         const Text text(symbol);
         if (source_.compare(at_, text.size(), text) == 0) {

@@ -111,6 +111,15 @@ void Parser::skip_separators() {
     }
 }
 
+void Parser::skip_before(const char16_t* symbol) {
+    const std::size_t before = at_;
+    skip_separators();
+    if (!is_symbol(symbol) && !is_word(symbol)) {
+        at_ = before;
+        skip_newlines();
+    }
+}
+
 void Parser::end_statement(bool in_block) {
     const TokenKind kind = token().kind;
     if (kind == TokenKind::newline || kind == TokenKind::semicolon || (in_block && is_symbol(u")")) ||

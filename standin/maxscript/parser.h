@@ -33,6 +33,8 @@ private:
     void expect_word(const char16_t* word);
     void skip_newlines();
     void skip_separators();
+    // The same, but only when `symbol` or `word` follows; otherwise only line ends.
+    void skip_before(const char16_t* symbol);
     void end_statement(bool in_block);
     bool is_reserved(const Token& candidate) const;
     Token take_name(const char16_t* what);

@@ -229,7 +229,7 @@ void Parser::struct_members(const std::shared_ptr<StructLayout>& layout) {
                                                        : u"Syntax error: a comma before the struct's )");
         }
         struct_member(*layout);
-        skip_newlines();
+        skip_before(u",");
         if (take_symbol(u")")) {
             break;
         }

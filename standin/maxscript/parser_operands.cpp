@@ -286,7 +286,7 @@ NodePointer Parser::array() {
             skip_newlines();
         }
         node->items.push_back(expression());
-        skip_newlines();
+        skip_before(u",");
     }
     return node;
 }

@@ -99,7 +99,7 @@ NodePointer Parser::if_statement() {
         branch.body = expression();
         node->branches.push_back(std::move(branch));
         const std::size_t before = at_;
-        skip_newlines();
+        skip_before(u"else");
         if (!may_have_else || !take_word(u"else")) {
             at_ = before;
             return node;
@@ -237,7 +237,7 @@ NodePointer Parser::try_statement() {
     ++at_;
     skip_newlines();
     node->body = expression();
-    skip_newlines();
+    skip_before(u"catch");
     expect_word(u"catch");
     skip_newlines();
     node->handler = expression();

@@ -6,6 +6,7 @@ add_test(NAME docs.formats COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/
 add_test(NAME docs.scripts COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/make_scripts.py --check)
 add_test(NAME docs.beliefs COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/make_belief_tables.py --check)
 add_test(NAME docs.host_facts COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/make_host_check.py --check)
+add_test(NAME docs.scenarios COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_scenarios.py)
 add_test(NAME docs.links COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)
 # What is said when something cannot be fetched.
 add_test(NAME tools.downloads COMMAND bash ${CMAKE_CURRENT_SOURCE_DIR}/tools/downloads_test.sh)

@@ -98,7 +98,7 @@ function(add_scenario name scenario language)
         set(limit ${TARVO_LONG_LIMIT})
     endif()
     set_tests_properties(scenario.${name} PROPERTIES
-        ENVIRONMENT "TARVO_LANGUAGE=${language};TARVO_LIMIT=${limit}" ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET}
+        ENVIRONMENT "TARVO_LANGUAGE=${language};TARVO_SCENARIOS_CHECKED=1;TARVO_LIMIT=${limit}" ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET}
         FIXTURES_SETUP played)
 endfunction()
 

@@ -9,6 +9,10 @@ wine_environment
 language=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1], encoding="utf-8")).get("language", "en"))' "$scenario") \
     || language=en
 [ "$language" = any ] && language=${TARVO_LANGUAGE:-en}
+# ./test checks all scenarios at once.
+if [ -z "${TARVO_SCENARIOS_CHECKED:-}" ] && /usr/bin/python3 -c 'import jsonschema' 2>/dev/null; then
+    /usr/bin/python3 "$ROOT/tools/check_scenarios.py" "$scenario" >&2 || exit 2
+fi
 rm -rf "$out"
 mkdir -p "$out"
 arguments=(--scenario "$(windows_path "$scenario")" --out "$(windows_path "$out")"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace desktop_client {
+namespace client {
 
 struct ArchiveEntry {
     std::string name; // UTF-8
@@ -24,4 +24,4 @@ ArchiveFindings examine_archive(const std::wstring& seven_zip, const std::wstrin
 // The entries of what "7z l -slt" prints.
 std::vector<ArchiveEntry> entries_of_listing(const std::string& listing);
 
-} // namespace desktop_client
+} // namespace client

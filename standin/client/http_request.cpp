@@ -1,7 +1,8 @@
 #include "standin/client/http_request.h"
-#include "standin/client/text.h"
 
-namespace desktop_client {
+#include "standin/base/text.h"
+
+namespace client {
 
 namespace {
 
@@ -29,7 +30,7 @@ std::vector<std::string> lines_of(const std::string& head) {
 std::string header_value(const HttpRequest& request, const std::string& name) {
     std::string value;
     for (const auto& header : request.headers) {
-        if (equal_ignoring_case(header.first, name)) {
+        if (base::equal_ignoring_case(header.first, name)) {
             value += (value.empty() ? "" : ", ") + header.second;
         }
     }
@@ -55,4 +56,4 @@ bool parse_request_head(const std::string& head, HttpRequest& request) {
     return true;
 }
 
-} // namespace desktop_client
+} // namespace client

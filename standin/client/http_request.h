@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace desktop_client {
+namespace client {
 
 struct HttpRequest {
     bool was_read = true; // false: the connection was accepted and nothing was read from it
@@ -21,4 +21,4 @@ std::string header_value(const HttpRequest& request, const std::string& name);
 // Reads "POST / HTTP/1.1" and the header lines below it, up to and without the empty line. False: not HTTP.
 bool parse_request_head(const std::string& head, HttpRequest& request);
 
-} // namespace desktop_client
+} // namespace client

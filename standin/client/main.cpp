@@ -1,16 +1,16 @@
-#include "standin/client/clerk.h"
+#include "standin/base/program_win32.h"
+#include "standin/base/text.h"
 #include "standin/client/options.h"
+#include "standin/client/request_log.h"
 #include "standin/client/servers.h"
-#include "standin/client/text.h"
 
-#include <shellapi.h>
 #include <shlobj.h>
 
 #include <cstdio>
 
 namespace {
 
-using namespace desktop_client;
+using namespace client;
 
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
@@ -32,17 +32,6 @@ private:
 int fail(int exit_code, const std::string& problem, const std::string& advice) {
     std::fprintf(stderr, "error: %s\n       %s\n", problem.c_str(), advice.c_str());
     return exit_code;
-}
-
-std::vector<std::wstring> command_line_arguments() {
-    std::vector<std::wstring> arguments;
-    int count = 0;
-    wchar_t** texts = ::CommandLineToArgvW(::GetCommandLineW(), &count);
-    for (int i = 1; texts != nullptr && i < count; ++i) {
-        arguments.emplace_back(texts[i]);
-    }
-    ::LocalFree(texts);
-    return arguments;
 }
 
 std::wstring installed_seven_zip() {
@@ -78,26 +67,25 @@ Answer answer_for(const Options& options) {
 bool announce(const Options& options, int port) {
     print_line("listening on 127.0.0.1:" + std::to_string(port));
     return options.ready_file.empty() ||
-           write_file_atomically(options.ready_file, std::to_string(port) + "\n");
+           base::write_file_atomically(options.ready_file, std::to_string(port) + "\n");
 }
 
 int serve(const Options& options) {
     const Answer answer = answer_for(options);
-    Clerk clerk(options, answer);
-    if (!clerk.open_record()) {
-        return fail(kExitFailed, "cannot write '" + wide_to_utf8(options.record_file) + "'",
+    RequestLog log(options, answer);
+    if (!log.open_record()) {
+        return fail(kExitFailed, "cannot write '" + base::to_utf8(options.record_file) + "'",
                     "Give --record a file in a folder that exists and may be written to.");
     }
     StopSignal stop(options.stop_file);
-    Service service = {options, answer, clerk, stop,
-                       [&options](int port) { return announce(options, port); }};
-    switch (is_impolite(options.mode) ? serve_impolitely(service) : serve_politely(service)) {
+    Service service = {options, answer, log, stop, [&options](int port) { return announce(options, port); }};
+    switch (needs_plain_socket(options.mode) ? serve_faults(service) : serve_http(service)) {
     case ServeResult::port_refused:
         return fail(
             kExitFailed, "cannot listen on 127.0.0.1:" + std::to_string(options.port),
             "Another program may have that port: end it, or choose another one (--port 0 picks a free one).");
     case ServeResult::abandoned:
-        return fail(kExitFailed, "cannot write '" + wide_to_utf8(options.ready_file) + "'",
+        return fail(kExitFailed, "cannot write '" + base::to_utf8(options.ready_file) + "'",
                     "Give --ready a file in a folder that exists and may be written to.");
     case ServeResult::done:
         break;
@@ -111,19 +99,22 @@ int serve(const Options& options) {
 int main() {
     const Utf8Console console;
     Options options;
-    std::string problem;
-    if (!parse_options(command_line_arguments(), options, problem)) {
-        return fail(kExitUsage, problem, "client --help lists the options.");
-    }
-    if (options.help) {
-        std::fputs(usage().c_str(), stdout);
+    std::string text;
+    switch (parse_options(base::command_line_arguments(), options, text)) {
+    case base::Arguments::bad:
+        return fail(kExitUsage, text, "client --help lists the options.");
+    case base::Arguments::help:
+        std::fputs(text.c_str(), stdout);
         return 0;
+    case base::Arguments::good:
+        break;
     }
     if (options.seven_zip.empty()) {
         options.seven_zip = installed_seven_zip();
     }
-    if (!options.body_file.empty() && !read_file(options.body_file, kBodyFileLimit, options.reply_body)) {
-        return fail(kExitFailed, "cannot read '" + wide_to_utf8(options.body_file) + "'",
+    if (!options.body_file.empty() &&
+        !base::read_file(options.body_file, options.reply_body, kBodyFileLimit)) {
+        return fail(kExitFailed, "cannot read '" + base::to_utf8(options.body_file) + "'",
                     "Give --body-file a file that exists (at most 64 MB).");
     }
     return serve(options);

@@ -1,10 +1,12 @@
 // The command line of the client.
 #pragma once
 
+#include "standin/base/arguments.h"
+
 #include <string>
 #include <vector>
 
-namespace desktop_client {
+namespace client {
 
 enum class Mode {
     reply,
@@ -28,7 +30,6 @@ struct Options {
     std::string reply_body = "{\"ret\":10001}"; // UTF-8, or the bytes of --body-file
     unsigned delay_ms = 0;
     bool once = false;
-    bool help = false;
     std::wstring ready_file;
     std::wstring record_file;
     std::wstring stop_file;
@@ -36,12 +37,11 @@ struct Options {
     std::wstring seven_zip;
 };
 
-// HTTP libraries are too polite for these; they are answered through a plain socket.
-bool is_impolite(Mode mode);
+// True for answers that no HTTP library would give; they are sent through a plain socket.
+bool needs_plain_socket(Mode mode);
 
-// `arguments` without the program's name. False: `problem` says what is wrong.
-bool parse_options(const std::vector<std::wstring>& arguments, Options& options, std::string& problem);
+// `arguments` without the program's name; `text` is the help page or the error message.
+base::Arguments parse_options(const std::vector<std::wstring>& arguments, Options& options,
+                              std::string& text);
 
-std::string usage();
-
-} // namespace desktop_client
+} // namespace client

@@ -1,10 +1,11 @@
 #include "standin/client/request_check.h"
-#include "standin/client/archive_check.h"
-#include "standin/client/files.h"
-#include "standin/client/json.h"
-#include "standin/client/text.h"
 
-namespace desktop_client {
+#include "standin/base/files_win32.h"
+#include "standin/base/json.h"
+#include "standin/base/text.h"
+#include "standin/client/archive_check.h"
+
+namespace client {
 
 namespace {
 
@@ -48,10 +49,11 @@ void Examination::compare(const char* name, const std::string& expected, const s
 }
 
 bool Examination::existing_file(const char* name, const std::string& path, std::wstring& wide) {
-    if (!utf8_to_wide(path, wide)) {
+    if (!base::is_utf8(path)) {
         return note(name, false, "the path is not UTF-8");
     }
-    const bool exists = file_exists(wide);
+    wide = base::to_wide(path);
+    const bool exists = base::file_exists(wide);
     return note(name, exists, exists ? path : "there is no file '" + path + "'");
 }
 
@@ -66,15 +68,15 @@ void Examination::look_at_head() {
 bool Examination::look_at_body() {
     Json::Value root;
     std::string problem;
-    if (!parse_strictly(request_.body, root, problem)) {
-        return note("body", false, "not JSON: " + collapsed(problem));
+    if (!base::parse_strictly(request_.body, root, problem)) {
+        return note("body", false, "not JSON: " + problem);
     }
     if (!root.isObject()) {
         return note("body", false, "JSON, but not an object");
     }
-    const std::vector<std::string> members = members_as_written(root);
+    const std::vector<std::string> members = base::members_as_written(root);
     const std::vector<std::string> expected(std::begin(kMembers), std::end(kMembers));
-    bool ok = note("body-members", members == expected, "in this order: " + joined(members));
+    bool ok = note("body-members", members == expected, "in this order: " + base::comma_list(members));
     for (const char* name : kMembers) {
         ok = root.isMember(name) && root[name].isString() && ok;
     }
@@ -97,15 +99,15 @@ void Examination::look_at_document() {
         return;
     }
     std::string text;
-    if (!read_file(path, kDocumentLimit, text)) {
+    if (!base::read_file(path, text, kDocumentLimit)) {
         note("document-json", false, "cannot be read");
         return;
     }
     Json::Value document;
     std::string problem;
-    const bool good = parse_strictly(text, document, problem) && document.isObject();
+    const bool good = base::parse_strictly(text, document, problem) && document.isObject();
     if (!note("document-json", good,
-              good ? std::to_string(text.size()) + " bytes" : "not a JSON object: " + collapsed(problem))) {
+              good ? std::to_string(text.size()) + " bytes" : "not a JSON object: " + problem)) {
         return;
     }
     const Json::Value& name = document["name"];
@@ -122,7 +124,7 @@ void Examination::list_cameras(const Json::Value& document) {
         }
     }
     // A job without a camera is the sender's business; it only is worth a line.
-    note("cameras", true, findings_.job.cameras.empty() ? "none" : joined(findings_.job.cameras));
+    note("cameras", true, findings_.job.cameras.empty() ? "none" : base::comma_list(findings_.job.cameras));
 }
 
 void Examination::look_at_archive() {
@@ -130,19 +132,19 @@ void Examination::look_at_archive() {
     if (!existing_file("archive", findings_.job.archive, path)) {
         return;
     }
-    findings_.job.archive_size = file_size(path);
-    if (!file_exists(seven_zip_)) {
-        note("archive-test", false, "cannot be tested, there is no '" + wide_to_utf8(seven_zip_) + "'");
+    findings_.job.archive_size = base::file_size(path);
+    if (!base::file_exists(seven_zip_)) {
+        note("archive-test", false, "cannot be tested, there is no '" + base::to_utf8(seven_zip_) + "'");
         return;
     }
     const ArchiveFindings archive = examine_archive(seven_zip_, path);
     if (!archive.program_ran) {
-        note("archive-test", false, "'" + wide_to_utf8(seven_zip_) + "' does not start");
+        note("archive-test", false, "'" + base::to_utf8(seven_zip_) + "' does not start");
         return;
     }
     const bool whole = archive.test_exit_code == 0;
     const std::string code = "7z t ended with " + std::to_string(archive.test_exit_code);
-    if (note("archive-test", whole, whole ? code : code + ": " + collapsed(archive.test_output))) {
+    if (note("archive-test", whole, whole ? code : code + ": " + base::collapsed(archive.test_output))) {
         look_at_entries(archive.entries);
     }
 }
@@ -154,10 +156,11 @@ void Examination::look_at_entries(const std::vector<ArchiveEntry>& entries) {
     }
     findings_.job.archive_entry = entries[0].name;
     findings_.job.archive_entry_size = entries[0].size;
-    compare("archive-entry", file_name_of(findings_.job.scene), entries[0].name);
-    std::wstring scene;
-    if (utf8_to_wide(findings_.job.scene, scene) && file_exists(scene)) {
-        compare("archive-entry-size", std::to_string(file_size(scene)), std::to_string(entries[0].size));
+    const std::wstring scene = base::to_wide(findings_.job.scene);
+    compare("archive-entry", base::to_utf8(base::name_of(scene)), entries[0].name);
+    if (base::file_exists(scene)) {
+        compare("archive-entry-size", std::to_string(base::file_size(scene)),
+                std::to_string(entries[0].size));
     }
 }
 
@@ -191,4 +194,4 @@ RequestFindings check_request(const HttpRequest& request, const std::wstring& se
     return findings;
 }
 
-} // namespace desktop_client
+} // namespace client

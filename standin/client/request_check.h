@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace desktop_client {
+namespace client {
 
 struct Check {
     std::string name;
@@ -35,4 +35,4 @@ struct RequestFindings {
 // Opens the files and starts 7z.exe; takes as long as that takes.
 RequestFindings check_request(const HttpRequest& request, const std::wstring& seven_zip);
 
-} // namespace desktop_client
+} // namespace client

@@ -1,10 +1,11 @@
 #include "standin/client/stop_signal.h"
-#include "standin/client/files.h"
+
+#include "standin/base/files_win32.h"
 
 #include <algorithm>
 #include <atomic>
 
-namespace desktop_client {
+namespace client {
 
 namespace {
 
@@ -38,7 +39,7 @@ void StopSignal::request() {
 bool StopSignal::wait(unsigned milliseconds) {
     const ULONGLONG end = ::GetTickCount64() + milliseconds;
     for (;;) {
-        if (!stop_file_.empty() && file_exists(stop_file_)) {
+        if (!stop_file_.empty() && base::file_exists(stop_file_)) {
             request();
         }
         const ULONGLONG now = ::GetTickCount64();
@@ -53,4 +54,4 @@ bool StopSignal::wait(unsigned milliseconds) {
     }
 }
 
-} // namespace desktop_client
+} // namespace client

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace desktop_client {
+namespace client {
 
 class StopSignal {
 public:
@@ -27,4 +27,4 @@ private:
     tarvo::KernelHandle event_;
 };
 
-} // namespace desktop_client
+} // namespace client

@@ -1,4 +1,5 @@
-// Letters and encodings of texts.
+// Letter case, and conversions of texts.
+#include "standin/base/text.h"
 #include "standin/maxscript/value.h"
 
 #include <algorithm>
@@ -6,8 +7,6 @@
 namespace maxscript {
 
 namespace {
-
-constexpr char16_t kReplacement = 0xFFFD;
 
 struct LetterRange {
     char16_t first; // upper case
@@ -24,66 +23,6 @@ const LetterRange kLetters[] = {
 bool is_upper_in(const LetterRange& range, char16_t unit) {
     return unit >= range.first && unit <= range.last &&
            (range.distance != 1 || (unit - range.first) % 2 == 0);
-}
-
-void append_utf8(std::string& bytes, std::uint32_t point) {
-    if (point < 0x80) {
-        bytes += static_cast<char>(point);
-        return;
-    }
-    const int more = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
-    const std::uint32_t marks[] = {0, 0xC0, 0xE0, 0xF0};
-    bytes += static_cast<char>(marks[more] | (point >> (6 * more)));
-    for (int shift = 6 * (more - 1); shift >= 0; shift -= 6) {
-        bytes += static_cast<char>(0x80 | ((point >> shift) & 0x3F));
-    }
-}
-
-void append_point(Text& text, std::uint32_t point) {
-    if (point < 0x10000) {
-        text += static_cast<char16_t>(point);
-        return;
-    }
-    text += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
-    text += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
-}
-
-// The code point at `index`, which moves behind it. A wrong byte is U+FFFD and is passed alone.
-std::uint32_t next_point(const std::string& bytes, std::size_t& index) {
-    const auto lead = static_cast<unsigned char>(bytes[index++]);
-    if (lead < 0x80) {
-        return lead;
-    }
-    const int more = lead >= 0xF0 && lead < 0xF5   ? 3
-                     : lead >= 0xE0 && lead < 0xF0 ? 2
-                     : lead >= 0xC2 && lead < 0xE0 ? 1
-                                                   : 0;
-    std::uint32_t point = lead & (0x3F >> more);
-    for (int i = 0; i < more; ++i) {
-        const std::size_t at = index + static_cast<std::size_t>(i);
-        if (at >= bytes.size() || (static_cast<unsigned char>(bytes[at]) & 0xC0) != 0x80) {
-            return kReplacement;
-        }
-        point = (point << 6) | (static_cast<unsigned char>(bytes[at]) & 0x3F);
-    }
-    const bool too_long =
-        (more == 2 && point < 0x800) || (more == 3 && (point < 0x10000 || point > 0x10FFFF));
-    if (more == 0 || too_long || (point >= 0xD800 && point < 0xE000)) {
-        return kReplacement;
-    }
-    index += static_cast<std::size_t>(more);
-    return point;
-}
-
-std::uint32_t next_point(const Text& text, std::size_t& index) {
-    const char16_t unit = text[index++];
-    if (unit < 0xD800 || unit >= 0xE000) {
-        return unit;
-    }
-    if (unit < 0xDC00 && index < text.size() && text[index] >= 0xDC00 && text[index] < 0xE000) {
-        return 0x10000 + ((unit - 0xD800u) << 10) + (text[index++] - 0xDC00u);
-    }
-    return kReplacement;
 }
 
 } // namespace
@@ -134,29 +73,20 @@ int compare_folded(const Text& one, const Text& other) {
 }
 
 Text text_from_utf8(const std::string& bytes) {
-    Text text;
-    text.reserve(bytes.size());
-    for (std::size_t index = 0; index < bytes.size();) {
-        append_point(text, next_point(bytes, index));
-    }
-    return text;
+    return base::to_utf16(bytes);
 }
 
 std::string utf8_from_text(const Text& text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t index = 0; index < text.size();) {
-        append_utf8(bytes, next_point(text, index));
-    }
-    return bytes;
+    return base::to_utf8(text);
 }
 
+// On Linux a wide literal holds whole code points. A lone surrogate stays: a name may hold one.
 Text text_from_wide(const std::wstring& wide) {
     Text text;
-    text.reserve(wide.size());
     for (const wchar_t unit : wide) {
         const auto point = static_cast<std::uint32_t>(unit);
-        append_point(text, point > 0x10FFFF ? kReplacement : point);
+        text += point < 0x10000 ? Text(1, static_cast<char16_t>(point))
+                                : base::to_utf16(base::to_utf8(std::wstring(1, unit)));
     }
     return text;
 }

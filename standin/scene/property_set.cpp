@@ -1,5 +1,6 @@
 #include "standin/scene/property_set.h"
 
+#include "standin/base/text.h"
 #include "standin/scene/scene_text.h"
 
 #include <algorithm>
@@ -11,6 +12,12 @@ const std::uint8_t kDocumentSummaryFormat[16] = {0x02, 0xD5, 0xCD, 0xD5, 0x9C, 0
                                                  0x93, 0x97, 0x08, 0x00, 0x2B, 0x2C, 0xF9, 0xAE};
 
 namespace {
+
+// Up to the first zero byte.
+std::string narrow_text(Bytes bytes) {
+    const auto* const end = std::find(bytes.data, bytes.data + bytes.size, std::uint8_t(0));
+    return std::string(bytes.data, end);
+}
 
 struct Heading {
     std::wstring text;
@@ -86,7 +93,7 @@ bool Section::read_text(ByteCursor& cursor, std::uint32_t type, std::wstring& te
         return fail("a text is cut off or of an unknown type");
     }
     const bool is_utf16 = type == kTypeWideText || code_page_ == kCodePageUtf16;
-    text = is_utf16 ? wide_from_utf16(raw) : wide_from_utf8(raw);
+    text = is_utf16 ? wide_from_utf16(raw) : base::to_wide(narrow_text(raw));
     // Values lie at multiples of four; the last one need not be filled up.
     const std::size_t padding = (4 - cursor.position() % 4) % 4;
     return cursor.seek(cursor.position() + std::min(padding, cursor.left()));

@@ -1,5 +1,6 @@
 #include "standin/scene/scene_composer.h"
 
+#include "standin/base/text.h"
 #include "standin/scene/byte_writer.h"
 #include "standin/scene/property_set.h"
 #include "standin/scene/scene_chunks.h"
@@ -147,7 +148,7 @@ ByteBuffer compose_referenced_files(const SceneModel& model) {
 }
 
 void add_property_text(ByteWriter& writer, const std::wstring& text) {
-    std::string utf8 = utf8_from_wide(text);
+    std::string utf8 = base::to_utf8(text);
     utf8.resize((utf8.size() / 4 + 1) * 4); // with its closing zero, filled up to a multiple of four
     writer.u32(static_cast<std::uint32_t>(utf8.size()));
     writer.raw(ByteBuffer(utf8.begin(), utf8.end()));

@@ -1,6 +1,7 @@
 #include "standin/scene/scene_file_win32.h"
 
 #include "common/win32_handles.h"
+#include "standin/base/text.h"
 #include "standin/scene/gunzip.h"
 #include "standin/scene/scene_reader.h"
 #include "standin/scene/scene_text.h"
@@ -144,7 +145,7 @@ bool OpenScene::read_stream(IStream& stream, std::size_t limit, ByteBuffer& byte
 }
 
 std::string shown_name(const wchar_t* name) {
-    return utf8_from_wide(name[0] < L' ' ? name + 1 : name);
+    return base::to_utf8(name[0] < L' ' ? name + 1 : name);
 }
 
 bool OpenScene::read_required(const wchar_t* name, std::size_t limit, ByteBuffer& bytes,
@@ -219,7 +220,7 @@ bool open_scene_file(const std::wstring& path, SceneModel& model, std::wstring& 
     } catch (const std::bad_alloc&) {
         what = "is too large for the memory";
     }
-    problem = good ? std::wstring() : full + L" " + wide_from_ascii(what) + L".";
+    problem = good ? std::wstring() : full + L" " + base::to_wide(what) + L".";
     return good;
 }
 

@@ -1,5 +1,6 @@
 #include "standin/scene/scene_reader.h"
 
+#include "standin/base/text.h"
 #include "standin/scene/property_set.h"
 #include "standin/scene/scene_chunks.h"
 #include "standin/scene/scene_text.h"
@@ -14,8 +15,7 @@ constexpr std::int32_t kYearOfMajorZero = 1998; // 21 is 2019
 constexpr std::int32_t kFirstMajorWithYear = 10;
 
 bool damaged(const wchar_t* stream, const std::string& what, std::string& problem) {
-    problem =
-        "is damaged: stream " + utf8_from_wide(stream[0] == L'\x05' ? stream + 1 : stream) + ": " + what;
+    problem = "is damaged: stream " + base::to_utf8(stream[0] == L'\x05' ? stream + 1 : stream) + ": " + what;
     return false;
 }
 

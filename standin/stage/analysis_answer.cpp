@@ -1,7 +1,7 @@
 #include "standin/stage/analysis_answer.h"
 
-#include "standin/stage/json_read.h"
-#include "standin/stage/wide_text.h"
+#include "standin/base/json.h"
+#include "standin/base/text.h"
 
 #include <json/writer.h>
 
@@ -35,15 +35,15 @@ void fill_in_scene(Json::Value& value, const std::string& path) {
 }
 
 std::wstring wide_json(Json::Value document, const std::wstring& scene_path) {
-    fill_in_scene(document, to_utf8(scene_path));
-    return to_wide(Json::writeString(Json::StreamWriterBuilder(), document));
+    fill_in_scene(document, base::to_utf8(scene_path));
+    return base::to_wide(Json::writeString(Json::StreamWriterBuilder(), document));
 }
 
 std::wstring edited(const Json::Value& wanted, const std::wstring& returned, const std::wstring& scene_path) {
     if (!wanted.isMember("merge") && !wanted.isMember("remove")) {
         return returned;
     }
-    Json::Value document = parsed_or_null(to_utf8(returned));
+    Json::Value document = base::parsed_or_null(base::to_utf8(returned));
     for (const Json::Value& key : wanted["remove"]) {
         document.removeMember(key.asString());
     }
@@ -59,7 +59,7 @@ AnalysisAnswer analysis_answer(const Json::Value& wanted, const std::wstring& re
     answer.fails = wanted.get("fails", false).asBool();
     answer.has_text = !wanted.get("no_text", false).asBool();
     if (wanted.isMember("text")) {
-        answer.text = to_wide(wanted["text"].asString());
+        answer.text = base::to_wide(wanted["text"].asString());
     } else if (wanted.isMember("document")) {
         answer.text = wide_json(wanted["document"], scene_path);
     } else {

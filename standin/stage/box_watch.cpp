@@ -1,9 +1,9 @@
 #include "standin/stage/box_watch.h"
 
+#include "standin/base/text.h"
 #include "standin/stage/dialog_watch.h"
 #include "standin/stage/import_table.h"
 #include "standin/stage/module_file.h"
-#include "standin/stage/wide_text.h"
 
 #include <algorithm>
 
@@ -68,7 +68,7 @@ int real_message_box(HWND owner, const wchar_t* text, const wchar_t* caption, UI
 }
 
 std::string text_or_empty(const wchar_t* text) {
-    return text == nullptr ? std::string() : to_utf8(text);
+    return text == nullptr ? std::string() : base::to_utf8(text);
 }
 
 } // namespace

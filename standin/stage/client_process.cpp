@@ -1,10 +1,9 @@
-#include <winsock2.h>
-
 #include "standin/stage/client_process.h"
 
-#include "standin/stage/files.h"
-#include "standin/stage/json_read.h"
-#include "standin/stage/wide_text.h"
+#include "standin/base/files_win32.h"
+#include "standin/base/json.h"
+#include "standin/base/program_win32.h"
+#include "standin/base/text.h"
 
 #include <cstdlib>
 #include <vector>
@@ -17,33 +16,18 @@ constexpr DWORD kStartLimitMs = 30000;
 constexpr DWORD kStopLimitMs = 5000;
 constexpr DWORD kPollMs = 10;
 
-// As CommandLineToArgvW reads it back.
-std::wstring quoted(const std::wstring& argument) {
-    std::wstring text = L"\"";
-    std::size_t backslashes = 0;
-    for (wchar_t character : argument) {
-        if (character == L'"') {
-            text.append(backslashes + 1, L'\\');
-        }
-        backslashes = character == L'\\' ? backslashes + 1 : 0;
-        text += character;
-    }
-    text.append(backslashes, L'\\');
-    return text + L"\"";
-}
-
 std::vector<std::wstring> client_options(const Json::Value& wanted) {
     std::vector<std::wstring> options;
     const std::string mode = wanted.get("mode", "reply").asString();
-    options.insert(options.end(), {L"--mode", to_wide(mode)});
+    options.insert(options.end(), {L"--mode", base::to_wide(mode)});
     if (wanted.isMember("code")) {
-        options.insert(options.end(), {L"--reply", to_wide(wanted["code"].asString())});
+        options.insert(options.end(), {L"--reply", base::to_wide(wanted["code"].asString())});
     }
     if (wanted.isMember("body")) {
-        options.insert(options.end(), {L"--body", to_wide(wanted["body"].asString())});
+        options.insert(options.end(), {L"--body", base::to_wide(wanted["body"].asString())});
     }
     if (wanted.isMember("delay_ms")) {
-        options.insert(options.end(), {L"--delay", to_wide(wanted["delay_ms"].asString())});
+        options.insert(options.end(), {L"--delay", base::to_wide(wanted["delay_ms"].asString())});
     }
     return options;
 }
@@ -61,31 +45,28 @@ tarvo::KernelHandle make_job() {
 bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder,
                           int port, std::string& problem) {
     stop();
-    if (!file_exists(program)) {
-        problem = to_utf8(program) + ": there is no client program";
+    if (!base::file_exists(program)) {
+        problem = base::to_utf8(program) + ": there is no client program";
         return false;
     }
-    ready_file_ = joined(folder, L"client-ready.txt");
-    record_file_ = joined(folder, L"client-requests.jsonl");
-    stop_file_ = joined(folder, L"client-stop.txt");
+    ready_file_ = base::joined(folder, L"client-ready.txt");
+    record_file_ = base::joined(folder, L"client-requests.jsonl");
+    stop_file_ = base::joined(folder, L"client-stop.txt");
     ::DeleteFileW(ready_file_.c_str());
     ::DeleteFileW(stop_file_.c_str());
-    std::wstring command = quoted(program) + L" --port " + std::to_wstring(port) + L" --ready " +
-                           quoted(ready_file_) + L" --record " + quoted(record_file_) + L" --stop " +
-                           quoted(stop_file_);
+    std::wstring arguments = L"--port " + std::to_wstring(port) + L" --ready " + base::quoted(ready_file_) +
+                             L" --record " + base::quoted(record_file_) + L" --stop " +
+                             base::quoted(stop_file_);
     for (const std::wstring& option : client_options(wanted)) {
-        command += L" " + quoted(option);
+        arguments += L" " + base::quoted(option);
     }
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION information = {};
-    if (::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
-                         nullptr, &startup, &information) == FALSE) {
-        problem = to_utf8(program) + ": cannot be started (error " + std::to_string(::GetLastError()) + ")";
+    base::StartedProgram started = base::start_program(program, arguments);
+    if (!started.process) {
+        problem =
+            base::to_utf8(program) + ": cannot be started (error " + std::to_string(started.error) + ")";
         return false;
     }
-    const tarvo::KernelHandle thread(information.hThread);
-    process_.reset(information.hProcess);
+    process_ = std::move(started.process);
     job_ = make_job();
     ::AssignProcessToJobObject(job_.get(), process_.get());
     return wait_until_ready(problem);
@@ -94,7 +75,7 @@ bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted
 bool ClientProcess::wait_until_ready(std::string& problem) {
     for (DWORD waited = 0; waited < kStartLimitMs; waited += kPollMs) {
         std::string content;
-        if (read_file(ready_file_, content) && std::atoi(content.c_str()) > 0) {
+        if (base::read_file(ready_file_, content) && std::atoi(content.c_str()) > 0) {
             port_ = std::atoi(content.c_str());
             return true;
         }
@@ -111,7 +92,7 @@ void ClientProcess::stop() {
     if (!process_) {
         return;
     }
-    write_file(stop_file_, "stop\n");
+    base::write_file(stop_file_, "stop\n");
     if (::WaitForSingleObject(process_.get(), kStopLimitMs) != WAIT_OBJECT_0) {
         ::TerminateProcess(process_.get(), 1);
         ::WaitForSingleObject(process_.get(), kStopLimitMs);
@@ -123,16 +104,16 @@ void ClientProcess::stop() {
 Json::Value ClientProcess::requests() const {
     Json::Value list(Json::arrayValue);
     std::string content;
-    if (record_file_.empty() || !read_file(record_file_, content)) {
+    if (record_file_.empty() || !base::read_file(record_file_, content)) {
         return list;
     }
     std::size_t from = 0;
     while (from < content.size()) {
         const std::size_t end = content.find('\n', from);
         Json::Value request =
-            parsed_or_null(content.substr(from, end == std::string::npos ? end : end - from));
+            base::parsed_or_null(content.substr(from, end == std::string::npos ? end : end - from));
         if (request.isObject()) {
-            request["json"] = parsed_or_null(request["body"].asString());
+            request["json"] = base::parsed_or_null(request["body"].asString());
             list.append(request);
         }
         from = end == std::string::npos ? content.size() : end + 1;
@@ -140,25 +121,6 @@ Json::Value ClientProcess::requests() const {
     return list;
 }
 
-SilentPort::SilentPort() : socket_(INVALID_SOCKET) {
-    WSADATA data = {};
-    ::WSAStartup(MAKEWORD(2, 2), &data);
-    const SOCKET bound = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    int length = sizeof address;
-    // Bound and never listening: nobody else gets the port, and a connection is refused.
-    if (::bind(bound, reinterpret_cast<const sockaddr*>(&address), length) == 0 &&
-        ::getsockname(bound, reinterpret_cast<sockaddr*>(&address), &length) == 0) {
-        number_ = ntohs(address.sin_port);
-    }
-    socket_ = bound;
-}
-
-SilentPort::~SilentPort() {
-    ::closesocket(static_cast<SOCKET>(socket_));
-    ::WSACleanup();
-}
+SilentPort::SilentPort() : socket_(base::bind_to_loopback(number_)) {}
 
 } // namespace stage

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/win32_handles.h"
+#include "standin/base/sockets_win32.h"
 
 #include <json/value.h>
 
@@ -16,8 +17,8 @@ public:
     ClientProcess(const ClientProcess&) = delete;
     ClientProcess& operator=(const ClientProcess&) = delete;
 
-    // `wanted`: the scenario's "client". Its files go into `folder`; port 0: a free one. False: `problem` is
-    // a sentence.
+    // `wanted`: the scenario's "client". Its files go into `folder`; port 0: a free one. Returns false and
+    // sets `problem` to an error message.
     bool start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder, int port,
                std::string& problem);
     void stop();
@@ -39,19 +40,17 @@ private:
     int port_ = 0;
 };
 
-// A port of this machine on which nobody listens as long as the object lives.
+// A port of this machine that refuses connections while the object exists.
 class SilentPort {
 public:
     SilentPort();
-    ~SilentPort();
-    SilentPort(const SilentPort&) = delete;
-    SilentPort& operator=(const SilentPort&) = delete;
 
     int number() const { return number_; }
 
 private:
-    unsigned long long socket_;
+    base::SocketLibrary library_;
     int number_ = 0;
+    base::Socket socket_;
 };
 
 } // namespace stage

@@ -1,118 +1,61 @@
 #include "standin/stage/command_line.h"
 
-#include "standin/stage/wide_text.h"
+#include "standin/base/text.h"
 
 namespace stage {
 
 namespace {
 
-struct ValueOption {
-    const wchar_t* name;
-    std::wstring Options::*target;
-};
+constexpr const char* kDescription = "stage: loads the plugin module the way the host does.\n"
+                                     "With a scene it opens a window with the menu bar for a person; with\n"
+                                     "--scenario it plays a scenario and writes OUT/transcript.json.";
 
-struct FlagOption {
-    const wchar_t* name;
-    bool Options::*target;
-};
+constexpr const char* kExitCodes =
+    "Exit codes: 0 every expectation holds, 1 one does not, 2 bad input, 3 the run itself failed.\n";
 
-const FlagOption kFlagOptions[] = {
-    {L"--help", &Options::help},
-    {L"--print-keys", &Options::print_keys},
-    {L"--installed", &Options::installed},
-    {L"--windows-radio-buttons", &Options::windows_radio_buttons},
-};
-
-const ValueOption kValueOptions[] = {
-    {L"--scenario", &Options::scenario}, {L"--out", &Options::out},
-    {L"--scene", &Options::scene},       {L"--module", &Options::module},
-    {L"--client", &Options::client},     {L"--seven-zip", &Options::seven_zip},
-    {L"--scripts", &Options::scripts},   {L"--print-language", &Options::print_language},
-};
-
-std::wstring Options::*target_of(const std::wstring& name) {
-    for (const ValueOption& option : kValueOptions) {
-        if (name == option.name) {
-            return option.target;
-        }
-    }
-    return nullptr;
-}
-
-bool set_flag(const std::wstring& name, Options& options) {
-    for (const FlagOption& option : kFlagOptions) {
-        if (name == option.name) {
-            options.*option.target = true;
-            return true;
-        }
-    }
-    return false;
-}
-
-bool check_whole(const Options& options, std::string& problem) {
-    if (options.help || options.print_keys || !options.print_language.empty()) {
-        return true;
+void check_combination(const Options& options) {
+    if (!options.print_language.empty()) {
+        return;
     }
     if (options.scenario.empty() && options.scene.empty()) {
-        problem = "a scene file or --scenario is needed";
-        return false;
+        throw CLI::ValidationError("a scene file or --scenario is needed");
     }
     if (options.installed && (!options.seven_zip.empty() || !options.scripts.empty())) {
-        problem = "--installed copies nothing, so --seven-zip and --scripts do not go with it";
-        return false;
+        throw CLI::ValidationError(
+            "--installed copies nothing, so --seven-zip and --scripts cannot be combined with it");
     }
     if (!options.scenario.empty() && options.out.empty()) {
-        problem = "--scenario needs --out, a folder for the transcript";
-        return false;
+        throw CLI::ValidationError("--scenario needs --out, a directory for the transcript");
     }
-    return true;
 }
 
 } // namespace
 
-bool parse_options(const std::vector<std::wstring>& arguments, const std::wstring& program_folder,
-                   Options& options, std::string& problem) {
+base::Arguments parse_options(const std::vector<std::wstring>& arguments, const std::wstring& program_folder,
+                              Options& options, std::string& text) {
     options.module = program_folder + L"\\TarvoRendering.gup";
     options.client = program_folder + L"\\client.exe";
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::wstring& argument = arguments[i];
-        std::wstring Options::*target = target_of(argument);
-        if (set_flag(argument, options)) {
-            continue;
-        }
-        if (target != nullptr && i + 1 < arguments.size() && !arguments[i + 1].empty()) {
-            options.*target = arguments[++i];
-        } else if (target != nullptr) {
-            problem = to_utf8(argument) + " needs a value";
-            return false;
-        } else if (argument.compare(0, 2, L"--") == 0 || !options.scene.empty()) {
-            problem = "unknown argument '" + to_utf8(argument) + "'";
-            return false;
-        } else {
-            options.scene = argument;
-        }
-    }
-    return check_whole(options, problem);
-}
-
-std::string usage() {
-    return "stage: loads the plugin module the way the host does.\n"
-           "  stage SCENE.max                    opens a window with the menu bar for a person\n"
-           "  stage --scenario FILE --out FOLDER plays a scenario and writes FOLDER/transcript.json\n"
-           "  stage --print-language FILE        prints the language that a scenario wants (en or zh)\n"
-           "  stage --print-keys                 prints every key that a scenario may have\n"
-           "options:\n"
-           "  --scene FILE       the scene of a scenario that takes it from the command line\n"
-           "  --module FILE      the module (TarvoRendering.gup beside the program)\n"
-           "  --client FILE      the desktop client (client.exe beside the program)\n"
-           "  --seven-zip FOLDER where 7z.exe and 7z.dll are copied from\n"
-           "  --scripts FOLDER   where the scripts are copied from\n"
-           "  --installed        the data folder as it is installed: nothing is emptied, copied or written "
-           "into it,\n"
-           "                     and the client listens on the port in its ini file\n"
-           "  --windows-radio-buttons\n"
-           "                     a radio button that gets the focus selects itself and reports a click\n"
-           "ends with 0 when every expectation holds, 1 when one does not, 2 for bad input, 3 for trouble\n";
+    CLI::App app(kDescription);
+    base::add_path(app, "--scene,scene", options.scene, "the scene, a .max file");
+    base::add_path(app, "--scenario", options.scenario, "the scenario to play");
+    base::add_path(app, "--out", options.out, "the directory that gets the transcript");
+    base::add_path(app, "--module", options.module,
+                   "the module (default: TarvoRendering.gup beside the program)");
+    base::add_path(app, "--client", options.client,
+                   "the desktop client (default: client.exe beside the program)");
+    base::add_path(app, "--seven-zip", options.seven_zip,
+                   "the directory that 7z.exe and 7z.dll are copied from");
+    base::add_path(app, "--scripts", options.scripts, "the directory that the scripts are copied from");
+    base::add_path(app, "--print-language", options.print_language,
+                   "prints the language that this scenario wants (en or zh)");
+    app.add_flag("--installed", options.installed,
+                 "the data folder as it is installed: nothing is emptied, copied or written into it,\n"
+                 "and the client listens on the port in its ini file");
+    app.add_flag("--windows-radio-buttons", options.windows_radio_buttons,
+                 "a radio button that gets the focus selects itself and reports a click");
+    app.footer(kExitCodes);
+    app.callback([&options] { check_combination(options); });
+    return base::parse_arguments(app, arguments, text);
 }
 
 } // namespace stage

@@ -1,6 +1,8 @@
 // The command line of the stage.
 #pragma once
 
+#include "standin/base/arguments.h"
+
 #include <string>
 #include <vector>
 
@@ -20,17 +22,13 @@ struct Options {
     std::wstring seven_zip;             // --seven-zip; empty: none is copied
     std::wstring scripts;               // --scripts
     std::wstring print_language;        // --print-language
-    bool print_keys = false;            // --print-keys
     bool installed = false;             // --installed
     bool windows_radio_buttons = false; // --windows-radio-buttons
-    bool help = false;
 };
 
-// `arguments` without the program's name. False: `problem` says what is wrong. Files that are not named lie
-// beside the program, in `program_folder`.
-bool parse_options(const std::vector<std::wstring>& arguments, const std::wstring& program_folder,
-                   Options& options, std::string& problem);
-
-std::string usage();
+// `arguments` without the program's name; `text` is the help page or the error message. Files that are not
+// named are beside the program, in `program_folder`.
+base::Arguments parse_options(const std::vector<std::wstring>& arguments, const std::wstring& program_folder,
+                              Options& options, std::string& text);
 
 } // namespace stage

@@ -1,10 +1,10 @@
 #include "standin/stage/data_folder.h"
 
-#include "standin/stage/files.h"
+#include "standin/base/files_win32.h"
+#include "standin/base/json.h"
+#include "standin/base/text.h"
 #include "standin/stage/infection.h"
-#include "standin/stage/json_read.h"
 #include "standin/stage/log_lines.h"
-#include "standin/stage/wide_text.h"
 
 #include <windows.h>
 
@@ -39,16 +39,29 @@ bool ends_with(const std::string& text, const std::string& ending) {
            text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
-bool is_text(const std::string& content) {
-    return content.find('\0') == std::string::npos && is_utf8(content);
+// Log files are UTF-8 where they are valid UTF-8, else in the simplified-Chinese code page.
+std::string log_to_utf8(const std::string& bytes) {
+    constexpr UINT log_code_page = 936;
+    if (base::is_utf8(bytes)) {
+        return bytes;
+    }
+    const int length = static_cast<int>(bytes.size());
+    std::wstring wide(bytes.size(), L'\0'); // no page needs more units than bytes
+    const int count = ::MultiByteToWideChar(log_code_page, 0, bytes.data(), length, &wide[0], length);
+    wide.resize(static_cast<std::size_t>(count));
+    return base::to_utf8(wide);
 }
 
-Json::Value describe_file(const FileEntry& file, const std::string& name) {
+bool is_text(const std::string& content) {
+    return content.find('\0') == std::string::npos && base::is_utf8(content);
+}
+
+Json::Value describe_file(const base::FileEntry& file, const std::string& name) {
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
     entry["size"] = static_cast<Json::Int64>(file.size);
     std::string content;
-    if (file.size > kLargestShownFile || !read_file(file.path, content)) {
+    if (file.size > kLargestShownFile || !base::read_file(file.path, content)) {
         return entry;
     }
     const std::string infection = infection_in(content);
@@ -58,7 +71,7 @@ Json::Value describe_file(const FileEntry& file, const std::string& name) {
     if (!is_text(content)) {
         return entry;
     }
-    const Json::Value document = ends_with(name, ".json") ? parsed_or_null(content) : Json::Value();
+    const Json::Value document = ends_with(name, ".json") ? base::parsed_or_null(content) : Json::Value();
     if (!document.isNull()) {
         entry["json"] = document;
     }
@@ -78,24 +91,24 @@ std::string ini_line(const Json::Value& ini, const char* key, const std::string&
 
 // The profile calls read a file in the system's code page, or in UTF-16 when it begins with the mark.
 std::string as_profile_file(const std::string& utf8) {
-    const std::wstring wide = L"\xFEFF" + to_wide(utf8);
+    const std::wstring wide = L"\xFEFF" + base::to_wide(utf8);
     return std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t));
 }
 
 bool empty_folder(const std::wstring& folder) {
-    return remove_tree(folder) && make_folder(folder);
+    return base::remove_tree(folder) && base::make_folder(folder);
 }
 
 } // namespace
 
-DataFolder::DataFolder() : path_(joined(machine_wide_folder(), L"Tarvo Rendering")) {}
+DataFolder::DataFolder() : path_(base::joined(machine_wide_folder(), L"Tarvo Rendering")) {}
 
 std::wstring DataFolder::ini_file() const {
-    return joined(script_folder(), L"qfx_plugin.ini");
+    return base::joined(script_folder(), L"qfx_plugin.ini");
 }
 
 std::wstring DataFolder::script_folder() const {
-    return joined(path_, L"script");
+    return base::joined(path_, L"script");
 }
 
 bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
@@ -103,23 +116,25 @@ bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
         return true;
     }
     if (wanted["ini"].isString()) {
-        return write_file(ini_file(), as_profile_file(wanted["ini"].asString()));
+        return base::write_file(ini_file(), as_profile_file(wanted["ini"].asString()));
     }
     const Json::Value& ini = wanted["ini"];
-    return write_file(ini_file(), as_profile_file("[general]\r\n" + ini_line(ini, "ip", "127.0.0.1", port) +
-                                                  ini_line(ini, "port", "auto", port) +
-                                                  ini_line(ini, "lowerversion", "1.3.5", port)));
+    return base::write_file(ini_file(),
+                            as_profile_file("[general]\r\n" + ini_line(ini, "ip", "127.0.0.1", port) +
+                                            ini_line(ini, "port", "auto", port) +
+                                            ini_line(ini, "lowerversion", "1.3.5", port)));
 }
 
 bool DataFolder::copy_seven_zip(bool wanted, const std::wstring& source, std::string& problem) const {
-    const std::wstring folder = joined(path_, L"7-Zip");
+    const std::wstring folder = base::joined(path_, L"7-Zip");
     if (!wanted || source.empty()) {
-        return remove_tree(folder);
+        return base::remove_tree(folder);
     }
     for (const wchar_t* name : kSevenZipFiles) {
-        if (!make_folder(folder) ||
-            ::CopyFileW(joined(source, name).c_str(), joined(folder, name).c_str(), FALSE) == FALSE) {
-            problem = to_utf8(joined(source, name)) + ": cannot be copied into " + to_utf8(folder);
+        if (!base::make_folder(folder) || ::CopyFileW(base::joined(source, name).c_str(),
+                                                      base::joined(folder, name).c_str(), FALSE) == FALSE) {
+            problem = base::to_utf8(base::joined(source, name)) + ": cannot be copied into " +
+                      base::to_utf8(folder);
             return false;
         }
     }
@@ -139,9 +154,9 @@ bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& sou
         names.insert(names.end(), std::begin(kVirusScripts), std::end(kVirusScripts));
     }
     for (const std::wstring& name : names) {
-        const std::wstring file = joined(source, name);
-        if (::CopyFileW(file.c_str(), joined(script_folder(), name).c_str(), FALSE) == FALSE) {
-            problem = to_utf8(file) + ": cannot be copied into " + to_utf8(script_folder());
+        const std::wstring file = base::joined(source, name);
+        if (::CopyFileW(file.c_str(), base::joined(script_folder(), name).c_str(), FALSE) == FALSE) {
+            problem = base::to_utf8(file) + ": cannot be copied into " + base::to_utf8(script_folder());
             return false;
         }
     }
@@ -150,23 +165,23 @@ bool DataFolder::copy_scripts(const Json::Value& wanted, const std::wstring& sou
 
 bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, int port,
                          std::string& problem) {
-    for (const std::wstring& name : list_names(path_)) {
+    for (const std::wstring& name : base::list_names(path_)) {
         if (is_log_folder(name)) {
-            remove_tree(joined(path_, name));
+            base::remove_tree(base::joined(path_, name));
         }
     }
     for (const wchar_t* name : {L"json", L"compress"}) {
-        if (!remove_tree(joined(path_, name))) {
-            problem = to_utf8(joined(path_, name)) + ": cannot be emptied";
+        if (!base::remove_tree(base::joined(path_, name))) {
+            problem = base::to_utf8(base::joined(path_, name)) + ": cannot be emptied";
             return false;
         }
     }
     if (wanted.get("missing", false).asBool()) {
-        problem = to_utf8(path_) + ": cannot be removed";
-        return remove_tree(path_);
+        problem = base::to_utf8(path_) + ": cannot be removed";
+        return base::remove_tree(path_);
     }
     if (!empty_folder(script_folder()) || !write_ini(wanted, port)) {
-        problem = to_utf8(script_folder()) + ": cannot be written";
+        problem = base::to_utf8(script_folder()) + ": cannot be written";
         return false;
     }
     if (!copy_seven_zip(wanted.get("seven_zip", true).asBool(), sources.seven_zip, problem) ||
@@ -174,9 +189,10 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
         return false;
     }
     for (const std::string& name : wanted["files"].getMemberNames()) {
-        const std::wstring file = joined(path_, to_wide(name));
-        if (!make_folder(folder_of(file)) || !write_file(file, wanted["files"][name].asString())) {
-            problem = to_utf8(file) + ": cannot be written";
+        const std::wstring file = base::joined(path_, base::to_wide(name));
+        if (!base::make_folder(base::folder_of(file)) ||
+            !base::write_file(file, wanted["files"][name].asString())) {
+            problem = base::to_utf8(file) + ": cannot be written";
             return false;
         }
     }
@@ -184,14 +200,14 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
 }
 
 bool DataFolder::adopt(std::string& problem) {
-    const std::wstring source = joined(script_folder(), L"MaxRenderGlobalsParser.ms");
-    if (!file_exists(source)) {
-        problem = to_utf8(source) + ": is not installed";
+    const std::wstring source = base::joined(script_folder(), L"MaxRenderGlobalsParser.ms");
+    if (!base::file_exists(source)) {
+        problem = base::to_utf8(source) + ": is not installed";
         return false;
     }
     adopted_port_ = static_cast<int>(::GetPrivateProfileIntW(L"general", L"port", 0, ini_file().c_str()));
     if (adopted_port_ == 0) {
-        problem = to_utf8(ini_file()) + ": names no port";
+        problem = base::to_utf8(ini_file()) + ": names no port";
         return false;
     }
     return true;
@@ -201,7 +217,7 @@ void DataFolder::mark(const std::wstring& scene_folder) {
     scene_folder_ = scene_folder;
     before_.clear();
     for (const std::wstring& folder : {path_, scene_folder_}) {
-        for (const FileEntry& file : list_files(folder)) {
+        for (const base::FileEntry& file : base::list_files(folder)) {
             before_[file.path] = {file.size, file.written};
         }
     }
@@ -209,10 +225,10 @@ void DataFolder::mark(const std::wstring& scene_folder) {
 
 void DataFolder::append_new_files(const std::wstring& folder, const std::string& prefix,
                                   Json::Value& list) const {
-    for (const FileEntry& file : list_files(folder)) {
+    for (const base::FileEntry& file : base::list_files(folder)) {
         const auto known = before_.find(file.path);
         const bool same = known != before_.end() && known->second == std::make_pair(file.size, file.written);
-        if (!same && !(prefix.empty() && is_log_folder(to_wide(file.name)))) {
+        if (!same && !(prefix.empty() && is_log_folder(base::to_wide(file.name)))) {
             list.append(describe_file(file, prefix + file.name));
         }
     }
@@ -228,23 +244,23 @@ Json::Value DataFolder::appeared() const {
 }
 
 Json::Value DataFolder::logs() const {
-    std::vector<FileEntry> files;
-    for (const FileEntry& file : list_files(path_)) {
-        if (is_log_folder(to_wide(file.name)) && ends_with(file.name, ".log")) {
+    std::vector<base::FileEntry> files;
+    for (const base::FileEntry& file : base::list_files(path_)) {
+        if (is_log_folder(base::to_wide(file.name)) && ends_with(file.name, ".log")) {
             files.push_back(file);
         }
     }
     // Older files of a channel carry higher numbers, and the current one none.
-    std::sort(files.begin(), files.end(), [](const FileEntry& one, const FileEntry& other) {
+    std::sort(files.begin(), files.end(), [](const base::FileEntry& one, const base::FileEntry& other) {
         return one.name.size() != other.name.size() ? one.name.size() > other.name.size()
                                                     : one.name > other.name;
     });
     Json::Value channels(Json::objectValue);
-    for (const FileEntry& file : files) {
+    for (const base::FileEntry& file : files) {
         std::string content;
-        const std::string channel = log_channel(to_utf8(name_of(file.path)));
-        if (!channel.empty() && read_file(file.path, content)) {
-            for (const Json::Value& line : parse_log(log_bytes_to_utf8(content))) {
+        const std::string channel = log_channel(base::to_utf8(base::name_of(file.path)));
+        if (!channel.empty() && base::read_file(file.path, content)) {
+            for (const Json::Value& line : parse_log(log_to_utf8(content))) {
                 channels[channel].append(line);
             }
         }

@@ -1,6 +1,6 @@
 #include "standin/stage/dialog_state.h"
 
-#include "standin/stage/wide_text.h"
+#include "standin/base/text.h"
 
 #include <commctrl.h>
 
@@ -31,7 +31,7 @@ Json::Value column_titles(HWND table) {
         description.cchTextMax = kCellLimit;
         ::SendMessageW(table, LVM_GETCOLUMNW, static_cast<WPARAM>(column),
                        reinterpret_cast<LPARAM>(&description));
-        titles.append(to_utf8(title));
+        titles.append(base::to_utf8(title));
     }
     return titles;
 }
@@ -40,9 +40,9 @@ Json::Value read_row(HWND table, int row, int columns) {
     const auto state = static_cast<UINT>(::SendMessageW(table, LVM_GETITEMSTATE, static_cast<WPARAM>(row),
                                                         LVIS_STATEIMAGEMASK | LVIS_SELECTED));
     Json::Value value(Json::objectValue);
-    value["name"] = to_utf8(cell_text(table, row, 0));
+    value["name"] = base::to_utf8(cell_text(table, row, 0));
     for (int column = 0; column < columns; ++column) {
-        value["cells"].append(to_utf8(cell_text(table, row, column)));
+        value["cells"].append(base::to_utf8(cell_text(table, row, column)));
     }
     value["checked"] = ((state & LVIS_STATEIMAGEMASK) >> 12) == 2;
     value["selected"] = (state & LVIS_SELECTED) != 0;
@@ -73,7 +73,7 @@ Json::Value read_items(HWND control, const ItemMessages& messages) {
         std::wstring text(length > 0 ? static_cast<std::size_t>(length) + 1 : 1, L'\0');
         ::SendMessageW(control, messages.text, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&text[0]));
         text.resize(std::wcslen(text.c_str()));
-        items.append(to_utf8(text));
+        items.append(base::to_utf8(text));
     }
     return items;
 }
@@ -128,8 +128,8 @@ HWND control_with_focus(HWND dialog) {
 
 Json::Value read_control(HWND control) {
     Json::Value value(Json::objectValue);
-    value["class"] = to_utf8(class_name(control));
-    value["text"] = to_utf8(window_text(control));
+    value["class"] = base::to_utf8(class_name(control));
+    value["text"] = base::to_utf8(window_text(control));
     value["enabled"] = ::IsWindowEnabled(control) != FALSE;
     // The control's own flag: before the dialog is shown nothing in it counts as visible to IsWindowVisible.
     value["visible"] = (::GetWindowLongPtrW(control, GWL_STYLE) & WS_VISIBLE) != 0;
@@ -181,7 +181,7 @@ Json::Value read_dialog_state(HWND dialog) {
     if (dialog == nullptr) {
         return value;
     }
-    value["title"] = to_utf8(window_text(dialog));
+    value["title"] = base::to_utf8(window_text(dialog));
     value["focus"] = ::GetDlgCtrlID(control_with_focus(dialog));
     value["controls"] = Json::Value(Json::objectValue);
     for (HWND control = ::GetWindow(dialog, GW_CHILD); control != nullptr;

@@ -2,7 +2,6 @@
 
 #include "standin/stage/expectations_lists.h"
 #include "standin/stage/json_match.h"
-#include "standin/stage/scenario_check.h"
 
 #include <sstream>
 

@@ -1,7 +1,5 @@
 #include "standin/stage/expectations_lists.h"
 
-#include "standin/stage/scenario_check.h"
-
 namespace stage {
 
 namespace {

@@ -1,8 +1,8 @@
 #include "standin/stage/infection.h"
 
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/sdk/control.h"
-#include "standin/stage/files.h"
-#include "standin/stage/wide_text.h"
 
 #include <algorithm>
 
@@ -52,8 +52,8 @@ std::string infection_in(const std::string& bytes) {
 
 bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
     for (const std::string& name : files.getMemberNames()) {
-        const std::wstring file = joined(folder, to_wide(name));
-        if (!make_folder(folder_of(file)) || !write_file(file, files[name].asString())) {
+        const std::wstring file = base::joined(folder, base::to_wide(name));
+        if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, files[name].asString())) {
             return false;
         }
     }
@@ -94,7 +94,7 @@ void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wan
         scene_.nodes.push_back(node_from(node));
     }
     const auto folder = [&startup](const wchar_t* name) {
-        return startup.empty() ? Text() : maxscript::text_from_wide(joined(startup, name));
+        return startup.empty() ? Text() : maxscript::text_from_wide(base::joined(startup, name));
     };
     scene_.system_startup = folder(L"system");
     scene_.user_startup = folder(L"user");
@@ -107,12 +107,12 @@ void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wan
 // Over the scene's own file; only what scripts can change of it changes.
 bool Infection::save(maxscript::Interpreter& interpreter, const std::wstring& path) const {
     std::string bytes;
-    if (path.empty() || !read_file(path, bytes)) {
+    if (path.empty() || !base::read_file(path, bytes)) {
         return false;
     }
     bytes = bytes.substr(0, bytes.rfind(kInfectionMark));
-    return write_file(path,
-                      bytes + kInfectionMark + maxscript::utf8_from_text(scene_.saved_content(interpreter)));
+    return base::write_file(path, bytes + kInfectionMark +
+                                      maxscript::utf8_from_text(scene_.saved_content(interpreter)));
 }
 
 } // namespace stage

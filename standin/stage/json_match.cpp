@@ -1,7 +1,5 @@
 #include "standin/stage/json_match.h"
 
-#include "standin/stage/scenario_check.h"
-
 #include <json/writer.h>
 
 namespace stage {
@@ -129,6 +127,14 @@ bool Matcher::match(const Json::Value& expected, const Json::Value& got, const s
 bool Matcher::matches(const Json::Value& expected, const Json::Value& got) const {
     std::vector<Mismatch> mismatches;
     return match(expected, got, std::string(), mismatches);
+}
+
+std::string place_of(const std::string& outer, const std::string& key) {
+    return outer.empty() ? key : outer + "." + key;
+}
+
+std::string place_of(const std::string& outer, unsigned index) {
+    return outer + "[" + std::to_string(index) + "]";
 }
 
 } // namespace stage

@@ -43,6 +43,10 @@ private:
 
 bool matches_pattern(const std::string& pattern, const std::string& text);
 
+// A place inside another one: place_of("steps[3]", "click") is "steps[3].click".
+std::string place_of(const std::string& outer, const std::string& key);
+std::string place_of(const std::string& outer, unsigned index);
+
 // One line for messages.
 std::string compact(const Json::Value& value);
 

@@ -1,18 +1,16 @@
 // The stage: plays the host for the plugin module, for a person or by a scenario.
+#include "standin/base/files_win32.h"
+#include "standin/base/program_win32.h"
+#include "standin/base/text.h"
 #include "standin/stage/command_line.h"
-#include "standin/stage/files.h"
 #include "standin/stage/scenario.h"
-#include "standin/stage/scenario_rules.h"
 #include "standin/stage/stage_for_person.h"
 #include "standin/stage/stage_run.h"
-#include "standin/stage/wide_text.h"
 
 #include <windows.h>
 
 #include <csignal>
 #include <cstdio>
-
-#include <shellapi.h>
 
 namespace {
 
@@ -38,12 +36,12 @@ void on_abort(int) {
 
 bool load_scenario(const std::wstring& file, Json::Value& scenario, std::string& problem) {
     std::string text;
-    if (!read_file(file, text)) {
-        problem = to_utf8(file) + ": cannot be read";
+    if (!base::read_file(file, text)) {
+        problem = base::to_utf8(file) + ": cannot be read";
         return false;
     }
     if (!read_scenario(text, scenario, problem)) {
-        problem = to_utf8(name_of(file)) + ": " + problem;
+        problem = base::to_utf8(base::name_of(file)) + ": " + problem;
         return false;
     }
     return true;
@@ -80,7 +78,12 @@ int run_scenario(const Options& options) {
     g_run = &run;
     ::SetUnhandledExceptionFilter(&on_crash);
     std::signal(SIGABRT, &on_abort);
-    return run.run();
+    try {
+        return run.run();
+    } catch (const Json::Exception& error) { // a value of the wrong type
+        return refuse(base::to_utf8(base::name_of(options.scenario)) +
+                      ": does not fit docs/scenario.schema.json (" + error.what() + ")");
+    }
 }
 
 int print_language(const Options& options) {
@@ -93,41 +96,20 @@ int print_language(const Options& options) {
     return kExitHeld;
 }
 
-int print_keys() {
-    std::size_t count = 0;
-    const KeyRule* rules = key_rules(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        std::printf("%s %s %s\n", rules[i].object, rules[i].key, rules[i].type);
-    }
-    return kExitHeld;
-}
-
-std::vector<std::wstring> arguments() {
-    int count = 0;
-    LPWSTR* list = ::CommandLineToArgvW(::GetCommandLineW(), &count);
-    std::vector<std::wstring> result;
-    for (int i = 1; list != nullptr && i < count; ++i) {
-        result.emplace_back(list[i]);
-    }
-    ::LocalFree(list);
-    return result;
-}
-
 } // namespace
 
 int main() {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     Options options;
-    std::string problem;
-    if (!parse_options(arguments(), program_folder(), options, problem)) {
-        return refuse(problem + "; --help lists what there is");
-    }
-    if (options.help) {
-        std::fputs(usage().c_str(), stdout);
+    std::string text;
+    switch (parse_options(base::command_line_arguments(), base::program_folder(), options, text)) {
+    case base::Arguments::bad:
+        return refuse(text + "; --help lists the options");
+    case base::Arguments::help:
+        std::fputs(text.c_str(), stdout);
         return kExitHeld;
-    }
-    if (options.print_keys) {
-        return print_keys();
+    case base::Arguments::good:
+        break;
     }
     if (!options.print_language.empty()) {
         return print_language(options);

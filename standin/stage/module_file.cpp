@@ -1,6 +1,6 @@
 #include "standin/stage/module_file.h"
 
-#include "standin/stage/wide_text.h"
+#include "standin/base/text.h"
 
 #include "plugapi.h"
 
@@ -25,7 +25,7 @@ std::string hexadecimal(unsigned long value) {
 }
 
 std::string wide_or_empty(const wchar_t* text) {
-    return text == nullptr ? std::string() : to_utf8(text);
+    return text == nullptr ? std::string() : base::to_utf8(text);
 }
 
 std::string version_text(DWORD high, DWORD low) {
@@ -57,7 +57,7 @@ bool ModuleFile::load(const std::wstring& path, std::string& problem) {
     path_ = path;
     handle_ = ::LoadLibraryW(path.c_str());
     if (handle_ == nullptr) {
-        problem = "the module '" + to_utf8(path) + "' cannot be loaded (error " +
+        problem = "the module '" + base::to_utf8(path) + "' cannot be loaded (error " +
                   std::to_string(::GetLastError()) + ")";
         return false;
     }
@@ -128,14 +128,14 @@ std::vector<unsigned> ModuleFile::numbers_of(const std::wstring& text) const {
 Json::Value ModuleFile::texts() const {
     Json::Value list(Json::objectValue);
     for (const auto& entry : texts_) {
-        list[std::to_string(entry.first)] = to_utf8(entry.second);
+        list[std::to_string(entry.first)] = base::to_utf8(entry.second);
     }
     return list;
 }
 
 Json::Value ModuleFile::description() const {
     Json::Value value(Json::objectValue);
-    value["file"] = to_utf8(path_);
+    value["file"] = base::to_utf8(path_);
     value["version"] = file_version(path_);
     value["library_version"] = hexadecimal(library_version_);
     value["description"] = wide_or_empty(exported<const wchar_t* (*)()>(handle_, "LibDescription")());

@@ -1,7 +1,7 @@
 #include "standin/stage/plugin_life.h"
 
+#include "standin/base/text.h"
 #include "standin/sdk/control.h"
-#include "standin/stage/wide_text.h"
 
 #include "guplib.h"
 
@@ -56,7 +56,7 @@ void PluginLife::stop() {
 
 Json::Value menu_lines() {
     Json::Value lines(Json::arrayValue);
-    const std::string text = to_utf8(host_standin::describe_menus());
+    const std::string text = base::to_utf8(host_standin::describe_menus());
     std::size_t from = 0;
     while (from < text.size()) {
         const std::size_t end = text.find('\n', from);

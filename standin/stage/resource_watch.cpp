@@ -1,7 +1,7 @@
 #include "standin/stage/resource_watch.h"
 
+#include "standin/base/text.h"
 #include "standin/stage/import_table.h"
-#include "standin/stage/wide_text.h"
 
 #include <winhttp.h>
 
@@ -56,7 +56,7 @@ Function as(AnyFunction function) {
 #define ORIGINAL(function, slot) as<decltype(&::function)>(g_original.slot)
 
 std::string text_or_empty(const wchar_t* text) {
-    return text == nullptr ? std::string() : to_utf8(text);
+    return text == nullptr ? std::string() : base::to_utf8(text);
 }
 
 void note_exit_code(HANDLE process) {

@@ -1,5 +1,5 @@
-// Reads a scenario: JSON in UTF-8, no comments, no key twice, nothing unknown. After a successful read
-// every value has the type that docs/scenario.md gives it.
+// Reads a scenario: JSON in UTF-8, no comments, no member twice. docs/scenario.schema.json says what it may
+// hold, and tools/check_scenarios.py checks it; the stage itself takes that for granted.
 #pragma once
 
 #include <json/value.h>
@@ -8,7 +8,7 @@
 
 namespace stage {
 
-// False: `problem` says where and what.
+// Returns false and sets `problem` to an error message when the text is not a JSON object.
 bool read_scenario(const std::string& text, Json::Value& scenario, std::string& problem);
 
 // "en", "zh", or "any": whichever the system has.

@@ -1,6 +1,6 @@
 #include "standin/stage/scene_literal.h"
 
-#include "standin/stage/wide_text.h"
+#include "standin/base/text.h"
 
 namespace stage {
 
@@ -18,7 +18,7 @@ constexpr int kSphericalCamera = 9; // V-Ray's number for the spherical panorama
 constexpr double kUsualFov = 45.0;
 
 std::wstring wide(const Json::Value& text) {
-    return to_wide(text.asString());
+    return base::to_wide(text.asString());
 }
 
 // A name, or an object with "name" and "class".
@@ -51,7 +51,7 @@ void take_frames(const Json::Value& wanted, SceneModel& model) {
     render.current_frame = wanted.get("current_frame", model.start_frame).asInt();
     render.range_start = wanted.get("range_start", model.start_frame).asInt();
     render.range_end = wanted.get("range_end", model.end_frame).asInt();
-    render.picked_frames = wide(wanted.get("picked_frames", to_utf8(render.picked_frames)));
+    render.picked_frames = wide(wanted.get("picked_frames", base::to_utf8(render.picked_frames)));
 }
 
 // The two renderers by their limits and overrides, or any renderer by its class and properties.
@@ -83,13 +83,13 @@ void take_picture(const Json::Value& wanted, SceneModel& model) {
     model.width = wanted.get("width", model.width).asInt();
     model.height = wanted.get("height", model.height).asInt();
     render.gamma_out = wanted.get("gamma_out", render.gamma_out).asDouble();
-    render.gamma_mode = wide(wanted.get("gamma_mode", to_utf8(render.gamma_mode)));
+    render.gamma_mode = wide(wanted.get("gamma_mode", base::to_utf8(render.gamma_mode)));
     render.kind = wanted.get("is_region", false).asBool() ? L"region" : render.kind;
-    render.kind = wide(wanted.get("render_kind", to_utf8(render.kind)));
+    render.kind = wide(wanted.get("render_kind", base::to_utf8(render.kind)));
     if (wanted.isMember("image_format")) {
         render.output_file = kOutputWithoutEnding + wide(wanted["image_format"]);
     }
-    render.output_file = wide(wanted.get("output_file", to_utf8(render.output_file)));
+    render.output_file = wide(wanted.get("output_file", base::to_utf8(render.output_file)));
 }
 
 } // namespace

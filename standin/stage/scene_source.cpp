@@ -1,11 +1,11 @@
 #include "standin/stage/scene_source.h"
 
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/scene/scene_file_win32.h"
 #include "standin/scene/scene_writer_win32.h"
-#include "standin/stage/files.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/scene_literal.h"
-#include "standin/stage/wide_text.h"
 
 #include <windows.h>
 
@@ -15,12 +15,12 @@ namespace {
 
 bool read_model(const std::wstring& file, standin::SceneModel& model, std::string& problem) {
     std::wstring reason;
-    if (!file_exists(file)) {
-        problem = to_utf8(file) + ": there is no such scene file";
+    if (!base::file_exists(file)) {
+        problem = base::to_utf8(file) + ": there is no such scene file";
         return false;
     }
     if (!standin::open_scene_file(file, model, reason)) {
-        problem = to_utf8(reason);
+        problem = base::to_utf8(reason);
         return false;
     }
     return true;
@@ -29,7 +29,7 @@ bool read_model(const std::wstring& file, standin::SceneModel& model, std::strin
 // Makes the file as large as wanted, with bytes that do not pack well.
 bool grow_file(const std::wstring& path, long long kilobytes) {
     std::string content;
-    if (kilobytes <= 0 || !read_file(path, content)) {
+    if (kilobytes <= 0 || !base::read_file(path, content)) {
         return kilobytes <= 0;
     }
     unsigned long long noise = 1;
@@ -37,7 +37,7 @@ bool grow_file(const std::wstring& path, long long kilobytes) {
         noise = noise * 6364136223846793005ULL + 1442695040888963407ULL;
         content += static_cast<char>(noise >> 56);
     }
-    return write_file(path, content);
+    return base::write_file(path, content);
 }
 
 bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageScene& scene,
@@ -45,22 +45,23 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
     scene.literal = wanted;
     scene.model = literal_model(wanted);
     scene.needs_save = wanted.get("needs_save", false).asBool();
-    scene.startup_folder = joined(folder, L"startup");
+    scene.startup_folder = base::joined(folder, L"startup");
     if (!write_startup_files(wanted["infection"]["startup_files"], scene.startup_folder)) {
-        problem = to_utf8(scene.startup_folder) + ": cannot be written";
+        problem = base::to_utf8(scene.startup_folder) + ": cannot be written";
         return false;
     }
     if (wanted.get("unsaved", false).asBool()) {
         return true;
     }
-    const std::wstring path = joined(folder, to_wide(wanted.get("file_name", "scene.max").asString()));
+    const std::wstring path =
+        base::joined(folder, base::to_wide(wanted.get("file_name", "scene.max").asString()));
     std::wstring reason;
     if (!standin::write_scene_file(scene.model, path, reason)) {
-        problem = to_utf8(reason);
+        problem = base::to_utf8(reason);
         return false;
     }
     if (!grow_file(path, wanted.get("size_kb", 0).asInt64())) {
-        problem = to_utf8(path) + ": cannot be written";
+        problem = base::to_utf8(path) + ": cannot be written";
         return false;
     }
     scene.model.path = path;
@@ -69,9 +70,9 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
 
 bool copy_into(const std::wstring& folder, const std::wstring& file, std::wstring& copy,
                std::string& problem) {
-    copy = joined(folder, name_of(file));
+    copy = base::joined(folder, base::name_of(file));
     if (::CopyFileW(file.c_str(), copy.c_str(), FALSE) == FALSE) {
-        problem = to_utf8(file) + ": cannot be copied to " + to_utf8(copy);
+        problem = base::to_utf8(file) + ": cannot be copied to " + base::to_utf8(copy);
         return false;
     }
     ::SetFileAttributesW(copy.c_str(), FILE_ATTRIBUTE_NORMAL);
@@ -88,7 +89,7 @@ bool open_scene(const std::wstring& file, StageScene& scene, std::string& proble
     if (!read_model(file, scene.model, problem)) {
         return false;
     }
-    scene.model.path = absolute_path(file);
+    scene.model.path = base::absolute_path(file);
     return true;
 }
 
@@ -100,8 +101,8 @@ bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const st
     }
     std::wstring file = given;
     if (wanted.isMember("file")) {
-        file = to_wide(wanted["file"].asString());
-        file = is_absolute(file) ? file : joined(base, file);
+        file = base::to_wide(wanted["file"].asString());
+        file = is_absolute(file) ? file : base::joined(base, file);
     }
     if (wanted.isMember("from_command_line") && given.empty()) {
         problem = "the scenario takes its scene from the command line, and no --scene is given";
@@ -111,7 +112,7 @@ bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const st
         return true;
     }
     // The open scene is the copy, so that the analysis names the file that will be packed.
-    file = absolute_path(file);
+    file = base::absolute_path(file);
     std::wstring copy;
     if (!read_model(file, scene.model, problem) || !copy_into(folder, file, copy, problem)) {
         return false;

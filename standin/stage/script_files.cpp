@@ -1,7 +1,7 @@
 #include "standin/stage/script_files.h"
 
 #include "common/win32_handles.h"
-#include "standin/stage/files.h"
+#include "standin/base/files_win32.h"
 
 namespace stage {
 
@@ -42,7 +42,7 @@ std::vector<Text> matching(const Text& pattern, bool folders) {
 } // namespace
 
 bool ScriptFiles::exists(const Text& path) {
-    return file_exists(wide(path));
+    return base::file_exists(wide(path));
 }
 
 bool ScriptFiles::folder_exists(const Text& path) {
@@ -58,11 +58,11 @@ std::int64_t ScriptFiles::size(const Text& path) {
 }
 
 bool ScriptFiles::read(const Text& path, std::string& bytes) {
-    return read_file(wide(path), bytes);
+    return base::read_file(wide(path), bytes);
 }
 
 bool ScriptFiles::write(const Text& path, const std::string& bytes) {
-    return write_file(wide(path), bytes);
+    return base::write_file(wide(path), bytes);
 }
 
 std::vector<Text> ScriptFiles::list(const Text& pattern) {

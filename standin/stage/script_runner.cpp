@@ -1,8 +1,8 @@
 #include "standin/stage/script_runner.h"
 
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/stage/analysis_answer.h"
-#include "standin/stage/files.h"
-#include "standin/stage/wide_text.h"
 
 namespace stage {
 
@@ -35,8 +35,8 @@ void StageScripts::start_host(const std::wstring& folder, const std::wstring& pr
     host_.environment_variables[u"SystemDrive"] = u"C:";
     maxscript_host::install_scene_library(*interpreter_, host_);
     infection_.install(*interpreter_);
-    const std::wstring start_script = joined(folder, kStartScript);
-    if (file_exists(start_script)) {
+    const std::wstring start_script = base::joined(folder, kStartScript);
+    if (base::file_exists(start_script)) {
         const std::wstring command = L"fileIn @\"" + start_script + L"\"";
         std::wstring result;
         bool is_text = false;
@@ -65,7 +65,7 @@ bool StageScripts::run_script(const std::wstring& command, std::wstring& result,
         result = maxscript::wide_from_text(interpreter_->as_string(value));
         return true;
     } catch (const ScriptError& error) {
-        result = to_wide(error.what());
+        result = base::to_wide(error.what());
         return false;
     }
 }
@@ -73,9 +73,9 @@ bool StageScripts::run_script(const std::wstring& command, std::wstring& result,
 Json::Value StageScripts::entry(const std::wstring& command, bool succeeded,
                                 const std::wstring& result) const {
     Json::Value made(Json::objectValue);
-    made["command"] = to_utf8(command);
+    made["command"] = base::to_utf8(command);
     made["succeeded"] = succeeded;
-    made["result"] = to_utf8(result);
+    made["result"] = base::to_utf8(result);
     made["listener"] = maxscript::utf8_from_text(printed_);
     return made;
 }

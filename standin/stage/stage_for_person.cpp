@@ -1,15 +1,15 @@
 #include "standin/stage/stage_for_person.h"
 
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/sdk/control.h"
 #include "standin/stage/client_process.h"
 #include "standin/stage/data_folder.h"
-#include "standin/stage/files.h"
 #include "standin/stage/frame_window.h"
 #include "standin/stage/module_file.h"
 #include "standin/stage/plugin_life.h"
 #include "standin/stage/scene_source.h"
 #include "standin/stage/script_runner.h"
-#include "standin/stage/wide_text.h"
 
 #include <cstdio>
 
@@ -30,11 +30,12 @@ int refuse(const std::string& problem) {
 // Without a client program the plugin finds nobody listening, which is worth a look too.
 int start_client(const Options& options, const std::wstring& folder, int port, ClientProcess& client) {
     std::string problem;
-    if (!file_exists(options.client)) {
+    if (!base::file_exists(options.client)) {
         say("no client program: submitting will find nobody listening");
         return 0;
     }
-    if (!client.start(absolute_path(options.client), Json::Value(Json::objectValue), folder, port, problem)) {
+    if (!client.start(base::absolute_path(options.client), Json::Value(Json::objectValue), folder, port,
+                      problem)) {
         say("the client: " + problem);
         return 0;
     }
@@ -54,7 +55,7 @@ bool prepare_outside(const Options& options, ClientProcess& client, const Silent
     if (options.installed && !data.adopt(problem)) {
         return false;
     }
-    make_folder(temporary_folder());
+    base::make_folder(temporary_folder());
     const int port = start_client(options, temporary_folder(), data.adopted_port(), client);
     return options.installed ||
            data.prepare(Json::Value(Json::objectValue), {options.seven_zip, options.scripts},
@@ -77,8 +78,9 @@ int run_for_person(const Options& options) {
     }
     Transcript transcript;
     StageScripts scripts(transcript);
-    scripts.start_host(options.installed ? folder_of(absolute_path(options.module)) : data.script_folder(),
-                       folder_of(data.path()));
+    scripts.start_host(options.installed ? base::folder_of(base::absolute_path(options.module))
+                                         : data.script_folder(),
+                       base::folder_of(data.path()));
     scripts.set_scene(scene, Json::Value());
     FrameWindow frame;
     if (!frame.create(L"Stage - " + scene.model.path)) {
@@ -89,14 +91,14 @@ int run_for_person(const Options& options) {
     host_standin::set_main_window(frame.window());
     host_standin::set_scene(scene.model.path, false);
     ModuleFile module;
-    if (!module.load(absolute_path(options.module), problem)) {
+    if (!module.load(base::absolute_path(options.module), problem)) {
         return refuse(problem);
     }
     PluginLife plugin(module, transcript);
     if (!plugin.start(false, problem)) {
         return refuse(problem);
     }
-    say("the menu is in the window's menu bar; logs and archives lie in " + to_utf8(data.path()));
+    say("the menu is in the window's menu bar; logs and archives lie in " + base::to_utf8(data.path()));
     frame.run();
     plugin.stop();
     return kExitHeld;

@@ -1,12 +1,12 @@
 #include "standin/stage/stage_run.h"
 
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/stage/expectations.h"
-#include "standin/stage/files.h"
 #include "standin/stage/heap_watch.h"
 #include "standin/stage/resource_watch.h"
 #include "standin/stage/scenario.h"
 #include "standin/stage/steps.h"
-#include "standin/stage/wide_text.h"
 
 #include <cstdio>
 #include <thread>
@@ -72,16 +72,16 @@ std::string system_language() {
 void CallList::on_call(const char* name, const std::wstring& arguments) {
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
-    entry["arguments"] = to_utf8(arguments);
+    entry["arguments"] = base::to_utf8(arguments);
     transcript_.append("host_calls", entry);
 }
 
 StageRun::StageRun(const Options& given, const Json::Value& wanted)
     : options(given), scenario(wanted), scripts(transcript), calls(transcript), plugin(module, transcript),
-      out_(absolute_path(given.out)), started_(::GetTickCount64()) {}
+      out_(base::absolute_path(given.out)), started_(::GetTickCount64()) {}
 
 std::wstring StageRun::out_file(const std::wstring& name) const {
-    return joined(out_, name);
+    return base::joined(out_, name);
 }
 
 void StageRun::place(const std::string& place) {
@@ -100,8 +100,8 @@ void StageRun::fail(const std::string& place, const std::string& expected, const
 
 bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis, std::string& problem) {
     StageScene scene;
-    if (!wanted.isNull() && !prepare_scene(wanted, folder_of(absolute_path(options.scenario)), options.scene,
-                                           scene_folder(), scene, problem)) {
+    if (!wanted.isNull() && !prepare_scene(wanted, base::folder_of(base::absolute_path(options.scenario)),
+                                           options.scene, scene_folder(), scene, problem)) {
         return false;
     }
     if (wanted.isNull()) {
@@ -110,24 +110,24 @@ bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis
     }
     scripts.set_scene(scene, analysis);
     host_standin::set_scene(scene.model.path, scene.needs_save);
-    transcript.set("scene", "path", to_utf8(scene.model.path));
+    transcript.set("scene", "path", base::to_utf8(scene.model.path));
     return true;
 }
 
 bool StageRun::start_client(const Json::Value& wanted, std::string& problem) {
-    return client.start(absolute_path(options.client), wanted, out_, data.adopted_port(), problem);
+    return client.start(base::absolute_path(options.client), wanted, out_, data.adopted_port(), problem);
 }
 
 // Everything outside the module: folders, the client, the plugin's data folder.
 bool StageRun::prepare_outside(std::string& problem) {
     for (const wchar_t* old : {L"transcript.json", L"client-requests.jsonl", L"scene"}) {
-        if (!remove_tree(out_file(old))) {
-            problem = to_utf8(out_file(old)) + ": cannot be removed";
+        if (!base::remove_tree(out_file(old))) {
+            problem = base::to_utf8(out_file(old)) + ": cannot be removed";
             return false;
         }
     }
-    if (!make_folder(scene_folder())) {
-        problem = to_utf8(scene_folder()) + ": cannot be made";
+    if (!base::make_folder(scene_folder())) {
+        problem = base::to_utf8(scene_folder()) + ": cannot be made";
         return false;
     }
     if (options.installed && scenario.isMember("data_folder")) {
@@ -143,9 +143,9 @@ bool StageRun::prepare_outside(std::string& problem) {
     if (options.installed) {
         return true;
     }
-    const DataSources sources = {options.seven_zip.empty() ? options.seven_zip
-                                                           : absolute_path(options.seven_zip),
-                                 options.scripts.empty() ? options.scripts : absolute_path(options.scripts)};
+    const DataSources sources = {
+        options.seven_zip.empty() ? options.seven_zip : base::absolute_path(options.seven_zip),
+        options.scripts.empty() ? options.scripts : base::absolute_path(options.scripts)};
     return data.prepare(scenario["data_folder"], sources, port(), problem);
 }
 
@@ -166,7 +166,7 @@ bool StageRun::play_earlier_run(std::string& problem) {
     ModuleFile earlier;
     connect_host();
     host_standin::set_call_recorder(nullptr);
-    if (!earlier.load(absolute_path(options.module), problem)) {
+    if (!earlier.load(base::absolute_path(options.module), problem)) {
         return false;
     }
     PluginLife life(earlier, unwanted);
@@ -179,7 +179,7 @@ bool StageRun::play_earlier_run(std::string& problem) {
 }
 
 bool StageRun::open_module(std::string& problem) {
-    if (!module.load(absolute_path(options.module), problem)) {
+    if (!module.load(base::absolute_path(options.module), problem)) {
         return false;
     }
     transcript.set("texts", module.texts());
@@ -195,7 +195,7 @@ bool StageRun::open_module(std::string& problem) {
 }
 
 bool StageRun::prepare(std::string& problem) {
-    transcript.set("scenario", to_utf8(options.scenario));
+    transcript.set("scenario", base::to_utf8(options.scenario));
     transcript.set("description", scenario.get("description", ""));
     transcript.set("language", system_language());
     Json::Value closed(Json::objectValue);
@@ -222,13 +222,15 @@ bool StageRun::prepare(std::string& problem) {
         return false;
     }
     connect_host();
-    kept_menus_ = menu_file.empty() || menu_file == "from_earlier_run" ? kept_menus_ : to_wide(menu_file);
+    kept_menus_ =
+        menu_file.empty() || menu_file == "from_earlier_run" ? kept_menus_ : base::to_wide(menu_file);
     if (!kept_menus_.empty() && !host_standin::load_menus(kept_menus_)) {
         problem = "host.menu_file: the host does not know this text as a menu file";
         return false;
     }
-    scripts.start_host(options.installed ? folder_of(absolute_path(options.module)) : data.script_folder(),
-                       folder_of(data.path()));
+    scripts.start_host(options.installed ? base::folder_of(base::absolute_path(options.module))
+                                         : data.script_folder(),
+                       base::folder_of(data.path()));
     transcript.set("scene", "path", "");
     return open_scene(scenario["scene"],
                       scenario["analysis"].isNull() ? Json::Value(Json::objectValue) : scenario["analysis"],
@@ -308,7 +310,7 @@ int StageRun::report() {
         std::fputs("error: the transcript cannot be written\n", stderr);
         return kExitTrouble;
     }
-    say((failed == 0 ? "passed: " : "failed: ") + to_utf8(name_of(options.scenario)) + ", " +
+    say((failed == 0 ? "passed: " : "failed: ") + base::to_utf8(base::name_of(options.scenario)) + ", " +
         std::to_string(outcomes.size() - failed) + " expectations hold, " + std::to_string(failed) +
         " do not");
     return code;

@@ -1,9 +1,9 @@
 #include "standin/stage/steps.h"
 
+#include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
+#include "standin/stage/json_match.h"
 #include "standin/stage/scenario.h"
-#include "standin/stage/scenario_check.h"
-#include "standin/stage/wide_text.h"
 
 #include <json/value.h>
 
@@ -97,11 +97,12 @@ bool Steps::run_steps(const Json::Value& steps, const std::string& place) {
 
 void Steps::do_verb(const Json::Value& step) {
     const std::string verb = only_key(step);
-    for (const VerbEntry& known : kVerbs) {
-        if (verb == known.key) {
-            (this->*known.verb)(step[verb]);
-        }
+    const VerbEntry* const known = std::find_if(
+        std::begin(kVerbs), std::end(kVerbs), [&verb](const VerbEntry& entry) { return verb == entry.key; });
+    if (known == std::end(kVerbs)) {
+        throw StepFailure{"a step of docs/scenario.md", verb};
     }
+    (this->*known->verb)(step[verb]);
 }
 
 bool Steps::run_step(const Json::Value& step, const std::string& place) {
@@ -117,6 +118,9 @@ bool Steps::run_step(const Json::Value& step, const std::string& place) {
         do_verb(step);
     } catch (const StepFailure& failure) {
         run_.fail(own_place, failure.expected, failure.got);
+        done = false;
+    } catch (const std::exception& error) { // a value of the wrong type in the scenario
+        run_.fail(own_place, "a step that fits docs/scenario.schema.json", error.what());
         done = false;
     }
     entry["done"] = done;
@@ -232,7 +236,7 @@ int Steps::row_of(const Json::Value& row) {
     call([&] {
         count = row_count(list);
         for (int i = 0; i < count && found < 0 && row.isString(); ++i) {
-            found = to_utf8(cell_text(list, i, 0)) == row.asString() ? i : -1;
+            found = base::to_utf8(cell_text(list, i, 0)) == row.asString() ? i : -1;
         }
     });
     found = row.isString() ? found : row.asInt() < count ? row.asInt() : -1;

@@ -1,8 +1,8 @@
 // Steps with mouse and keyboard.
+#include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/json_match.h"
 #include "standin/stage/steps.h"
-#include "standin/stage/wide_text.h"
 
 #include <commctrl.h>
 
@@ -91,7 +91,7 @@ HWND Steps::focused_in(HWND control) {
 
 void Steps::type(const Json::Value& arguments) {
     const HWND edit = usable_control(arguments);
-    const std::wstring text = to_wide(arguments["text"].asString());
+    const std::wstring text = base::to_wide(arguments["text"].asString());
     const std::string how = arguments.get("how", "keys").asString();
     if (how == "set") {
         // Posted, not called: the change may open a box, and it is this thread that answers it.
@@ -174,7 +174,7 @@ void Steps::click(const Json::Value& arguments) {
 
 void Steps::key(const Json::Value& arguments) {
     if (arguments.isMember("access")) {
-        const std::wstring letter = to_wide(arguments["access"].asString());
+        const std::wstring letter = base::to_wide(arguments["access"].asString());
         HWND focus = nullptr;
         call([&focus] { focus = ::GetFocus(); });
         if (focus == nullptr || letter.size() != 1) {

@@ -1,12 +1,11 @@
 // Steps that go on for long: the same ones again and again, and random ones.
+#include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/heap_watch.h"
 #include "standin/stage/json_match.h"
 #include "standin/stage/scenario.h"
-#include "standin/stage/scenario_check.h"
 #include "standin/stage/soak.h"
 #include "standin/stage/steps.h"
-#include "standin/stage/wide_text.h"
 
 #include "resources/resource_ids.h"
 
@@ -77,7 +76,7 @@ SoakView Steps::soak_view() {
         for (HWND child = ::GetWindow(top, GW_CHILD); child != nullptr;
              child = ::GetWindow(child, GW_HWNDNEXT)) {
             if (::IsWindowVisible(child) != FALSE && ::IsWindowEnabled(child) != FALSE) {
-                view.controls.push_back({::GetDlgCtrlID(child), to_utf8(class_name(child))});
+                view.controls.push_back({::GetDlgCtrlID(child), base::to_utf8(class_name(child))});
             }
         }
         const HWND list = camera_table(top);

@@ -1,7 +1,7 @@
 // Steps in the camera table.
+#include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/steps.h"
-#include "standin/stage/wide_text.h"
 
 #include <commctrl.h>
 

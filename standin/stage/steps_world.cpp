@@ -1,12 +1,12 @@
 // Steps with what is around the module: the host's menus, the scene, the client, files; and looks at how
 // things are.
+#include "standin/base/files_win32.h"
+#include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/expectations.h"
-#include "standin/stage/files.h"
 #include "standin/stage/resource_watch.h"
 #include "standin/stage/screenshot.h"
 #include "standin/stage/steps.h"
-#include "standin/stage/wide_text.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -79,7 +79,8 @@ void Steps::menu(const Json::Value& arguments) {
     FoundItem item;
     call([&] { item = find_item(::GetMenu(run_.frame.window()), title); });
     if (!item.found) {
-        throw StepFailure{"a menu entry with text " + std::to_string(number) + " (" + to_utf8(title) + ")",
+        throw StepFailure{"a menu entry with text " + std::to_string(number) + " (" + base::to_utf8(title) +
+                              ")",
                           "there is none"};
     }
     if ((item.state & (MF_GRAYED | MF_DISABLED)) != 0 || ::IsWindowEnabled(run_.frame.window()) == FALSE) {
@@ -103,7 +104,7 @@ void Steps::picture(HWND window, const std::string& name) {
 void Steps::picture(const Photograph& take, const std::string& name) {
     SIZE size = {};
     bool taken = false;
-    const std::wstring file = run_.out_file(to_wide(name));
+    const std::wstring file = run_.out_file(base::to_wide(name));
     call([&] { taken = take(file, size); });
     if (!taken) {
         throw StepFailure{"a picture " + name, "it could not be made"};
@@ -184,20 +185,21 @@ void Steps::no_client(const Json::Value&) {
 
 std::wstring Steps::named_file(const Json::Value& arguments) const {
     const bool in_scene = arguments.get("in", "data").asString() == "scene";
-    return joined(in_scene ? run_.scene_folder() : run_.data.path(), to_wide(arguments["name"].asString()));
+    return base::joined(in_scene ? run_.scene_folder() : run_.data.path(),
+                        base::to_wide(arguments["name"].asString()));
 }
 
 void Steps::write(const Json::Value& arguments) {
     const std::wstring file = named_file(arguments);
-    if (!make_folder(folder_of(file)) || !write_file(file, arguments["text"].asString())) {
-        throw StepFailure{"the file written", to_utf8(file) + " could not be"};
+    if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, arguments["text"].asString())) {
+        throw StepFailure{"the file written", base::to_utf8(file) + " could not be"};
     }
 }
 
 void Steps::remove(const Json::Value& arguments) {
     const std::wstring file = named_file(arguments);
-    if ((!file_exists(file) && !folder_exists(file)) || !remove_tree(file)) {
-        throw StepFailure{"the file deleted", to_utf8(file) + " could not be"};
+    if ((!base::file_exists(file) && !base::folder_exists(file)) || !base::remove_tree(file)) {
+        throw StepFailure{"the file deleted", base::to_utf8(file) + " could not be"};
     }
 }
 
@@ -207,7 +209,7 @@ void Steps::lock(const Json::Value& arguments) {
     tarvo::FileHandle handle(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                            OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!handle) {
-        throw StepFailure{"the file locked", to_utf8(file) + " could not be"};
+        throw StepFailure{"the file locked", base::to_utf8(file) + " could not be"};
     }
     locks_[file] = std::move(handle);
 }

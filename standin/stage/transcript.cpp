@@ -1,6 +1,6 @@
 #include "standin/stage/transcript.h"
 
-#include "standin/stage/files.h"
+#include "standin/base/files_win32.h"
 
 #include <json/writer.h>
 
@@ -70,7 +70,7 @@ bool Transcript::write(const std::wstring& file) const {
     Json::StreamWriterBuilder builder;
     builder["indentation"] = "    ";
     builder["emitUTF8"] = true;
-    return write_file(file, Json::writeString(builder, copy()) + "\n");
+    return base::write_file(file, Json::writeString(builder, copy()) + "\n");
 }
 
 } // namespace stage

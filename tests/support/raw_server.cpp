@@ -1,5 +1,7 @@
 #include "tests/support/raw_server.h"
 
+#include "standin/base/sockets_win32.h"
+
 #include <cstdlib>
 #include <utility>
 
@@ -7,25 +9,9 @@ namespace tarvo_test {
 
 namespace {
 
-struct SocketLibrary {
-    SocketLibrary() {
-        WSADATA data;
-        ::WSAStartup(MAKEWORD(2, 2), &data);
-    }
-    ~SocketLibrary() { ::WSACleanup(); }
-};
-
-SOCKET bound_socket(int& port) {
-    static const SocketLibrary library;
-    const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-    ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-    int length = sizeof address;
-    ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length);
-    port = ::ntohs(address.sin_port);
-    return socket;
+// Sockets work from the first call to the end of the program.
+void start_socket_library() {
+    static const base::SocketLibrary library;
 }
 
 std::size_t content_length(const std::string& head) {
@@ -40,8 +26,8 @@ std::size_t content_length(const std::string& head) {
 
 RawServer::RawServer(ServerAction action, bool read_request)
     : action_(std::move(action)), read_request_(read_request) {
-    listener_ = bound_socket(port_);
-    ::listen(listener_, 1);
+    start_socket_library();
+    listener_ = base::listen_on_loopback(port_).release();
     thread_ = std::thread([this] { serve(); });
 }
 
@@ -96,13 +82,14 @@ void RawServer::receive(SOCKET connection) {
 }
 
 int free_port() {
+    start_socket_library();
     int port = 0;
-    ::closesocket(bound_socket(port));
+    base::bind_to_loopback(port);
     return port;
 }
 
 void say(SOCKET connection, const std::string& text) {
-    ::send(connection, text.data(), static_cast<int>(text.size()), 0);
+    base::send_all(connection, text);
 }
 
 void wait_for_hang_up(SOCKET connection) {

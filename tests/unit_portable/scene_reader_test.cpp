@@ -237,20 +237,6 @@ TEST(SceneReader, SummaryCountsAreNotTrusted) {
     }
 }
 
-TEST(SceneReader, Utf8FromBothSides) {
-    const std::string bytes = "a\xC3\xA9\xE7\x9B\xB8\xF0\x9F\x8E\xA5";
-    const ByteBuffer buffer(bytes.begin(), bytes.end());
-    const std::wstring wide = standin::wide_from_utf8(buffer);
-    ASSERT_EQ(wide.size(), 5u);
-    EXPECT_EQ(wide[3], static_cast<wchar_t>(0xD83C));
-    EXPECT_EQ(standin::utf8_from_wide(wide), bytes);
-    EXPECT_EQ(standin::utf8_from_wide(std::wstring(1, static_cast<wchar_t>(0xDC00))), "\xEF\xBF\xBD");
-    for (const char* const bad : {"\xC0\x80", "\xE7\x9B", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"}) {
-        const ByteBuffer bad_buffer(bad, bad + std::strlen(bad));
-        EXPECT_EQ(standin::wide_from_utf8(bad_buffer)[0], L'\uFFFD');
-    }
-}
-
 void fill_sector(ByteWriter& writer) {
     while (writer.size() % 512 != 0) {
         writer.u32(0xFFFFFFFF);

@@ -90,6 +90,10 @@ fetch_run_dependencies() {
     cross_cmake jsoncpp "$DEPS_DIR/src/jsoncpp" -DBUILD_SHARED_LIBS=OFF -DBUILD_STATIC_LIBS=ON \
         -DBUILD_OBJECT_LIBS=OFF -DJSONCPP_WITH_TESTS=OFF -DJSONCPP_WITH_POST_BUILD_UNITTEST=OFF
     install -D -m 644 "$DEPS_DIR/src/cpp-httplib/httplib.h" "$DEPS_DIR/mingw/include/httplib.h"
+    # Headers only, so Debian's packages serve the cross build too; apart from /usr/include, which is Linux's.
+    mkdir -p "$DEPS_DIR/mingw/include/CLI" "$DEPS_DIR/mingw/include/utf8cpp"
+    cp -r /usr/include/CLI/. "$DEPS_DIR/mingw/include/CLI"
+    cp -r /usr/include/utf8cpp/. "$DEPS_DIR/mingw/include/utf8cpp"
     seven_zip
 }
 

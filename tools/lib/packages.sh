@@ -3,7 +3,7 @@
 . "$(dirname "${BASH_SOURCE[0]}")/downloads.sh"
 
 RUN_PACKAGES=(
-    g++-mingw-w64-x86-64-posix libz-mingw-w64-dev cmake ninja-build make dpkg-dev xz-utils patch python3
+    g++-mingw-w64-x86-64-posix libz-mingw-w64-dev libcli11-dev libutfcpp-dev cmake ninja-build make dpkg-dev xz-utils patch python3
     wine wine64 xvfb xauth locales fonts-noto-cjk fonts-wine npm
 )
 PACKAGE_PACKAGES=(nsis git python3-markdown-it)

@@ -1,4 +1,4 @@
-// Owned sockets and the little that the impolite server needs of them.
+// Owned sockets on the loopback address. Include this before windows.h.
 #pragma once
 
 #include "common/handle.h"
@@ -8,7 +8,7 @@
 
 #include <string>
 
-namespace desktop_client {
+namespace base {
 
 struct SocketTraits {
     using Type = SOCKET;
@@ -25,8 +25,15 @@ public:
     SocketLibrary& operator=(const SocketLibrary&) = delete;
 };
 
-// Listens on 127.0.0.1; `port` 0 becomes the one that was picked. Empty when the port cannot be had.
+// Takes a port of 127.0.0.1 without listening: a connection is refused. `port` 0 becomes the port that was
+// picked. Empty when the port is not free.
+Socket bind_to_loopback(int& port);
+
+// As above, and listens.
 Socket listen_on_loopback(int& port);
+
+// Empty when nothing listens there.
+Socket connect_to_loopback(int port);
 
 bool readable_within(SOCKET socket, unsigned milliseconds);
 
@@ -35,4 +42,4 @@ bool send_all(SOCKET socket, const std::string& text);
 // Says the end and waits shortly for the other side's, so that nothing that was sent gets lost.
 void close_gently(Socket& socket);
 
-} // namespace desktop_client
+} // namespace base

@@ -1,10 +1,12 @@
-// Files and folders for the stage, all through wide paths.
+// Files and directories, always through wide paths.
 #pragma once
+
+#include "common/win32_handles.h"
 
 #include <string>
 #include <vector>
 
-namespace stage {
+namespace base {
 
 struct FileEntry {
     std::string name; // below the folder that was listed, with forward slashes; UTF-8
@@ -28,8 +30,27 @@ std::vector<FileEntry> list_files(const std::wstring& folder);
 // Only the folder itself, files and folders, names alone.
 std::vector<std::wstring> list_names(const std::wstring& folder);
 
-bool read_file(const std::wstring& path, std::string& content);
+// -1 when the size cannot be read.
+long long file_size(const std::wstring& path);
+
+// False when the file cannot be read to its end or is larger than `limit` bytes.
+bool read_file(const std::wstring& path, std::string& content,
+               std::size_t limit = static_cast<std::size_t>(-1));
 bool write_file(const std::wstring& path, const std::string& content);
+
+// Writes under another name and renames, so that a reader sees the whole content or no file.
+bool write_file_atomically(const std::wstring& path, const std::string& content);
+
+// Lines at the end of a file. Each line has reached the system when `append` returns: it outlives a killed
+// process.
+class LineFile {
+public:
+    bool open(const std::wstring& path);
+    bool append(const std::string& line);
+
+private:
+    tarvo::FileHandle file_;
+};
 
 std::wstring absolute_path(const std::wstring& path);
 std::wstring folder_of(const std::wstring& path); // without the closing separator
@@ -39,4 +60,4 @@ std::wstring joined(const std::wstring& folder, const std::wstring& name);
 // The folder that this program lies in.
 std::wstring program_folder();
 
-} // namespace stage
+} // namespace base

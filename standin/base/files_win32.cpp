@@ -1,11 +1,10 @@
-#include "standin/stage/files.h"
+#include "standin/base/files_win32.h"
 
-#include "common/win32_handles.h"
-#include "standin/stage/wide_text.h"
+#include "standin/base/text.h"
 
 #include <algorithm>
 
-namespace stage {
+namespace base {
 
 namespace {
 
@@ -56,10 +55,18 @@ void list_below(const std::wstring& folder, const std::string& prefix, std::vect
     }
 }
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 tarvo::FileHandle open_for_reading(const std::wstring& path) {
-    return tarvo::FileHandle(::CreateFileW(path.c_str(), GENERIC_READ,
-                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return tarvo::FileHandle(::CreateFileW(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool write_all(HANDLE file, const std::string& content) {
+    DWORD written = 0;
+    return ::WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr) !=
+               FALSE &&
+           written == content.size();
 }
 
 } // namespace
@@ -116,17 +123,25 @@ std::vector<std::wstring> list_names(const std::wstring& folder) {
     return names;
 }
 
-bool read_file(const std::wstring& path, std::string& content) {
-    const tarvo::FileHandle file = open_for_reading(path);
-    if (!file) {
-        return false;
+long long file_size(const std::wstring& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == FALSE) {
+        return -1;
     }
+    return static_cast<long long>(join_words(data.nFileSizeHigh, data.nFileSizeLow));
+}
+
+bool read_file(const std::wstring& path, std::string& content, std::size_t limit) {
     content.clear();
+    const tarvo::FileHandle file = open_for_reading(path);
     char block[65536];
     DWORD read = 0;
-    while (::ReadFile(file.get(), block, sizeof block, &read, nullptr) != FALSE) {
+    while (file && ::ReadFile(file.get(), block, sizeof block, &read, nullptr) != FALSE) {
         if (read == 0) {
             return true;
+        }
+        if (content.size() + read > limit) {
+            return false;
         }
         content.append(block, read);
     }
@@ -136,10 +151,27 @@ bool read_file(const std::wstring& path, std::string& content) {
 bool write_file(const std::wstring& path, const std::string& content) {
     const tarvo::FileHandle file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    DWORD written = 0;
-    return file &&
-           ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) &&
-           written == content.size();
+    return file && write_all(file.get(), content);
+}
+
+bool write_file_atomically(const std::wstring& path, const std::string& content) {
+    const std::wstring temporary = path + L".tmp";
+    if (write_file(temporary, content) &&
+        ::MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) {
+        return true;
+    }
+    ::DeleteFileW(temporary.c_str());
+    return false;
+}
+
+bool LineFile::open(const std::wstring& path) {
+    file_.reset(::CreateFileW(path.c_str(), FILE_APPEND_DATA, kShareAll, nullptr, OPEN_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr));
+    return static_cast<bool>(file_);
+}
+
+bool LineFile::append(const std::string& line) {
+    return write_all(file_.get(), line + "\n");
 }
 
 std::wstring absolute_path(const std::wstring& path) {
@@ -170,4 +202,4 @@ std::wstring program_folder() {
     return folder_of(path);
 }
 
-} // namespace stage
+} // namespace base

@@ -1,6 +1,8 @@
-#include "standin/client/sockets.h"
+#include "standin/base/sockets_win32.h"
 
-namespace desktop_client {
+#include <utility>
+
+namespace base {
 
 namespace {
 
@@ -25,7 +27,7 @@ SocketLibrary::~SocketLibrary() {
     ::WSACleanup();
 }
 
-Socket listen_on_loopback(int& port) {
+Socket bind_to_loopback(int& port) {
     Socket socket(::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
     if (!socket) {
         return Socket();
@@ -36,12 +38,24 @@ Socket listen_on_loopback(int& port) {
     sockaddr_in address = loopback(port);
     int size = sizeof(address);
     if (::bind(socket.get(), reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-        ::listen(socket.get(), SOMAXCONN) != 0 ||
         ::getsockname(socket.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
         return Socket();
     }
     port = ::ntohs(address.sin_port);
     return socket;
+}
+
+Socket listen_on_loopback(int& port) {
+    Socket socket = bind_to_loopback(port);
+    return socket && ::listen(socket.get(), SOMAXCONN) == 0 ? std::move(socket) : Socket();
+}
+
+Socket connect_to_loopback(int port) {
+    Socket socket(::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
+    const sockaddr_in address = loopback(port);
+    const bool connected =
+        socket && ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
+    return connected ? std::move(socket) : Socket();
 }
 
 bool readable_within(SOCKET socket, unsigned milliseconds) {
@@ -74,4 +88,4 @@ void close_gently(Socket& socket) {
     socket.reset();
 }
 
-} // namespace desktop_client
+} // namespace base

@@ -1,8 +1,8 @@
-// Takes requests in: has them checked, records them, and tells the person at the console. The record is
-// complete before the answer leaves, so whoever got the answer can read it.
+// Checks requests, records them in a file and prints them. The record is complete before the answer is sent,
+// so a program that has the answer can read it.
 #pragma once
 
-#include "standin/client/files.h"
+#include "standin/base/files_win32.h"
 #include "standin/client/http_request.h"
 #include "standin/client/options.h"
 #include "standin/client/request_check.h"
@@ -12,7 +12,7 @@
 #include <mutex>
 #include <string>
 
-namespace desktop_client {
+namespace client {
 
 struct Answer {
     int status = 200;
@@ -22,9 +22,9 @@ struct Answer {
 // Prints at once, also into a pipe.
 void print_line(const std::string& line);
 
-class Clerk {
+class RequestLog {
 public:
-    Clerk(const Options& options, const Answer& answer) : options_(options), answer_(answer) {}
+    RequestLog(const Options& options, const Answer& answer) : options_(options), answer_(answer) {}
 
     bool open_record();
 
@@ -39,8 +39,8 @@ private:
     const Options& options_;
     const Answer& answer_;
     std::mutex mutex_;
-    LineFile record_;
+    base::LineFile record_;
     int number_ = 0;
 };
 
-} // namespace desktop_client
+} // namespace client

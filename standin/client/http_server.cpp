@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-namespace desktop_client {
+namespace client {
 
 namespace {
 
@@ -43,7 +43,7 @@ void answer_in_chunks(const std::string& body, httplib::Response& response) {
 }
 
 void handle(Service& service, const httplib::Request& source, httplib::Response& response) {
-    service.clerk.take(request_from(source));
+    service.log.take(request_from(source));
     service.stop.wait(service.options.delay_ms);
     response.status = service.answer.status;
     if (service.options.mode == Mode::chunked) {
@@ -57,7 +57,7 @@ void set_up(httplib::Server& server, Service& service) {
     const auto handler = [&service](const httplib::Request& request, httplib::Response& response) {
         handle(service, request, response);
     };
-    // Every method and path is taken: a wrong one is the clerk's to report.
+    // Every method and path is taken: a wrong one is the log's to report.
     server.Get(".*", handler).Post(".*", handler).Put(".*", handler);
     server.Patch(".*", handler).Delete(".*", handler).Options(".*", handler);
     // The library's own choice would let a second program listen on the same port.
@@ -82,7 +82,7 @@ void set_up(httplib::Server& server, Service& service) {
 
 } // namespace
 
-ServeResult serve_politely(Service& service) {
+ServeResult serve_http(Service& service) {
     httplib::Server server;
     set_up(server, service);
     int port = service.options.port;
@@ -113,4 +113,4 @@ ServeResult serve_politely(Service& service) {
     return ServeResult::done;
 }
 
-} // namespace desktop_client
+} // namespace client

@@ -1,10 +1,10 @@
-#include "standin/client/sockets.h"
+#include "standin/base/sockets_win32.h"
 
 #include "standin/client/servers.h"
 
 #include <cstdlib>
 
-namespace desktop_client {
+namespace client {
 
 namespace {
 
@@ -16,7 +16,7 @@ constexpr size_t kRequestLimit = 16 * 1024 * 1024;
 
 // Appends what arrives next. False: the other side is gone, or silent for too long.
 bool receive_more(SOCKET socket, StopSignal& stop, std::string& text) {
-    for (unsigned waited = 0; !readable_within(socket, kLookEveryMs); waited += kLookEveryMs) {
+    for (unsigned waited = 0; !base::readable_within(socket, kLookEveryMs); waited += kLookEveryMs) {
         if (waited >= kPatienceMs || stop.requested()) {
             return false;
         }
@@ -64,15 +64,15 @@ std::string head_of(const Answer& answer, bool with_length) {
 
 void send_in_pieces(SOCKET socket, const Answer& answer, StopSignal& stop) {
     const size_t half = answer.body.size() / 2;
-    if (send_all(socket, head_of(answer, true) + answer.body.substr(0, half)) &&
+    if (base::send_all(socket, head_of(answer, true) + answer.body.substr(0, half)) &&
         !stop.wait(kBetweenPiecesMs)) {
-        send_all(socket, answer.body.substr(half));
+        base::send_all(socket, answer.body.substr(half));
     }
 }
 
 void send_by_bytes(SOCKET socket, const Answer& answer, StopSignal& stop) {
     for (const char byte : head_of(answer, true) + answer.body) {
-        if (!send_all(socket, std::string(1, byte)) || stop.wait(kBetweenBytesMs)) {
+        if (!base::send_all(socket, std::string(1, byte)) || stop.wait(kBetweenBytesMs)) {
             return;
         }
     }
@@ -81,7 +81,7 @@ void send_by_bytes(SOCKET socket, const Answer& answer, StopSignal& stop) {
 void send_answer(SOCKET socket, Service& service) {
     switch (service.options.mode) {
     case Mode::close_after_header:
-        send_all(socket, head_of(service.answer, true));
+        base::send_all(socket, head_of(service.answer, true));
         break;
     case Mode::pieces:
         send_in_pieces(socket, service.answer, service.stop);
@@ -90,7 +90,7 @@ void send_answer(SOCKET socket, Service& service) {
         send_by_bytes(socket, service.answer, service.stop);
         break;
     case Mode::no_length:
-        send_all(socket, head_of(service.answer, false) + service.answer.body);
+        base::send_all(socket, head_of(service.answer, false) + service.answer.body);
         break;
     default:
         break; // silence
@@ -98,12 +98,12 @@ void send_answer(SOCKET socket, Service& service) {
 }
 
 // True when this counts as a request.
-bool handle_connection(Socket connection, Service& service) {
+bool handle_connection(base::Socket connection, Service& service) {
     HttpRequest request;
     if (service.options.mode == Mode::close) {
         connection.reset();
         request.was_read = false;
-        service.clerk.take(request);
+        service.log.take(request);
         return true;
     }
     // Small packets are to leave as they were written.
@@ -111,22 +111,22 @@ bool handle_connection(Socket connection, Service& service) {
     ::setsockopt(connection.get(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&yes),
                  sizeof(yes));
     if (!read_request(connection.get(), service.stop, request)) {
-        print_line("a connection brought no whole request");
+        print_line("incomplete request");
         return false;
     }
-    service.clerk.take(request);
+    service.log.take(request);
     service.stop.wait(service.options.delay_ms);
     send_answer(connection.get(), service);
-    close_gently(connection);
+    base::close_gently(connection);
     return true;
 }
 
 } // namespace
 
-ServeResult serve_impolitely(Service& service) {
-    const SocketLibrary library;
+ServeResult serve_faults(Service& service) {
+    const base::SocketLibrary library;
     int port = service.options.port;
-    const Socket listener = listen_on_loopback(port);
+    const base::Socket listener = base::listen_on_loopback(port);
     if (!listener) {
         return ServeResult::port_refused;
     }
@@ -134,10 +134,10 @@ ServeResult serve_impolitely(Service& service) {
         return ServeResult::abandoned;
     }
     while (!service.stop.requested()) {
-        if (!readable_within(listener.get(), kLookEveryMs)) {
+        if (!base::readable_within(listener.get(), kLookEveryMs)) {
             continue;
         }
-        Socket connection(::accept(listener.get(), nullptr, nullptr));
+        base::Socket connection(::accept(listener.get(), nullptr, nullptr));
         if (connection && handle_connection(std::move(connection), service) && service.options.once) {
             break;
         }
@@ -145,4 +145,4 @@ ServeResult serve_impolitely(Service& service) {
     return ServeResult::done;
 }
 
-} // namespace desktop_client
+} // namespace client

@@ -1,9 +1,11 @@
-#include "standin/client/clerk.h"
-#include "standin/client/json.h"
+#include "standin/client/request_log.h"
+
+#include "standin/base/json.h"
+#include "standin/base/text.h"
 
 #include <cstdio>
 
-namespace desktop_client {
+namespace client {
 
 namespace {
 
@@ -47,21 +49,21 @@ void print_line(const std::string& line) {
     std::fflush(stdout);
 }
 
-bool Clerk::open_record() {
+bool RequestLog::open_record() {
     return options_.record_file.empty() || record_.open(options_.record_file);
 }
 
-void Clerk::take(const HttpRequest& request) {
+void RequestLog::take(const HttpRequest& request) {
     const std::lock_guard<std::mutex> lock(mutex_);
     ++number_;
     const RequestFindings findings = check_request(request, options_.seven_zip);
-    if (!options_.record_file.empty() && !record_.append(one_line(record_of(request, findings)))) {
+    if (!options_.record_file.empty() && !record_.append(base::one_line(record_of(request, findings)))) {
         print_line("error: the record could not be written");
     }
     print(request, findings);
 }
 
-Json::Value Clerk::record_of(const HttpRequest& request, const RequestFindings& findings) const {
+Json::Value RequestLog::record_of(const HttpRequest& request, const RequestFindings& findings) const {
     Json::Value record(Json::objectValue);
     record["number"] = number_;
     record["mode"] = options_.mode_name;
@@ -83,7 +85,7 @@ Json::Value Clerk::record_of(const HttpRequest& request, const RequestFindings& 
     return record;
 }
 
-Json::Value Clerk::answer_record() const {
+Json::Value RequestLog::answer_record() const {
     if (options_.mode == Mode::close || options_.mode == Mode::silence) {
         return Json::Value();
     }
@@ -96,7 +98,7 @@ Json::Value Clerk::answer_record() const {
     return record;
 }
 
-void Clerk::print(const HttpRequest& request, const RequestFindings& findings) const {
+void RequestLog::print(const HttpRequest& request, const RequestFindings& findings) const {
     const std::string number = "request " + std::to_string(number_) + ": ";
     if (!request.was_read) {
         print_line(number + "closed without reading it");
@@ -108,7 +110,7 @@ void Clerk::print(const HttpRequest& request, const RequestFindings& findings) c
     if (!job.document.empty()) {
         print_line("  scene     " + job.scene + " (" + job.max_version + ")");
         print_line("  document  " + job.document);
-        print_line("  cameras   " + (job.cameras.empty() ? "none" : joined(job.cameras)));
+        print_line("  cameras   " + (job.cameras.empty() ? "none" : base::comma_list(job.cameras)));
         print_line("  archive   " + job.archive + " (" + std::to_string(job.archive_size) + " bytes)");
     }
     for (const Check& check : findings.checks) {
@@ -124,4 +126,4 @@ void Clerk::print(const HttpRequest& request, const RequestFindings& findings) c
                " (mode " + options_.mode_name + ")");
 }
 
-} // namespace desktop_client
+} // namespace client

@@ -1,0 +1,24 @@
+// JSON as the stand-ins read and write it. It does not share the plugin's reading: it is the other side.
+#pragma once
+
+#include <json/value.h>
+
+#include <string>
+#include <vector>
+
+namespace base {
+
+// Takes standard JSON only: no comments, no member twice, nothing after the end. A byte-order mark in front
+// is skipped. False: `problem` is an error message in one line.
+bool parse_strictly(const std::string& text, Json::Value& root, std::string& problem);
+
+// Null when the text is not JSON.
+Json::Value parsed_or_null(const std::string& text);
+
+// The members' names in the order in which the parsed text had them.
+std::vector<std::string> members_as_written(const Json::Value& object);
+
+// In one line and in ASCII.
+std::string one_line(const Json::Value& value);
+
+} // namespace base

@@ -1,0 +1,44 @@
+// The text conversions that all stand-ins share.
+#include "standin/base/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const char* const kEveryLength = "a\xC3\xA9\xE7\x9B\xB8\xF0\x9F\x8E\xA5";
+
+TEST(StandinText, FourByteSequenceIsASurrogatePair) {
+    const std::wstring wide = base::to_wide(kEveryLength);
+    ASSERT_EQ(wide.size(), 5u);
+    EXPECT_EQ(wide[3], static_cast<wchar_t>(0xD83C));
+    EXPECT_EQ(base::to_utf8(wide), kEveryLength);
+    EXPECT_EQ(base::to_utf8(base::to_utf16(kEveryLength)), kEveryLength);
+}
+
+TEST(StandinText, LoneSurrogateBecomesTheReplacementCharacter) {
+    EXPECT_EQ(base::to_utf8(std::wstring(1, static_cast<wchar_t>(0xDC00))), "\xEF\xBF\xBD");
+    EXPECT_EQ(base::to_utf8(std::u16string(u"a") + char16_t(0xD83C) + u"b"), "a\xEF\xBF\xBD"
+                                                                             "b");
+}
+
+TEST(StandinText, InvalidBytesBecomeTheReplacementCharacter) {
+    for (const char* const bad : {"\xC0\x80", "\xE7\x9B", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"}) {
+        EXPECT_FALSE(base::is_utf8(bad));
+        EXPECT_EQ(base::to_wide(bad)[0], static_cast<wchar_t>(0xFFFD));
+        EXPECT_EQ(base::to_wide(std::string("a") + bad + "b").front(), L'a');
+        EXPECT_EQ(base::to_wide(std::string("a") + bad + "b").back(), L'b');
+    }
+}
+
+TEST(StandinText, RunsOfBlanksCollapse) {
+    EXPECT_EQ(base::collapsed("  a \t\r\n b  "), "a b");
+    EXPECT_EQ(base::collapsed(" \n"), "");
+}
+
+TEST(StandinText, OnlyAsciiLettersAreFolded) {
+    EXPECT_TRUE(base::equal_ignoring_case("Content-TYPE", "content-type"));
+    EXPECT_FALSE(base::equal_ignoring_case("\xC3\x84", "\xC3\xA4"));
+    EXPECT_FALSE(base::equal_ignoring_case("a", "ab"));
+}
+
+} // namespace

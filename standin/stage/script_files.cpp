@@ -46,7 +46,7 @@ bool ScriptFiles::exists(const Text& path) {
 }
 
 bool ScriptFiles::folder_exists(const Text& path) {
-    return stage::folder_exists(wide(path));
+    return base::folder_exists(wide(path));
 }
 
 std::int64_t ScriptFiles::size(const Text& path) {

@@ -2,48 +2,33 @@
 // plain socket that shows every byte and when it came. Winsock has to be up for `ask`.
 #pragma once
 
-#include "common/handle.h"
-#include "common/win32_handles.h"
+#include "standin/base/sockets_win32.h"
+
+#include "standin/base/files_win32.h"
+#include "standin/base/program_win32.h"
+#include "standin/base/text.h"
 #include "tests/support/patience.h"
 #include "tests/support/system_error.h"
 
 #include <gtest/gtest.h>
 
-#include <winsock2.h>
-
-#include <windows.h>
-
-#include <cstdio>
-#include <memory>
 #include <string>
+#include <utility>
 
 namespace tarvo_test {
 
 inline std::wstring module_folder() {
-    wchar_t path[MAX_PATH] = {};
-    ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring full = path;
-    return full.substr(0, full.rfind(L'\\'));
+    return base::program_folder();
 }
-
-using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
 inline void write_wide(const std::wstring& path, const std::string& content) {
-    const File file(::_wfopen(path.c_str(), L"wb"), std::fclose);
-    ASSERT_TRUE(file != nullptr) << library_error("_wfopen for writing", path, errno);
-    ASSERT_EQ(content.size(), std::fwrite(content.data(), 1, content.size(), file.get()))
-        << library_error("fwrite", path, errno);
+    ASSERT_TRUE(base::write_file(path, content)) << system_error("write_file", path, ::GetLastError());
 }
 
+// Empty when the file cannot be read.
 inline std::string read_wide(const std::wstring& path) {
-    FILE* const opened = ::_wfopen(path.c_str(), L"rb");
     std::string content;
-    if (opened != nullptr) {
-        const File file(opened, std::fclose);
-        for (int c = std::fgetc(opened); c != EOF; c = std::fgetc(opened)) {
-            content += static_cast<char>(c);
-        }
-    }
+    base::read_file(path, content);
     return content;
 }
 
@@ -62,22 +47,12 @@ inline tarvo::KernelHandle start(const std::wstring& program, const std::wstring
         ADD_FAILURE() << system_error("CreateFileW", output, error);
         return tarvo::KernelHandle();
     }
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = file.get();
-    startup.hStdError = file.get();
-    PROCESS_INFORMATION information = {};
-    std::wstring command = L"\"" + program + L"\" " + arguments;
-    if (::CreateProcessW(program.c_str(), &command[0], nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                         nullptr, &startup, &information) == 0) {
-        const DWORD error = ::GetLastError();
-        ADD_FAILURE() << system_error("CreateProcessW", program, error)
-                      << ", command line: " << tarvo::WideToUtf8(command);
-        return tarvo::KernelHandle();
+    base::StartedProgram started = base::start_program(program, arguments, file.get());
+    if (!started.process) {
+        ADD_FAILURE() << system_error("CreateProcessW", program, started.error)
+                      << ", arguments: " << base::to_utf8(arguments);
     }
-    ::CloseHandle(information.hThread);
-    return tarvo::KernelHandle(information.hProcess);
+    return std::move(started.process);
 }
 
 // -1 when it cannot be had; the test has then failed.
@@ -92,12 +67,6 @@ inline int exit_code_of(const tarvo::KernelHandle& process) {
     return static_cast<int>(code);
 }
 
-struct SocketTraits {
-    using Type = SOCKET;
-    static Type empty() { return INVALID_SOCKET; }
-    static void close(Type handle) { ::closesocket(handle); }
-};
-
 struct Reply {
     std::string text;
     ULONGLONG first_ms = 0; // from the sending to the first and to the last packet
@@ -111,18 +80,14 @@ struct Reply {
 
 // Sends, and reads until the other side closes.
 inline Reply ask(int port, const std::string& request) {
-    const tarvo::UniqueHandle<SocketTraits> socket(::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = ::htons(static_cast<u_short>(port));
-    address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
+    const base::Socket socket = base::connect_to_loopback(port);
     Reply reply;
-    if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+    if (!socket) {
         ADD_FAILURE() << "connect to port " << port << " failed: error " << ::WSAGetLastError();
         return reply;
     }
     const ULONGLONG begin = ::GetTickCount64();
-    ::send(socket.get(), request.data(), static_cast<int>(request.size()), 0);
+    base::send_all(socket.get(), request);
     char buffer[65536];
     for (int count = 0; (count = ::recv(socket.get(), buffer, sizeof(buffer), 0)) > 0;) {
         reply.last_ms = ::GetTickCount64() - begin;

@@ -246,7 +246,8 @@ void Steps::fail_next_copy(const Json::Value&) {
 
 // As a user does from the host's menu.
 void Steps::run_script(const Json::Value& arguments) {
-    const std::wstring file = joined(folder_of(run_.options.scenario), to_wide(arguments["name"].asString()));
+    const std::wstring file =
+        base::joined(base::folder_of(run_.options.scenario), base::to_wide(arguments["name"].asString()));
     bool done = false;
     std::wstring result;
     call([&] {
@@ -254,7 +255,7 @@ void Steps::run_script(const Json::Value& arguments) {
         done = run_.scripts.run(L"fileIn @\"" + file + L"\"", result, is_text);
     });
     if (!done) {
-        throw StepFailure{"the script run to its end", to_utf8(result)};
+        throw StepFailure{"the script run to its end", base::to_utf8(result)};
     }
 }
 

@@ -223,14 +223,14 @@ void Steps::unlock(const Json::Value& arguments) {
 // Under each name that an archive of this stem gets in the coming seconds.
 void Steps::plant_archives(const Json::Value& arguments) {
     const std::wstring start =
-        joined(run_.data.path(), L"compress\\" + to_wide(arguments["stem"].asString()) + L"_");
+        base::joined(run_.data.path(), L"compress\\" + base::to_wide(arguments["stem"].asString()) + L"_");
     const bool as_folder = arguments["as"].asString() == "folder";
     const std::time_t now = std::time(nullptr);
     for (int ahead = 0; ahead < arguments["seconds"].asInt(); ++ahead) {
         const std::wstring name = start + archive_tag(static_cast<unsigned>(now + ahead)) + L".7z";
-        const std::wstring file = as_folder ? joined(name, L"planted.txt") : name;
-        if (!make_folder(folder_of(file)) || !write_file(file, "planted")) {
-            throw StepFailure{"a planted archive", to_utf8(file) + " could not be written"};
+        const std::wstring file = as_folder ? base::joined(name, L"planted.txt") : name;
+        if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, "planted")) {
+            throw StepFailure{"a planted archive", base::to_utf8(file) + " could not be written"};
         }
         ::SetFileAttributesW(file.c_str(), as_folder ? FILE_ATTRIBUTE_NORMAL : FILE_ATTRIBUTE_READONLY);
     }

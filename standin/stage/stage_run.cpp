@@ -89,6 +89,11 @@ void StageRun::place(const std::string& place) {
     place_ = place;
 }
 
+std::string StageRun::place() {
+    const std::lock_guard<std::mutex> lock(place_mutex_);
+    return place_;
+}
+
 void StageRun::fail(const std::string& place, const std::string& expected, const std::string& got) {
     Json::Value outcome(Json::objectValue);
     outcome["place"] = place;
@@ -209,14 +214,7 @@ bool StageRun::prepare(std::string& problem) {
         problem = "no window can be opened (is there a screen?)";
         return false;
     }
-    ui.reset(new UiThread(frame.window(), [this] {
-        std::string where;
-        {
-            const std::lock_guard<std::mutex> lock(place_mutex_);
-            where = place_;
-        }
-        give_up("time limit: " + where);
-    }));
+    ui.reset(new UiThread(frame.window(), [this] { give_up("time limit: " + place()); }));
     const std::string menu_file = scenario["host"].get("menu_file", "").asString();
     if (menu_file == "from_earlier_run" && !play_earlier_run(problem)) {
         return false;

@@ -56,6 +56,7 @@ public:
     bool start_client(const Json::Value& wanted, std::string& problem);
     int port() const { return client.port() != 0 ? client.port() : silent_port.number(); }
     void place(const std::string& place);
+    std::string place();
     void fail(const std::string& place, const std::string& expected, const std::string& got);
     void judge(const Json::Value& expect, const std::string& place);
 

@@ -33,7 +33,10 @@ struct Argument {
 };
 
 struct Sentence {
-    Message message = Message::nothing;
+    Sentence(Message what = Message::nothing, std::vector<Argument> with = {})
+        : message(what), arguments(std::move(with)) {}
+
+    Message message;
     std::vector<Argument> arguments;
 };
 

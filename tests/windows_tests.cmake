@@ -73,6 +73,12 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
     endforeach()
 endforeach()
 
+# Paths and names once more where the ANSI page is UTF-8.
+add_test(NAME win32_tests.utf8 COMMAND ${TARVO_WINE} utf8 $<TARGET_FILE:win32_tests> --gtest_brief=1
+    --gtest_filter=ArchiveNames.*:SevenZip.*:ForeignArchive.*:Logger*:SceneBackup.*:PluginConfig*)
+set_tests_properties(win32_tests.utf8 PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET} COST 10
+    ENVIRONMENT "${TARVO_WINE_ENVIRONMENT}")
+
 # The dialogs at the screen scales besides the usual one.
 foreach(scale 150 200)
     foreach(language en zh)

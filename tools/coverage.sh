@@ -6,7 +6,7 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 fetch_test_dependencies
 build_preset mingw-coverage portable_tests win32_tests client make_scene

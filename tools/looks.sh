@@ -6,7 +6,7 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 install_packages "${RUN_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 build_preset mingw-release tarvo_module stage client
 out=$(realpath -m "${1:-$TARVO_BUILD_DIR/looks}")

@@ -6,7 +6,7 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 install_packages "${RUN_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 
 BIN=$TARVO_BUILD_DIR/mingw-release/bin

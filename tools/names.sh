@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# names.sh [COUNT] [SEED]: packs scenes with random names through the real 7z.exe, in both languages in turn, with
+# names.sh [COUNT] [SEED]: packs scenes with random names through the real 7z.exe, on the code pages 1252, 936 and 65001 in turn, with
 # neighbours beside each that a damaged name would hit, and looks at archive and neighbours afterwards. Ends at the
 # first name that fails and says how to get it again.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
@@ -7,6 +7,7 @@
 
 COUNT=${1:-20000}
 SEED=${2:-1}
+LANGUAGES=(en zh utf8)
 CHUNK=250 # names for one process of the test program
 PROGRAM=$TARVO_BUILD_DIR/mingw-release/bin/win32_tests.exe
 [ -f "$PROGRAM" ] || die "$PROGRAM is missing" "Run ./run once, or build the target win32_tests."
@@ -18,8 +19,7 @@ unset DISPLAY
 export TARVO_SEVEN_ZIP="Z:$TARVO_BUILD_DIR/deps/7-Zip"
 packed=0
 for ((done = 0, chunk = 0; done < COUNT; done += CHUNK, chunk++)); do
-    language=en
-    [ $((chunk % 2)) = 0 ] || language=zh
+    language=${LANGUAGES[chunk % 3]}
     export TARVO_NAMES=$((COUNT - done < CHUNK ? COUNT - done : CHUNK)) TARVO_NAMES_SEED=$((SEED + chunk))
     output=$(in_wine_buffered "$language" "$PROGRAM" --gtest_brief=1 --gtest_filter='ArchiveNames.*') || {
         printf '%s\n' "$output"

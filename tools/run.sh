@@ -34,7 +34,7 @@ if [ -n "$scene" ]; then
 fi
 
 install_packages "${RUN_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 
 BIN=$TARVO_BUILD_DIR/mingw-release/bin

@@ -46,7 +46,7 @@ closing_lines() {
 }
 
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 fetch_test_dependencies
 

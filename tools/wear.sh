@@ -7,7 +7,7 @@
 . "$ROOT/tools/lib/wine.sh"
 openings=${1:-500} submissions=${2:-200}
 install_packages "${RUN_PACKAGES[@]}"
-generate_chinese_locale
+generate_locales
 fetch_run_dependencies
 build_preset mingw-release tarvo_module stage client
 trap wine_down EXIT

@@ -48,6 +48,10 @@ protected:
     bool pack(const std::wstring& name) {
         const std::wstring file = work + L"\\" + name + L".max";
         tarvo_test::write_wide_file(file, scene_content());
+        return pack_existing(file);
+    }
+
+    bool pack_existing(const std::wstring& file) {
         config.sceneFile = tarvo::WideToUtf8(file);
         const std::string copy = config.sceneFile;
         const std::size_t mark = tarvo_test::log_mark("qfx_data");
@@ -155,7 +159,7 @@ TEST_F(SevenZip, SceneThatCannotBeReadIsLogged) {
     const tarvo::FileHandle held(::CreateFileW((work + L"\\held.max").c_str(), GENERIC_READ | GENERIC_WRITE,
                                                0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(static_cast<bool>(held));
-    ASSERT_TRUE(pack(L"held"));
+    ASSERT_TRUE(pack_existing(work + L"\\held.max"));
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(
         lines.front().find("[ERROR] 7-Zip did not pack the scene! Exit code: 1, bytes in the archive: "), 0u)

@@ -35,9 +35,12 @@ install_packages() {
 }
 
 # The locale of the environment decides Wine's code page and interface language.
-generate_chinese_locale() {
-    locale -a 2>/dev/null | grep -qix 'zh_CN.utf-\?8' && return 0
-    step "Generating the locale zh_CN.UTF-8"
-    quietly "$TARVO_BUILD_DIR/logs/locale.log" "Install the package locales." \
-        as_root localedef -i zh_CN -f UTF-8 zh_CN.UTF-8
+generate_locales() {
+    local name
+    for name in zh_CN hi_IN; do
+        locale -a 2>/dev/null | grep -qix "$name.utf-\?8" && continue
+        step "Generating the locale $name.UTF-8"
+        quietly "$TARVO_BUILD_DIR/logs/locale.log" "Install the package locales." \
+            as_root localedef -i "$name" -f UTF-8 "$name.UTF-8"
+    done
 }

@@ -169,12 +169,14 @@ wine_down() {
 }
 
 # The locale of the environment decides code page and interface language: en is 1252 and English, zh is 936 and
-# Simplified Chinese.
+# Simplified Chinese. In a language without an ANSI page Wine uses UTF-8, as Windows does with its UTF-8 setting: utf8 is
+# 65001, with the English texts.
 language_locale() {
     case $1 in
         en) echo C.UTF-8 ;;
         zh) echo zh_CN.UTF-8 ;;
-        *) die "unknown language '$1'" "Use en or zh." ;;
+        utf8) echo hi_IN.UTF-8 ;;
+        *) die "unknown language '$1'" "Use en, zh or utf8." ;;
     esac
 }
 

@@ -57,6 +57,22 @@ std::vector<Value> tracked_files(const SceneHost& host) {
     return files;
 }
 
+// What a scene file names itself, or the open scene. `name` is folded.
+std::vector<Value> files_used_by(const SceneHost& host, const Text& name) {
+    std::vector<Value> files;
+    const auto used = host.used_by.find(name);
+    if (used != host.used_by.end()) {
+        for (const Text& file : used->second) {
+            files.push_back(Value::string(file));
+        }
+    } else if (name == maxscript::folded(text_of(host.model.path))) {
+        for (const ReferencedFile& file : host.model.references) {
+            files.push_back(Value::string(text_of(file.named)));
+        }
+    }
+    return files;
+}
+
 void install_tracker(Interpreter& interpreter, SceneHost& host) {
     auto tracker = std::make_shared<HostInterface>(u"ATSOps");
     tracker->add_property(
@@ -68,17 +84,7 @@ void install_tracker(Interpreter& interpreter, SceneHost& host) {
     // Only what the file names itself; the third argument takes the names.
     tracker->add(u"GetDependentFiles", 3, 3, {}, [&interpreter, &host](Arguments& arguments) {
         answer_or_fail(interpreter, host, u"ATSOps.GetDependentFiles");
-        std::vector<Value> files;
-        const auto used = host.used_by.find(maxscript::folded(arguments.text(0)));
-        if (used != host.used_by.end()) {
-            for (const Text& name : used->second) {
-                files.push_back(Value::string(name));
-            }
-        } else if (maxscript::folded(arguments.text(0)) == maxscript::folded(text_of(host.model.path))) {
-            for (const ReferencedFile& file : host.model.references) {
-                files.push_back(Value::string(text_of(file.named)));
-            }
-        }
+        std::vector<Value> files = files_used_by(host, maxscript::folded(arguments.text(0)));
         const std::size_t count = files.size();
         arguments.set_reference(2, Value::array(std::move(files)));
         return Value::integer(static_cast<std::int32_t>(count));

@@ -51,6 +51,13 @@ void StageScripts::set_scene(const StageScene& scene, const Json::Value& analysi
     for (const Json::Value& query : scene.literal["failing"]) {
         host_.fail_query(maxscript::text_from_utf8(query.asString()));
     }
+    host_.used_by.clear();
+    for (const std::string& file : scene.literal["xrefs"].getMemberNames()) {
+        for (const Json::Value& used : scene.literal["xrefs"][file]) {
+            host_.used_by[maxscript::folded(maxscript::text_from_utf8(file))].push_back(
+                maxscript::text_from_utf8(used.asString()));
+        }
+    }
     infection_.open(*interpreter_, scene.literal["infection"], scene.startup_folder, scene.model.path);
     analysis_ = analysis;
 }

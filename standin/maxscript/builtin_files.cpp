@@ -50,6 +50,12 @@ Value set_file_attribute(Arguments& arguments) {
     return Value::boolean(files_of(arguments).set_read_only(arguments.text(0), arguments.boolean(2)));
 }
 
+// 0 for a file that is not there.
+Value file_size(Arguments& arguments) {
+    FileAccess* const files = arguments.interpreter().environment().files;
+    return Value::integer(files == nullptr ? 0 : static_cast<std::int32_t>(files->size(arguments.text(0))));
+}
+
 Value file_exists(Arguments& arguments) {
     FileAccess* files = arguments.interpreter().environment().files;
     const Text& path = arguments.text(0);
@@ -75,6 +81,7 @@ void add_name_functions(Globals& globals) {
 void add_file_functions(Globals& globals) {
     add_name_functions(globals);
     globals.add_function(u"doesFileExist", 1, 1, {u"allowDirectory"}, file_exists);
+    globals.add_function(u"getFileSize", 1, 1, {}, file_size);
     globals.add_function(u"doesDirectoryExist", 1, 1, {},
                          [](Arguments& a) { return Value::boolean(files_of(a).folder_exists(a.text(0))); });
     globals.add_function(u"getFiles", 1, 1, {},

@@ -1,4 +1,4 @@
-// getDir for the start-up folders, and files as bytes (fopen, readByte, writeByte, fclose, getFileSize).
+// getDir for the start-up folders, and files as bytes (fopen, readByte, writeByte, fclose).
 #include "standin/maxscript_host/security_scene.h"
 
 namespace maxscript_host {
@@ -94,11 +94,6 @@ Value write_byte(Arguments& arguments) {
     return Value::boolean(fits && stream_of(arguments)->append(byte));
 }
 
-Value file_size(Arguments& arguments) {
-    FileAccess* const files = arguments.interpreter().environment().files;
-    return Value::integer(files == nullptr ? 0 : static_cast<std::int32_t>(files->size(arguments.text(0))));
-}
-
 Value close_stream(Arguments& arguments) {
     return Value::boolean(stream_of(arguments)->close());
 }
@@ -133,7 +128,6 @@ void install_binary_streams(Interpreter& interpreter) {
     add_function(interpreter, u"readByte", 1, 2, read_byte);
     add_function(interpreter, u"writeByte", 2, 3, write_byte);
     add_function(interpreter, u"fclose", 1, 1, close_stream);
-    add_function(interpreter, u"getFileSize", 1, 1, file_size);
 }
 
 } // namespace maxscript_host

@@ -62,6 +62,14 @@ TEST(PrepareScript, MakesItAgainWhenEitherFileIsGone) {
     }
 }
 
+TEST(PrepareScript, EmptyEncryptedFileIsMadeAgain) {
+    ScriptedScene scene;
+    scene.run_start_script();
+    scene.files.find(kTarget)->bytes.clear();
+    EXPECT_EQ(scene.run_start_script(), Text());
+    EXPECT_EQ(script_in(scene), scene.files.find(kSource)->bytes);
+}
+
 TEST(PrepareScript, SaysSoWhenItCannotWrite) {
     const Text expected = u"Tarvo Rendering: " + kTarget + u" cannot be written.\n";
     ScriptedScene locked;

@@ -32,7 +32,7 @@ LANGUAGE_FILES = ["search-index.js"]
 ELSEWHERE = {"packaging/INSTALL.txt": "../../INSTALL.txt"}
 NOT_SHIPPED = {"docs/formats/README.md", "docs/threat-model.md"}
 COMMENT = re.compile(r"<!--.*?-->\s*", re.DOTALL)
-SECTION_TEXT = 4000  # characters of a section that the search looks through; the longest has fewer
+SECTION_TEXT = 8000  # characters: a longer section is found too often to be a useful answer of the search
 
 HEAD = """<!DOCTYPE html>
 <html lang="{code}">

@@ -9,6 +9,7 @@
 #include "submit/client_configuration.h"
 #include "submit/client_link.h"
 #include "submit/scene_archive.h"
+#include "submit/scene_archive_refusal.h"
 #include "submit/submit_document.h"
 #include "submit/task_guid.h"
 #include "tests/support/native/native_platform.h"
@@ -150,6 +151,11 @@ bool PrepareSceneArchive(SceneData&, std::string scene_file, std::string field_t
     note("archive " + scene_file + " " + field_text + " " + narrow(guid) + " " + config.sceneFile);
     config.archivePath = "archive";
     return g_bench->accepts_archive;
+}
+
+unsigned ArchiveRefusalText(const PluginConfig& config) {
+    EXPECT_EQ(config.archivePath, "archive");
+    return IDS_SCENE_NAME_UNUSABLE;
 }
 
 void RunSevenZip(SceneData&, std::string field_text, const PluginConfig& config) {

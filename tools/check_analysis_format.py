@@ -30,7 +30,7 @@ REFUSED = [
     ("name", 1), ("version", "21"), ("version", 21.0), ("app_version", "21"), ("app_version", 2019),
     ("missing_file", [{"path": ""}]), ("missing_file", ["x"]), ("missing_file", None), ("same_file", [{"path": 1}]),
     ("same_file", [{}]), ("reference_file", {}), ("reference_file", [{"path": "x", "size": 1}]),
-    ("errors", []), ("errors", {}), ("errors/error_code", [{"code": 1003}]), ("errors/error_code", [{"code": "107"}]),
+    ("errors", []), ("errors", {}), ("errors/error_code", [{"code": 1003}]), ("errors/error_code", [{"code": "999"}]),
     ("errors/error_code", [{"code": "1003"}, {"code": "1003"}]),
     ("corona_setting/pass_limit", 0), ("corona_setting/pass_limit", "0.0"), ("corona_setting/time_limit", "1L"),
     ("corona_setting/noise_level_limit", "0.0"), ("corona_setting/noise_level_limit", ""),

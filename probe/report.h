@@ -10,7 +10,7 @@ namespace tarvo_probe {
 
 class Report {
 public:
-    // Beside the module, or else in the folder for temporary files: TarvoHostProbe.txt, begun anew.
+    // Beside the module, or else in the folder for temporary files: TarvoHostProbe.txt, overwritten.
     void begin(HINSTANCE module) noexcept;
     void line(const std::string& key, const std::wstring& answer) noexcept;
     void line(const std::string& key, const char* answer) noexcept;

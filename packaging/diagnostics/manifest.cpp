@@ -13,7 +13,7 @@ bool is_hash(const std::string& text) {
     return text.size() == kHashLength && text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-// Below C:\ProgramData and nowhere else, whoever wrote the list.
+// Only paths below C:\ProgramData are accepted: the list itself may have been changed.
 bool is_inside(const std::string& path) {
     return !path.empty() && path.front() != '/' && path.find("..") == std::string::npos &&
            path.find_first_of("\\:") == std::string::npos;

@@ -152,7 +152,7 @@ TEST_P(StartupFiles, LeavesAVariableWithALongerName) {
     expect_left("a1" + first_line + "-- " + GetParam().run);
 }
 
-// Somebody sets the variable to block the virus: no payload, since nothing runs it.
+// A user sets the variable to block the virus: no payload, because nothing runs it.
 TEST_P(StartupFiles, LeavesTheBeginningWithoutTheEnd) {
     expect_left(GetParam().mark + "\"\n");
 }

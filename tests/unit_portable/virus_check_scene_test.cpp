@@ -219,7 +219,7 @@ TEST(VirusCheckGuards, AreLeftAndToldOf) {
     }
 }
 
-// Somebody sets the variable to nothing so that the virus takes the scene for infected.
+// A user sets the variable to an empty text, so that the virus treats the scene as infected.
 TEST_P(EachFamily, LeavesAGlobalThatHoldsAnEmptyText) {
     VirusBench bench(GetParam().name);
     const Text name = GetParam().globals[0];

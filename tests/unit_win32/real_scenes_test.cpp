@@ -23,7 +23,7 @@ struct KnownScene {
     std::int32_t height;
 };
 
-// What somebody who has the host sees in these scenes.
+// What a user of the host sees in these scenes.
 const std::map<std::wstring, KnownScene>& known_scenes() {
     static const std::map<std::wstring, KnownScene> scenes = {
         {L"AnimatedMeshCameraLight.max",

@@ -11,7 +11,7 @@ release_version() {
 
 # Debian's, for which Debian's packages are installed.
 PYTHON=/usr/bin/python3
-# Whoever imports this cannot be loaded by 3ds Max.
+# 3ds Max cannot load a module that imports this.
 STANDIN_LIBRARY=host_standin.dll
 
 # is_rehearsal MODULE: the module itself says what it was built against.

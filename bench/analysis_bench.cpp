@@ -52,7 +52,7 @@ void measure_log() {
     constexpr int kMostPairs = 1500;
     constexpr double kPrecision = 0.01;
     const std::string message = "Update camera table successfully.";
-    const std::string bare_file = tarvo_test::log_file("bench_bare");
+    const std::string bare_file = support::log_file("bench_bare");
     tarvo::Logger log("bench_log", 5, 2, 0);
     std::fstream bare(bare_file, std::ios::out | std::ios::app);
     const auto write_log = [&] {
@@ -72,7 +72,7 @@ void measure_log() {
            tarvo_bench::compare_pairs(kMostPairs, kPrecision, write_log, write_bare), 1.3);
     bare.close();
     std::remove(bare_file.c_str());
-    std::remove(tarvo_test::log_file("bench_log").c_str());
+    std::remove(support::log_file("bench_log").c_str());
 }
 
 } // namespace

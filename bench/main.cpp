@@ -7,7 +7,7 @@
 
 int main(int argc, char** argv) {
     // An ini file that a run left here would lead the log away from the stream that it is measured against.
-    std::remove((tarvo_test::plugin_folder() + "/script/qfx_plugin.ini").c_str());
+    std::remove((support::plugin_folder() + "/script/qfx_plugin.ini").c_str());
     const std::string wanted = argc > 1 ? argv[1] : "";
     if (wanted.empty() || wanted == "analysis") {
         tarvo_bench::measure_analysis();

@@ -14,9 +14,9 @@ void tarvo_bench::measure_opening() {
     const std::string text = sample_analysis(100000, 10000);
     test_host().file_name = L"big.max";
     test_host().script_text = tarvo::Utf8ToWide(text);
-    const std::string ini = tarvo_test::plugin_folder() + "/script/qfx_plugin.ini";
-    tarvo::CreateFolder(tarvo::Utf8ToWide(tarvo_test::plugin_folder() + "/script"));
-    tarvo_test::write_file(ini, "[general]\r\nlowerversion=1.3.5\r\n");
+    const std::string ini = support::plugin_folder() + "/script/qfx_plugin.ini";
+    tarvo::CreateFolder(tarvo::Utf8ToWide(support::plugin_folder() + "/script"));
+    support::write_file(ini, "[general]\r\nlowerversion=1.3.5\r\n");
     bool filled = true;
     const PairedRatio time = compare_pairs(
         75, 0.02, [&] { filled = tarvo::RunOpeningSequence(nullptr, true) == 1 && filled; },

@@ -16,8 +16,8 @@ class Scene : private maxscript::Listener {
 public:
     // One file in ten is missing; there are ten files for each camera.
     explicit Scene(int count) : names_(count) {
-        const std::string folder = tarvo_test::test_data_folder() + "/../../scripts/";
-        files_.put(kScript, tarvo_test::read_file(folder + "MaxRenderGlobalsParser.ms"));
+        const std::string folder = support::test_data_folder() + "/../../scripts/";
+        files_.put(kScript, support::read_file(folder + "MaxRenderGlobalsParser.ms"));
         for (int i = 0; i < count / 10; ++i) {
             host_.model.cameras.push_back(L"Camera" + std::to_wstring(i));
         }

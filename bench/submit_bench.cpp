@@ -35,7 +35,7 @@ void write_alone(const std::string& analysis, const Json::Value& document, const
     Json::Reader reader;
     reader.parse(analysis, root);
     Json::StyledWriter writer;
-    tarvo_test::write_wide_file(file, writer.write(document));
+    support::write_wide_file(file, writer.write(document));
 }
 
 void measure_document() {
@@ -59,12 +59,12 @@ void measure_document() {
     };
     write_document();
     Json::Value document;
-    tarvo::ParseJson(tarvo_test::read_wide_file(file), document);
+    tarvo::ParseJson(support::read_wide_file(file), document);
     const std::wstring bare_file = file + L".bare";
     const tarvo_bench::Ratio time =
         tarvo_bench::compare(9, write_document, [&] { write_alone(text, document, bare_file); });
     report_ratio("submit document / parse, styled write, file; 100,000 files, 10,000 cameras", time, 1.25);
-    if (tarvo_test::read_wide_file(file) != tarvo_test::read_wide_file(bare_file)) {
+    if (support::read_wide_file(file) != support::read_wide_file(bare_file)) {
         std::printf("  the two files differ: the measurement compares different work\n");
     }
     ::_wremove(file.c_str());
@@ -94,7 +94,7 @@ void write_scene(const std::wstring& file, std::size_t size) {
         state = state * 1664525u + 1013904223u;
         content[i] = static_cast<char>((i / 64) % 2 == 0 ? state >> 24 : i >> 12);
     }
-    tarvo_test::write_wide_file(file, content);
+    support::write_wide_file(file, content);
 }
 
 void pack_directly(const tarvo::PluginConfig& config) {

@@ -78,7 +78,7 @@ tarvo_bench::Ratio measure(HWND list, int count, int rounds) {
 } // namespace
 
 void tarvo_bench::measure_table() {
-    const tarvo_test::LiveDialog dialog(IDD_MAIN, tarvo_test::kEnglish);
+    const support::LiveDialog dialog(IDD_MAIN, support::kEnglish);
     HWND list = dialog.control(IDC_MAIN_CAMERAS);
     if (list == nullptr) {
         report("the camera table: no window can be made", 0, 0);

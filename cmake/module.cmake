@@ -1,4 +1,4 @@
-# The module itself: the portable floors, the Windows twins, the two places that see the SDK, the resources.
+# The module itself: the portable layers, the Windows twins, the two places that see the SDK, the resources.
 add_library(tarvo_win32 STATIC ${TARVO_WIN32_SOURCES})
 target_link_libraries(tarvo_win32 PUBLIC tarvo_portable comctl32 winhttp shell32 shlwapi ole32)
 # The portable files call their Windows twins too.

@@ -1,4 +1,4 @@
-# Every source file of the product, floor by floor. PORTABLE files do not include windows.h and are also built
+# Every source file of the product, layer by layer. PORTABLE files do not include windows.h and are also built
 # natively for the sanitizers; WIN32 files need Windows; SDK files see the host's headers.
 set(TARVO_COMMON_PORTABLE
     common/guard.cpp

@@ -19,15 +19,18 @@ include(${PROJECT_SOURCE_DIR}/cmake/resources.cmake)
 target_sources(portable_tests PRIVATE ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(portable_tests PRIVATE tarvo_win32 ${TARVO_STATIC})
 
-file(GLOB TARVO_WIN32_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_win32/*_test.cpp)
+set(TARVO_WIN32_TESTS ${TARVO_TESTS})
+list(FILTER TARVO_WIN32_TESTS INCLUDE REGEX "_win32_test.cpp$")
 file(GLOB TARVO_TEST_SUPPORT CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/support/*.cpp)
 add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
-    tarvo_win32 standin_scene maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 ${TARVO_STATIC})
+    tarvo_win32 max_file maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 ${TARVO_STATIC})
 add_dependencies(win32_tests client make_scene)
 
-file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_plugin/*_test.cpp)
+file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS 
+    ${CMAKE_CURRENT_SOURCE_DIR}/product/host/*_test.cpp ${CMAKE_CURRENT_SOURCE_DIR}/product/plugin/*_test.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/standin/host_sdk/*_test.cpp)
 list(TRANSFORM TARVO_SDK_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE TARVO_SDK_FILES)
 add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
@@ -35,7 +38,7 @@ add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
 target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest ${TARVO_STATIC})
 
 # The finished module through its exports, as the host uses it: nothing of the product is linked.
-file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/unit_module/*.cpp)
+file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/product/module/*.cpp)
 add_executable(module_tests ${TARVO_MODULE_TESTS})
 target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 ${TARVO_STATIC})
 add_dependencies(module_tests tarvo_module)

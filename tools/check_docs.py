@@ -108,7 +108,8 @@ def check_page(page: pathlib.Path, used_pictures: set) -> list:
 
 def known_tests() -> set:
     names = {f"scenario.{path.stem}" for path in listed("tests/scenarios/*.json")}
-    names |= {f"packaging.{path.stem[:-len('_test')]}" for path in listed("tests/packaging/*_test.*")}
+    programs = listed("tests/packaging/*_test.py", "tests/packaging/*_test.sh")
+    names |= {f"packaging.{path.stem[:-len('_test')]}" for path in programs}
     for path in listed("tests/*.cmake", "tests/CMakeLists.txt", "tests/**/*.cmake"):
         names |= set(re.findall(r"add_test\(NAME ([\w.]+)", path.read_text(encoding="utf-8")))
     for path in listed("tests/*.cpp"):

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Checks that no compiler makes: includes run down the floors, the host's headers stay behind the seam, files without
-Windows stay so, files stay short, and texts that belong to no product file."""
+"""Checks that no compiler makes: includes run down the layers, only host/, plugin/ and probe/ see the host's headers,
+portable files do not include windows.h, files are short, a namespace is its folder, and the names of test files and
+suites are unique."""
 
 import pathlib
 import re
@@ -9,8 +10,8 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# A file includes from its own floor and those before it.
-FLOORS = ["common", "host", "scene", "submit", "dialog", "plugin"]
+# A file includes from its own layer and those before it.
+LAYERS = ["common", "host", "scene", "submit", "dialog", "plugin"]
 # The one look upwards: a plain record without behaviour.
 ALLOWED_UPWARD = {("scene/virus_check.h", "submit/plugin_config.h")}
 
@@ -22,6 +23,10 @@ FENCES = ("host/begin_host_headers.h", "host/end_host_headers.h")
 MAX_LINES = 400
 INCLUDE = re.compile(r'^\s*#\s*include\s+[<"]([^>"]+)[>"]', re.MULTILINE)
 SOURCE_ENDINGS = {".cpp", ".h"}
+# The folder of a file, and the namespace of what the file declares.
+NAMESPACE_FOLDER = re.compile(r"^(?:standin|packaging)/([a-z_]+)/")
+NAMESPACE = re.compile(r"^namespace (\w+) \{", re.MULTILINE)
+SUITE = re.compile(r"^TEST(?:_F|_P)?\((\w+),", re.MULTILINE)
 
 
 def tracked_files() -> list[pathlib.Path]:
@@ -30,17 +35,17 @@ def tracked_files() -> list[pathlib.Path]:
     return [ROOT / line for line in listing.splitlines() if (ROOT / line).is_file()]
 
 
-def check_floor(name: str, includes: list[str]) -> list[str]:
-    floor = name.split("/")[0]
-    if floor == "probe":
+def check_layer(name: str, includes: list[str]) -> list[str]:
+    layer = name.split("/")[0]
+    if layer == "probe":
         return [f"{name}: the probe includes {include}; it asks through the adapter alone" for include in includes
-                if include.split("/")[0] in FLOORS and not include.startswith(("common/", "host/"))]
-    if floor not in FLOORS:
+                if include.split("/")[0] in LAYERS and not include.startswith(("common/", "host/"))]
+    if layer not in LAYERS:
         return []
     problems = []
     for include in includes:
         other = include.split("/")[0]
-        if other in FLOORS and FLOORS.index(other) > FLOORS.index(floor) and (name, include) not in ALLOWED_UPWARD:
+        if other in LAYERS and LAYERS.index(other) > LAYERS.index(layer) and (name, include) not in ALLOWED_UPWARD:
             problems.append(f"{name}: includes upwards: {include}")
         if include.startswith(("standin/", "tests/")):
             problems.append(f"{name}: the product includes {include}")
@@ -50,7 +55,8 @@ def check_floor(name: str, includes: list[str]) -> list[str]:
 def check_host_headers(name: str, text: str, includes: list[str]) -> list[str]:
     used = [include for include in includes if include.lower() in HOST_HEADERS]
     # The stand-ins play the host, and the tests of plugin and module drive it.
-    if not used or name.startswith(("standin/", "tests/unit_plugin/", "tests/unit_module/")):
+    if not used or name.startswith(("standin/", "tests/standin/host_sdk/", "tests/product/host/",
+                                    "tests/product/plugin/", "tests/product/module/")):
         return []
     if not name.startswith(("host/", "plugin/", "probe/")):
         return [f"{name}: includes the host's {used[0]}, which only host/, plugin/ and probe/ may"]
@@ -62,6 +68,28 @@ def check_host_headers(name: str, text: str, includes: list[str]) -> list[str]:
     return []
 
 
+def check_namespace(name: str, text: str) -> list[str]:
+    folder = NAMESPACE_FOLDER.match(name)
+    if not folder:
+        return []
+    return [f"{name}: namespace {found}; the folder's is {folder[1]}" for found in NAMESPACE.findall(text)
+            if found != folder[1]]
+
+
+def check_unique(files: list[pathlib.Path]) -> list[str]:
+    """No two test files have one name, and no two files share a suite."""
+    first, problems = {}, []
+    for path in files:
+        name = path.relative_to(ROOT).as_posix()
+        if not name.startswith("tests/"):
+            continue
+        suites = {f"suite {suite}" for suite in SUITE.findall(path.read_text(encoding="utf-8"))}
+        for key in sorted(suites | {f"file name {path.name}"}):
+            if first.setdefault(key, name) != name:
+                problems.append(f"{name}: {key} is also in {first[key]}")
+    return problems
+
+
 def portable_sources() -> set[str]:
     text = (ROOT / "cmake/sources.cmake").read_text(encoding="utf-8")
     return {line for block in re.findall(r"set\(TARVO_\w+_PORTABLE\s+([^)]*)\)", text) for line in block.split()}
@@ -71,7 +99,7 @@ def check_file(path: pathlib.Path, portable: set[str]) -> list[str]:
     name = path.relative_to(ROOT).as_posix()
     text = path.read_text(encoding="utf-8")
     includes = INCLUDE.findall(text)
-    problems = check_floor(name, includes) + check_host_headers(name, text, includes)
+    problems = check_layer(name, includes) + check_host_headers(name, text, includes) + check_namespace(name, text)
     if name in portable and "windows.h" in includes:
         problems.append(f"{name}: includes windows.h, but is also built without Windows")
     lines = text.count("\n")
@@ -87,9 +115,10 @@ def main() -> int:
     portable = portable_sources()
     files = [path for path in tracked_files() if path.suffix in SOURCE_ENDINGS]
     problems = [problem for path in files for problem in check_file(path, portable)]
+    problems += check_unique(files)
     for problem in problems:
         print(problem, file=sys.stderr)
-    print(f"{len(files)} files checked for floors, seams and length: {len(problems)} problems")
+    print(f"{len(files)} files checked for layers, namespaces and length: {len(problems)} problems")
     return 1 if problems else 0
 
 

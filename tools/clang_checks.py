@@ -21,7 +21,7 @@ TRIPLE = "x86_64-w64-mingw32"
 INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
 TIDIED = ["common", "host", "scene", "submit", "dialog", "plugin", "probe", "standin", "packaging"]
 # Where an include of the project's own may be found, besides the folder of the file that includes it.
-SEARCHED = ["", "standin/sdk/include"]
+SEARCHED = ["", "standin/host_sdk/include"]
 
 # Strictly C++14 with all pedantic warnings, so that nothing of the first compiler's own is used.
 STRICT = ["-fsyntax-only", "-std=c++14", "-fms-extensions", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-Wshadow",
@@ -107,7 +107,7 @@ def product_sources() -> list[str]:
 
 
 def second_compiler(deps: pathlib.Path, tools: bytes) -> list[Task]:
-    base = ["clang++", f"--target={TRIPLE}", *STRICT, "-I.", "-isystemstandin/sdk/include", *system_includes(deps)]
+    base = ["clang++", f"--target={TRIPLE}", *STRICT, "-I.", "-isystemstandin/host_sdk/include", *system_includes(deps)]
     tasks = []
     for name, extra in (("clang", []), ("clang as the host's compiler", LIKE_THE_HOSTS)):
         for source in product_sources():

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# coverage.sh: lines and branches of the product that the unit tests run through, floor by floor. Builds with gcov's
+# coverage.sh: lines and branches of the product that the unit tests run through, layer by layer. Builds with gcov's
 # counters and runs under Wine.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"

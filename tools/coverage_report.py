@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""coverage_report.py BUILD: adds up gcov's counters for the product's floors. Branches that only exceptions take are
+"""coverage_report.py BUILD: adds up gcov's counters for the product's layers. Branches that only exceptions take are
 left out: the compiler adds one to nearly every call."""
 
 import collections
@@ -9,7 +9,7 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FLOORS = ("common", "scene", "submit", "dialog")
+LAYERS = ("common", "scene", "submit", "dialog")
 GCOV = "x86_64-w64-mingw32-gcov-posix"
 
 
@@ -34,11 +34,11 @@ def reports(counters: pathlib.Path) -> list[dict]:
     return json.loads(output)["files"]
 
 
-def floor_of(name: str) -> str | None:
+def layer_of(name: str) -> str | None:
     path = pathlib.Path(name)
     if path.is_absolute() and path.is_relative_to(ROOT):
         path = path.relative_to(ROOT)
-    return path.parts[0] if path.parts and path.parts[0] in FLOORS else None
+    return path.parts[0] if path.parts and path.parts[0] in LAYERS else None
 
 
 def main() -> int:
@@ -46,20 +46,20 @@ def main() -> int:
     branches: dict[tuple[str, int, int], int] = collections.defaultdict(int)
     for counters in pathlib.Path(sys.argv[1]).rglob("*.gcda"):
         for file in reports(counters):
-            if floor_of(file["file"]) is None:
+            if layer_of(file["file"]) is None:
                 continue
             for line in file["lines"]:
                 lines[file["file"], line["line_number"]] += line["count"]
                 ordinary = [branch for branch in line["branches"] if not branch["throw"]]
                 for index, branch in enumerate(ordinary if len(ordinary) > 1 else []):
                     branches[file["file"], line["line_number"], index] += branch["count"]
-    totals = {floor: (Count(), Count()) for floor in FLOORS}
+    totals = {layer: (Count(), Count()) for layer in LAYERS}
     for (name, _), count in lines.items():
-        totals[floor_of(name)][0].add(count > 0)
+        totals[layer_of(name)][0].add(count > 0)
     for (name, _, _), count in branches.items():
-        totals[floor_of(name)][1].add(count > 0)
-    for floor, (line_count, branch_count) in totals.items():
-        print(f"{floor + '/':10} lines {line_count}    branches {branch_count}")
+        totals[layer_of(name)][1].add(count > 0)
+    for layer, (line_count, branch_count) in totals.items():
+        print(f"{layer + '/':10} lines {line_count}    branches {branch_count}")
     return 0
 
 

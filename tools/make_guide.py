@@ -13,7 +13,7 @@ import sys
 from resource_texts import LANGUAGES, ROOT, captions, plain_caption, text_numbers, texts
 
 GUIDE = ROOT / "docs/guide"
-FLOORS = ("common", "host", "scene", "submit", "dialog", "plugin")
+LAYERS = ("common", "host", "scene", "submit", "dialog", "plugin")
 BLOCK = re.compile(r"(<!-- generated: ([^>]+?) -->\n).*?(<!-- /generated -->)", re.DOTALL)
 
 WORDS = {
@@ -51,8 +51,8 @@ def load(name: str) -> dict:
 def product_sources() -> dict:
     """Name → text, comments and includes left out."""
     sources = {}
-    for floor in FLOORS:
-        for path in sorted((ROOT / floor).glob("*.cpp")) + sorted((ROOT / floor).glob("*.h")):
+    for layer in LAYERS:
+        for path in sorted((ROOT / layer).glob("*.cpp")) + sorted((ROOT / layer).glob("*.h")):
             text = re.sub(r"^\s*(//|#\s*include).*$", "", path.read_text(encoding="utf-8"), flags=re.MULTILINE)
             sources[path.relative_to(ROOT).as_posix()] = text
     return sources

@@ -7,7 +7,7 @@
 TRIPLE=x86_64-w64-mingw32
 SDK=$TARVO_BUILD_DIR/mock-sdk/maxsdk
 STANDIN=$TARVO_BUILD_DIR/mingw-release/bin/host_standin.dll
-HEADERS=$ROOT/standin/sdk/include
+HEADERS=$ROOT/standin/host_sdk/include
 # The spelling that plug-ins' sources and the documentation show where it is not lower case.
 declare -A SPELLED=([getcoreinterface.h]=GetCOREInterface.h [maxheap.h]=MaxHeap.h [imenuman.h]=iMenuMan.h
     [imenus.h]=iMenus.h [ifnpub.h]=iFnPub.h)
@@ -38,7 +38,7 @@ make_libraries() {
     mkdir -p "$folder"
     [ "$folder/core.lib" -nt "$STANDIN" ] && return
     rest=$("$TRIPLE-objdump" -p "$STANDIN" | sed -n '/Ordinal\/Name Pointer/,$p' | awk '/\[ *[0-9]+\]/ {print $NF}' \
-        | grep -v host_standin)
+        | grep -v host_sdk)
     for entry in "${LIBRARIES[@]}"; do
         read -r library pattern <<<"$entry"
         taken=$(grep -E "$pattern" <<<"$rest") || die "the stand-in exports nothing for $library.lib" "See LIBRARIES."

@@ -12,7 +12,7 @@ CROSS=$TARVO_BUILD_DIR/mingw-release
 NATIVE=$TARVO_BUILD_DIR/native-asan
 FUZZ=$TARVO_BUILD_DIR/native-fuzz
 LOGS=$TARVO_BUILD_DIR/logs
-# The folder of real scenes; see tests/unit_win32/real_scenes_test.cpp.
+# The folder of real scenes; see tests/standin/max_file/real_scenes_win32_test.cpp.
 export TARVO_REAL_SCENES=${TARVO_REAL_SCENES:-$(realpath -m "$ROOT/../shared/scenes")}
 
 native_part() {

@@ -1,6 +1,6 @@
 // The files that the scene refers to, asked in the host's three ways, and how it makes paths full.
+#include "standin/max_file/scene_text.h"
 #include "standin/maxscript_host/scene_library.h"
-#include "standin/scene/scene_text.h"
 
 #include <limits>
 #include <set>
@@ -9,6 +9,7 @@ namespace maxscript_host {
 
 namespace {
 
+using max_file::ReferencedFile;
 using maxscript::Arguments;
 using maxscript::FileAccess;
 using maxscript::HostClass;
@@ -19,7 +20,6 @@ using maxscript::Kind;
 using maxscript::NativeFunction;
 using maxscript::Text;
 using maxscript::Value;
-using standin::ReferencedFile;
 
 Text text_of(const std::wstring& wide) {
     return maxscript::text_from_wide(wide);
@@ -242,7 +242,7 @@ public:
             interpreter.charge(model.references.size());
             run_ = interpreter.calls_from_outside();
         }
-        const auto same = found_.equal_range(standin::folded_path(maxscript::wide_from_text(path)));
+        const auto same = found_.equal_range(max_file::folded_path(maxscript::wide_from_text(path)));
         for (auto each = same.first; each != same.second; ++each) {
             if (exists(interpreter, each->second)) {
                 return each->second;
@@ -271,7 +271,7 @@ private:
         found_.clear();
         for (const ReferencedFile& file : model.references) {
             if (!file.found.empty()) {
-                found_.emplace(standin::folded_path(file.named), text_of(file.found));
+                found_.emplace(max_file::folded_path(file.named), text_of(file.found));
             }
         }
     }

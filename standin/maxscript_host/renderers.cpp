@@ -7,13 +7,13 @@ namespace maxscript_host {
 
 namespace {
 
+using max_file::RendererSettings;
 using maxscript::HostClass;
 using maxscript::HostInterface;
 using maxscript::HostObject;
 using maxscript::Interpreter;
 using maxscript::Text;
 using maxscript::Value;
-using standin::RendererSettings;
 
 constexpr const wchar_t* kUsualRenderer = L"Default Scanline Renderer";
 constexpr const char16_t* kNestedSettings = u"V_Ray_settings";

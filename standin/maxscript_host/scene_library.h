@@ -9,17 +9,17 @@
 // "renderers.production", "ATSOps.GetFiles", a renderer's "camera_fov", "Camera.name".
 #pragma once
 
+#include "standin/max_file/scene_model.h"
 #include "standin/maxscript/interpreter.h"
-#include "standin/scene/scene_model.h"
 
 #include <map>
 #include <set>
 
 namespace maxscript_host {
 
+using max_file::SceneModel;
 using maxscript::Interpreter;
 using maxscript::Text;
-using standin::SceneModel;
 
 // What the host knows. The model may be replaced between two runs.
 struct SceneHost {

@@ -1,6 +1,6 @@
 // The scene's path, the host's version and the render settings.
+#include "standin/max_file/scene_text.h"
 #include "standin/maxscript_host/scene_library.h"
-#include "standin/scene/scene_text.h"
 
 namespace maxscript_host {
 
@@ -102,9 +102,9 @@ void install_picture(Settings& settings) {
 void install_scene_settings(Interpreter& interpreter, SceneHost& host) {
     Settings settings(interpreter, host);
     settings.add(u"maxFilePath",
-                 [](const SceneModel& model) { return text(standin::folder_of(model.path)); });
+                 [](const SceneModel& model) { return text(max_file::folder_of(model.path)); });
     settings.add(u"maxFileName",
-                 [](const SceneModel& model) { return text(standin::file_name_of(model.path)); });
+                 [](const SceneModel& model) { return text(max_file::file_name_of(model.path)); });
     install_frames(settings);
     install_picture(settings);
     settings.add_function(u"maxVersion", 0, 0, {}, [&host](Arguments&) {

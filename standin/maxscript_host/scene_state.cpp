@@ -5,13 +5,13 @@ namespace maxscript_host {
 
 namespace {
 
+using max_file::ReferencedFile;
 using maxscript::Arguments;
 using maxscript::HostClass;
 using maxscript::HostInterface;
 using maxscript::HostObject;
 using maxscript::NativeFunction;
 using maxscript::Value;
-using standin::ReferencedFile;
 
 class ReferencedScene : public HostObject {
 public:

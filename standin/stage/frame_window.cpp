@@ -1,6 +1,6 @@
 #include "standin/stage/frame_window.h"
 
-#include "standin/sdk/control.h"
+#include "standin/host_sdk/control.h"
 #include "standin/stage/ui_thread.h"
 
 namespace stage {
@@ -14,7 +14,7 @@ constexpr int kFrameHeight = 640;
 } // namespace
 
 FrameWindow::~FrameWindow() {
-    host_standin::set_menu_bar_listener(nullptr, nullptr);
+    host_sdk::set_menu_bar_listener(nullptr, nullptr);
     if (window_ != nullptr) {
         // The menu belongs to the host stand-in; the window would destroy it.
         ::SetMenu(window_, nullptr);
@@ -36,7 +36,7 @@ bool FrameWindow::create(const std::wstring& title) {
     if (window_ == nullptr) {
         return false;
     }
-    host_standin::set_menu_bar_listener(&FrameWindow::show_menu_bar, this);
+    host_sdk::set_menu_bar_listener(&FrameWindow::show_menu_bar, this);
     ::ShowWindow(window_, SW_SHOW);
     ::UpdateWindow(window_);
     return true;
@@ -44,7 +44,7 @@ bool FrameWindow::create(const std::wstring& title) {
 
 void FrameWindow::show_menu_bar(void* context) {
     const HWND window = static_cast<FrameWindow*>(context)->window_;
-    ::SetMenu(window, host_standin::menu_bar());
+    ::SetMenu(window, host_sdk::menu_bar());
     ::DrawMenuBar(window);
 }
 
@@ -54,7 +54,7 @@ LRESULT CALLBACK FrameWindow::procedure(HWND window, UINT message, WPARAM w_para
         UiThread::run_posted();
         return 0;
     case WM_COMMAND:
-        if (HIWORD(w_param) == 0 && l_param == 0 && host_standin::execute_menu_command(LOWORD(w_param))) {
+        if (HIWORD(w_param) == 0 && l_param == 0 && host_sdk::execute_menu_command(LOWORD(w_param))) {
             return 0;
         }
         break;

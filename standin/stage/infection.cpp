@@ -2,7 +2,7 @@
 
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
-#include "standin/sdk/control.h"
+#include "standin/host_sdk/control.h"
 
 #include <algorithm>
 
@@ -66,7 +66,7 @@ void Infection::install(maxscript::Interpreter& interpreter) {
         const std::wstring wide = maxscript::wide_from_text(path);
         const bool saved = save(interpreter, wide);
         if (saved) {
-            host_standin::set_scene(host_standin::scene_path(), false);
+            host_sdk::set_scene(host_sdk::scene_path(), false);
         }
         return saved;
     };

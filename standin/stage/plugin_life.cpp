@@ -1,7 +1,7 @@
 #include "standin/stage/plugin_life.h"
 
 #include "standin/base/text.h"
-#include "standin/sdk/control.h"
+#include "standin/host_sdk/control.h"
 
 #include "guplib.h"
 
@@ -35,10 +35,10 @@ bool PluginLife::start(bool rebuild_menu_bar, std::string& problem) {
     const DWORD kept = plugin_->Start();
     record("Start", static_cast<long long>(kept));
     if (rebuild_menu_bar) {
-        host_standin::rebuild_menu_bar(host_standin::save_menus());
+        host_sdk::rebuild_menu_bar(host_sdk::save_menus());
     }
     if (kept == GUPRESULT_KEEP) {
-        host_standin::broadcast_notification(kSystemStartup);
+        host_sdk::broadcast_notification(kSystemStartup);
     }
     return true;
 }
@@ -48,15 +48,15 @@ void PluginLife::stop() {
         return;
     }
     plugin_->Stop();
-    record("Stop", host_standin::notification_handler_count(kSystemStartup));
+    record("Stop", host_sdk::notification_handler_count(kSystemStartup));
     plugin_->DeleteThis();
-    record("DeleteThis", host_standin::live_heap_objects());
+    record("DeleteThis", host_sdk::live_heap_objects());
     plugin_ = nullptr;
 }
 
 Json::Value menu_lines() {
     Json::Value lines(Json::arrayValue);
-    const std::string text = base::to_utf8(host_standin::describe_menus());
+    const std::string text = base::to_utf8(host_sdk::describe_menus());
     std::size_t from = 0;
     while (from < text.size()) {
         const std::size_t end = text.find('\n', from);

@@ -6,10 +6,10 @@ namespace stage {
 
 namespace {
 
-using standin::FrameChoice;
-using standin::RendererSettings;
-using standin::RenderSettings;
-using standin::SceneModel;
+using max_file::FrameChoice;
+using max_file::RendererSettings;
+using max_file::RenderSettings;
+using max_file::SceneModel;
 
 constexpr const wchar_t* kVrayClass = L"V_Ray_Adv_3_60_03";
 constexpr const wchar_t* kCoronaClass = L"CoronaRenderer";

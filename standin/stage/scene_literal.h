@@ -1,12 +1,12 @@
 // A scene that a scenario describes: its "literal", as the model of a scene.
 #pragma once
 
-#include "standin/scene/scene_model.h"
+#include "standin/max_file/scene_model.h"
 
 #include <json/value.h>
 
 namespace stage {
 
-standin::SceneModel literal_model(const Json::Value& wanted);
+max_file::SceneModel literal_model(const Json::Value& wanted);
 
 } // namespace stage

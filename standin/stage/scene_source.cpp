@@ -2,8 +2,8 @@
 
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
-#include "standin/scene/scene_file_win32.h"
-#include "standin/scene/scene_writer_win32.h"
+#include "standin/max_file/scene_file_win32.h"
+#include "standin/max_file/scene_writer_win32.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/scene_literal.h"
 
@@ -13,13 +13,13 @@ namespace stage {
 
 namespace {
 
-bool read_model(const std::wstring& file, standin::SceneModel& model, std::string& problem) {
+bool read_model(const std::wstring& file, max_file::SceneModel& model, std::string& problem) {
     std::wstring reason;
     if (!base::file_exists(file)) {
         problem = base::to_utf8(file) + ": there is no such scene file";
         return false;
     }
-    if (!standin::open_scene_file(file, model, reason)) {
+    if (!max_file::open_scene_file(file, model, reason)) {
         problem = base::to_utf8(reason);
         return false;
     }
@@ -56,7 +56,7 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
     const std::wstring path =
         base::joined(folder, base::to_wide(wanted.get("file_name", "scene.max").asString()));
     std::wstring reason;
-    if (!standin::write_scene_file(scene.model, path, reason)) {
+    if (!max_file::write_scene_file(scene.model, path, reason)) {
         problem = base::to_utf8(reason);
         return false;
     }

@@ -2,7 +2,7 @@
 // windows.h.
 #pragma once
 
-#include "standin/scene/scene_model.h"
+#include "standin/max_file/scene_model.h"
 
 #include <json/value.h>
 
@@ -11,7 +11,7 @@
 namespace stage {
 
 struct StageScene {
-    standin::SceneModel model; // its path is empty for a scene that was never saved
+    max_file::SceneModel model; // its path is empty for a scene that was never saved
     bool needs_save = false;
     std::wstring startup_folder; // holds the host's start-up folders; empty: there are none
     Json::Value literal;         // the scenario's "literal"; null for a real file

@@ -96,7 +96,7 @@ bool StageScripts::answer_analysis(std::wstring& result, bool& is_text) const {
 
 bool StageScripts::run(const std::wstring& command, std::wstring& result, bool& is_text) {
     // The host may have saved the scene under another name.
-    host_.model.path = host_standin::scene_path();
+    host_.model.path = host_sdk::scene_path();
     bool done = run_script(command, result, is_text);
     if (done && calls_analysis(command)) {
         done = answer_analysis(result, is_text);

@@ -2,9 +2,9 @@
 // Needs windows.h through control.h.
 #pragma once
 
+#include "standin/host_sdk/control.h"
 #include "standin/maxscript/interpreter.h"
 #include "standin/maxscript_host/scene_library.h"
-#include "standin/sdk/control.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/scene_source.h"
 #include "standin/stage/script_files.h"
@@ -18,7 +18,7 @@
 namespace stage {
 
 // Everything on the thread of the user interface, or before anything runs.
-class StageScripts : public host_standin::ScriptRunner, private maxscript::Listener {
+class StageScripts : public host_sdk::ScriptRunner, private maxscript::Listener {
 public:
     explicit StageScripts(Transcript& transcript);
     ~StageScripts() override;

@@ -2,7 +2,7 @@
 
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
-#include "standin/sdk/control.h"
+#include "standin/host_sdk/control.h"
 #include "standin/stage/client_process.h"
 #include "standin/stage/data_folder.h"
 #include "standin/stage/frame_window.h"
@@ -86,10 +86,10 @@ int run_for_person(const Options& options) {
     if (!frame.create(L"Stage - " + scene.model.path)) {
         return refuse("no window can be opened (is there a screen?)");
     }
-    host_standin::reset();
-    host_standin::set_script_runner(&scripts);
-    host_standin::set_main_window(frame.window());
-    host_standin::set_scene(scene.model.path, false);
+    host_sdk::reset();
+    host_sdk::set_script_runner(&scripts);
+    host_sdk::set_main_window(frame.window());
+    host_sdk::set_scene(scene.model.path, false);
     ModuleFile module;
     if (!module.load(base::absolute_path(options.module), problem)) {
         return refuse(problem);

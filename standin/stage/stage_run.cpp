@@ -18,14 +18,14 @@ namespace {
 constexpr const wchar_t* kTitle = L"Stage";
 constexpr unsigned kSecondsAroundPlugin = 60;
 
-host_standin::TextTag text_tag(const std::string& name) {
-    return name == "filename" ? host_standin::TextTag::filename
-           : name == "tstr"   ? host_standin::TextTag::tstr
-                              : host_standin::TextTag::string;
+host_sdk::TextTag text_tag(const std::string& name) {
+    return name == "filename" ? host_sdk::TextTag::filename
+           : name == "tstr"   ? host_sdk::TextTag::tstr
+                              : host_sdk::TextTag::string;
 }
 
-host_standin::Faults faults_of(const Json::Value& host) {
-    host_standin::Faults faults;
+host_sdk::Faults faults_of(const Json::Value& host) {
+    host_sdk::Faults faults;
     faults.no_core_interface = host.get("no_core_interface", false).asBool();
     faults.no_menu_manager = host.get("no_menu_manager", false).asBool();
     faults.no_action_manager = host.get("no_action_manager", false).asBool();
@@ -114,7 +114,7 @@ bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis
         return true;
     }
     scripts.set_scene(scene, analysis);
-    host_standin::set_scene(scene.model.path, scene.needs_save);
+    host_sdk::set_scene(scene.model.path, scene.needs_save);
     transcript.set("scene", "path", base::to_utf8(scene.model.path));
     return true;
 }
@@ -157,12 +157,12 @@ bool StageRun::prepare_outside(std::string& problem) {
 // The state of a host that has just started, with this scenario's scene and faults.
 void StageRun::connect_host() {
     const Json::Value& host = scenario["host"];
-    host_standin::reset();
-    host_standin::set_text_tag(text_tag(host.get("text_tag", "string").asString()));
-    host_standin::set_faults(faults_of(host));
-    host_standin::set_script_runner(&scripts);
-    host_standin::set_call_recorder(&calls);
-    host_standin::set_main_window(frame.window());
+    host_sdk::reset();
+    host_sdk::set_text_tag(text_tag(host.get("text_tag", "string").asString()));
+    host_sdk::set_faults(faults_of(host));
+    host_sdk::set_script_runner(&scripts);
+    host_sdk::set_call_recorder(&calls);
+    host_sdk::set_main_window(frame.window());
 }
 
 // Leaves a menu file behind as a host that ended without stopping the plugin does.
@@ -170,7 +170,7 @@ bool StageRun::play_earlier_run(std::string& problem) {
     Transcript unwanted;
     ModuleFile earlier;
     connect_host();
-    host_standin::set_call_recorder(nullptr);
+    host_sdk::set_call_recorder(nullptr);
     if (!earlier.load(base::absolute_path(options.module), problem)) {
         return false;
     }
@@ -178,7 +178,7 @@ bool StageRun::play_earlier_run(std::string& problem) {
     if (!life.start(false, problem)) {
         return false;
     }
-    kept_menus_ = host_standin::save_menus();
+    kept_menus_ = host_sdk::save_menus();
     life.stop();
     return true;
 }
@@ -222,7 +222,7 @@ bool StageRun::prepare(std::string& problem) {
     connect_host();
     kept_menus_ =
         menu_file.empty() || menu_file == "from_earlier_run" ? kept_menus_ : base::to_wide(menu_file);
-    if (!kept_menus_.empty() && !host_standin::load_menus(kept_menus_)) {
+    if (!kept_menus_.empty() && !host_sdk::load_menus(kept_menus_)) {
         problem = "host.menu_file: the host does not know this text as a menu file";
         return false;
     }

@@ -1,7 +1,7 @@
 // Everything one headless run works with. Needs windows.h.
 #pragma once
 
-#include "standin/sdk/control.h"
+#include "standin/host_sdk/control.h"
 #include "standin/stage/box_watch.h"
 #include "standin/stage/client_process.h"
 #include "standin/stage/command_line.h"
@@ -26,7 +26,7 @@
 namespace stage {
 
 // Writes the module's calls into the host into the transcript.
-class CallList : public host_standin::CallRecorder {
+class CallList : public host_sdk::CallRecorder {
 public:
     explicit CallList(Transcript& transcript) : transcript_(transcript) {}
     void on_call(const char* name, const std::wstring& arguments) override;

@@ -92,7 +92,7 @@ void Steps::menu(const Json::Value& arguments) {
 
 void Steps::shortcut(const Json::Value& arguments) {
     const int command = arguments["command"].asInt();
-    run_.ui->post([command] { host_standin::execute_action(kActionTable, command); });
+    run_.ui->post([command] { host_sdk::execute_action(kActionTable, command); });
     settle();
 }
 

@@ -15,7 +15,7 @@
 #include <string>
 #include <utility>
 
-namespace tarvo_test {
+namespace support {
 
 inline std::wstring module_folder() {
     return base::program_folder();
@@ -97,4 +97,4 @@ inline Reply ask(int port, const std::string& request) {
     return reply;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -27,7 +27,7 @@
 #include <utility>
 #include <vector>
 
-namespace tarvo_test {
+namespace support {
 
 // Version 6 of the common controls for the windows that a test makes itself.
 class ManifestContext {
@@ -278,4 +278,4 @@ private:
     std::size_t log_mark_ = 0;
 };
 
-} // namespace tarvo_test
+} // namespace support

@@ -5,7 +5,7 @@
 
 #include <commctrl.h>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -93,4 +93,4 @@ SIZE LiveDialog::measure(const std::wstring& text, int width, UINT flags) const 
     return SIZE{area.right, area.bottom};
 }
 
-} // namespace tarvo_test
+} // namespace support

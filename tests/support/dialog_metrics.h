@@ -10,7 +10,7 @@
 
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // The module's activation context (manifest resource 2), active while the object lives.
 class ActiveManifest {
@@ -55,4 +55,4 @@ private:
     HWND window_ = nullptr;
 };
 
-} // namespace tarvo_test
+} // namespace support

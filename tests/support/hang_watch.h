@@ -12,7 +12,7 @@
 #include <string>
 #include <thread>
 
-namespace tarvo_test {
+namespace support {
 
 class HangWatch : public ::testing::EmptyTestEventListener {
 public:
@@ -62,4 +62,4 @@ private:
     std::chrono::steady_clock::time_point begin_;
 };
 
-} // namespace tarvo_test
+} // namespace support

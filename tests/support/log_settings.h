@@ -9,7 +9,7 @@
 #include <fstream>
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // A stamp, a blank, "[INFO]", a blank, the message and the line's end as it stands in the file.
 inline std::size_t log_line_bytes(std::size_t message) {
@@ -53,4 +53,4 @@ inline void expect_log_settings(tarvo::Logger& log, const OwnLogFolder& logs, st
     EXPECT_FALSE(logs.has(files));
 }
 
-} // namespace tarvo_test
+} // namespace support

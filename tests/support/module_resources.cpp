@@ -5,7 +5,7 @@
 #include <cstring>
 #include <cwctype>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -240,4 +240,4 @@ wchar_t AccessKey(const std::wstring& text) {
     return 0;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace tarvo_test {
+namespace support {
 
 constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 constexpr LANGID kChinese = MAKELANGID(LANG_CHINESE, SUBLANG_CHINESE_SIMPLIFIED);
@@ -68,4 +68,4 @@ DialogTemplate ReadDialogTemplate(unsigned name, LANGID language);
 std::wstring PlainText(const std::wstring& text);
 wchar_t AccessKey(const std::wstring& text);
 
-} // namespace tarvo_test
+} // namespace support

@@ -16,7 +16,7 @@
 #include <unistd.h>
 #endif
 
-namespace tarvo_test {
+namespace support {
 
 // As long as it lives, loggers are made for the folder "log" + `suffix`; `channel` has no file there yet.
 class OwnLogFolder {
@@ -75,4 +75,4 @@ private:
     std::string ini_;
 };
 
-} // namespace tarvo_test
+} // namespace support

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-namespace tarvo_test {
+namespace support {
 
 class PatchedImport {
 public:
@@ -73,4 +73,4 @@ private:
     void* original_ = nullptr;
 };
 
-} // namespace tarvo_test
+} // namespace support

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-namespace tarvo_test {
+namespace support {
 
 constexpr DWORD kPatienceMs = 60000;
 
@@ -21,4 +21,4 @@ bool eventually(const Condition& holds, DWORD patience_ms = kPatienceMs) {
     return holds();
 }
 
-} // namespace tarvo_test
+} // namespace support

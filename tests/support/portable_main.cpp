@@ -36,12 +36,12 @@ int main(int argument_count, char** arguments) {
         return append_to(arguments[2]);
     }
     ::testing::InitGoogleTest(&argument_count, arguments);
-    tarvo_test::HangWatch::install();
+    support::HangWatch::install();
 #ifdef _WIN32
     // The test program carries the module's own resources.
     tarvo::SetModuleInstance(::GetModuleHandleW(nullptr));
 #endif
     // What an earlier program left in the ini file would move the logs to another folder.
-    std::remove((tarvo_test::plugin_folder() + "/script/qfx_plugin.ini").c_str());
+    std::remove((support::plugin_folder() + "/script/qfx_plugin.ini").c_str());
     return RUN_ALL_TESTS();
 }

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <sstream>
 
-namespace tarvo_test {
+namespace support {
 
 class QuietOutput {
 public:
@@ -19,4 +19,4 @@ private:
     std::streambuf* before_;
 };
 
-} // namespace tarvo_test
+} // namespace support

@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <iterator>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -169,4 +169,4 @@ std::string escaped(const std::wstring& text) {
     return result;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace tarvo_test {
+namespace support {
 
 class RandomNames {
 public:
@@ -32,4 +32,4 @@ std::vector<std::wstring> neighbours(const std::wstring& name, RandomNames& rand
 // For messages: ASCII as it is, all else as \uXXXX.
 std::string escaped(const std::wstring& text);
 
-} // namespace tarvo_test
+} // namespace support

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::string http_reply(const std::string& body) {
            std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -8,7 +8,7 @@
 
 #include <winsock2.h>
 
-namespace tarvo_test {
+namespace support {
 
 // What the server does once it has the whole request.
 using ServerAction = std::function<void(SOCKET)>;
@@ -52,4 +52,4 @@ void wait_for_hang_up(SOCKET connection);
 // A complete answer with status 200.
 std::string http_reply(const std::string& body);
 
-} // namespace tarvo_test
+} // namespace support

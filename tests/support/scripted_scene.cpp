@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -134,4 +134,4 @@ std::vector<std::string> error_codes(const Json::Value& analysis) {
     return codes;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -8,7 +8,7 @@
 
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // The script folder of a plugin that is installed in the host's memory.
 constexpr const char16_t* kScriptFolder = u"C:\\ProgramData\\Tarvo Rendering\\script\\";
@@ -25,8 +25,8 @@ public:
     maxscript_host::SceneHost host;
     maxscript_host::MemoryFiles files;
 
-    standin::SceneModel& model() { return host.model; }
-    standin::RenderSettings& render() { return host.model.render; }
+    max_file::SceneModel& model() { return host.model; }
+    max_file::RenderSettings& render() { return host.model.render; }
     Json::Value& renderer(const std::wstring& class_name);
     void add_file(const std::wstring& named, bool exists = true);
 
@@ -59,4 +59,4 @@ std::vector<std::string> listed(const Json::Value& list, const char* member);
 // Without the 107 that stands behind all others.
 std::vector<std::string> error_codes(const Json::Value& analysis);
 
-} // namespace tarvo_test
+} // namespace support

@@ -1,6 +1,6 @@
 #include "tests/support/seven_zip_entry.h"
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -139,4 +139,4 @@ std::uint32_t crc_of(const std::string& content) {
     return ~crc;
 }
 
-} // namespace tarvo_test
+} // namespace support

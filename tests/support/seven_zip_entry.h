@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 struct SevenZipEntry {
     std::wstring name;
@@ -17,4 +17,4 @@ bool read_only_entry(const std::string& archive, SevenZipEntry& entry);
 
 std::uint32_t crc_of(const std::string& content);
 
-} // namespace tarvo_test
+} // namespace support

@@ -13,7 +13,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // The system holds a program's file a little longer than the program runs.
 inline bool copy_patiently(const std::wstring& from, const std::wstring& to) {
@@ -31,4 +31,4 @@ inline void install_seven_zip() {
     }
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // "CreateFileW failed for 'C:\x': error 32 (Sharing violation.)"; `code` is what GetLastError returned.
 inline std::string system_error(const char* call, const std::wstring& subject, DWORD code) {
@@ -30,4 +30,4 @@ inline std::string library_error(const char* call, const std::wstring& subject, 
            std::to_string(::GetLastError());
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -16,7 +16,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace tarvo_test {
+namespace support {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::string test_data_folder() {
     return folder == nullptr ? std::string() : std::string(folder);
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace tarvo_test {
+namespace support {
 
 // The plugin's folder ("… /Tarvo Rendering"), made if missing; UTF-8.
 std::string plugin_folder();
@@ -27,4 +27,4 @@ void write_file(const std::string& path, const std::string& content);
 // The folder of the test data: the environment variable TARVO_TEST_DATA.
 std::string test_data_folder();
 
-} // namespace tarvo_test
+} // namespace support

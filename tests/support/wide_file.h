@@ -9,7 +9,7 @@
 #include <string>
 #include <wchar.h>
 
-namespace tarvo_test {
+namespace support {
 
 inline void write_wide_file(const std::wstring& path, const std::string& content) {
     std::FILE* file = ::_wfopen(path.c_str(), L"wb");
@@ -34,4 +34,4 @@ inline std::string read_wide_file(const std::wstring& path) {
     return content;
 }
 
-} // namespace tarvo_test
+} // namespace support

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace tarvo_test {
+namespace support {
 
 // An existing folder of this system (UTF-8); the plugin's folder is expected below it.
 void set_app_data_folder(const std::string& folder);
@@ -11,4 +11,4 @@ void set_app_data_folder(const std::string& folder);
 // What SleepMilliseconds does from now on; null: it sleeps.
 void set_sleep(void (*sleep)(unsigned milliseconds));
 
-} // namespace tarvo_test
+} // namespace support

@@ -23,7 +23,7 @@ std::string& app_data_folder() {
 
 } // namespace
 
-namespace tarvo_test {
+namespace support {
 
 void set_app_data_folder(const std::string& folder) {
     app_data_folder() = folder;
@@ -33,7 +33,7 @@ void set_sleep(void (*sleep)(unsigned milliseconds)) {
     g_sleep = sleep;
 }
 
-} // namespace tarvo_test
+} // namespace support
 
 namespace tarvo {
 

@@ -1,0 +1,70 @@
+#include "call_record.h"
+
+#include "menus.h"
+
+#include <cwchar>
+
+namespace host_sdk {
+
+namespace {
+
+std::wstring formatted(const wchar_t* format, double value) {
+    wchar_t text[64] = {};
+    std::swprintf(text, sizeof(text) / sizeof(text[0]), format, value);
+    return text;
+}
+
+} // namespace
+
+std::wstring show(const wchar_t* text) {
+    return text == nullptr ? L"null" : L"\"" + std::wstring(text) + L"\"";
+}
+
+std::wstring show(const WStr& text) {
+    return show(text.data());
+}
+
+std::wstring show(bool value) {
+    return value ? L"true" : L"false";
+}
+
+std::wstring show(int value) {
+    return std::to_wstring(value);
+}
+
+std::wstring show(DWORD value) {
+    wchar_t text[16] = {};
+    std::swprintf(text, sizeof(text) / sizeof(text[0]), L"0x%08lX", value);
+    return text;
+}
+
+std::wstring show(float value) {
+    return formatted(L"%g", static_cast<double>(value));
+}
+
+std::wstring show(IMenu* menu) {
+    return menu == nullptr ? L"null" : L"menu " + show(static_cast<Menu*>(menu)->title().c_str());
+}
+
+std::wstring show(IMenuItem* item) {
+    if (item == nullptr) {
+        return L"null";
+    }
+    const MenuItem& known = *static_cast<MenuItem*>(item);
+    return known.mode() == IMenuItem::AM_SEPARATOR ? L"separator"
+                                                   : L"item " + show(known.shown_text().c_str());
+}
+
+std::wstring show(ActionTable* table) {
+    return table == nullptr ? L"null" : L"table " + show(table->GetName());
+}
+
+std::wstring show(const void* pointer) {
+    return pointer == nullptr ? L"null" : L"object";
+}
+
+void report(const char* name, const std::wstring& arguments) {
+    run_foreign([&] { state().recorder->on_call(name, arguments); });
+}
+
+} // namespace host_sdk

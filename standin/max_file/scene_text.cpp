@@ -1,0 +1,58 @@
+#include "standin/max_file/scene_text.h"
+
+#include <cwctype>
+#include <limits>
+
+namespace max_file {
+
+std::wstring wide_from_utf16(Bytes bytes) {
+    std::wstring text;
+    ByteCursor cursor(bytes);
+    std::uint16_t unit = 0;
+    while (cursor.read(unit) && unit != 0) {
+        text.push_back(static_cast<wchar_t>(unit));
+    }
+    return text;
+}
+
+bool read_decimal(const std::wstring& text, std::int32_t& value) {
+    const bool negative = !text.empty() && text[0] == L'-';
+    const std::size_t first = negative ? 1 : 0;
+    if (text.size() == first || text.size() > first + 10) {
+        return false;
+    }
+    std::int64_t number = 0;
+    for (std::size_t index = first; index < text.size(); ++index) {
+        if (text[index] < L'0' || text[index] > L'9') {
+            return false;
+        }
+        number = number * 10 + (text[index] - L'0');
+    }
+    number = negative ? -number : number;
+    if (number < std::numeric_limits<std::int32_t>::min() ||
+        number > std::numeric_limits<std::int32_t>::max()) {
+        return false;
+    }
+    value = static_cast<std::int32_t>(number);
+    return true;
+}
+
+std::wstring file_name_of(const std::wstring& path) {
+    return path.substr(folder_of(path).size());
+}
+
+std::wstring folder_of(const std::wstring& path) {
+    const std::wstring::size_type separator = path.find_last_of(L"\\/");
+    return separator == std::wstring::npos ? std::wstring() : path.substr(0, separator + 1);
+}
+
+std::wstring folded_path(const std::wstring& path) {
+    std::wstring folded;
+    for (const wchar_t unit : path) {
+        folded.push_back(unit == L'/' ? L'\\'
+                                      : static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit))));
+    }
+    return folded;
+}
+
+} // namespace max_file

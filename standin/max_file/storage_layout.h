@@ -1,0 +1,18 @@
+// A look at the layers of a structured-storage file before the system is asked to open it: the system says no
+// more than "invalid", a cut-off file it may even open, and in a damaged one it can lose its way for ever.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace max_file {
+
+// Reads exactly `count` bytes at `offset`; false when it cannot.
+using ReadAt = std::function<bool(std::uint64_t offset, std::uint8_t* buffer, std::size_t count)>;
+
+// Empty when the layout is sound, else the end of a sentence that begins with the file.
+std::string storage_problem(const ReadAt& read, std::uint64_t file_size);
+
+} // namespace max_file

@@ -1,0 +1,188 @@
+#include "plugin/action_table.h"
+#include "plugin/menu.h"
+#include "tests/product/plugin/plugin_fixture.h"
+
+namespace {
+
+const MenuContextId kContext = 0x411A1C29;
+
+class PluginMenu : public PluginTest {};
+
+TEST_F(PluginMenu, AFirstStartCreatesIt) {
+    start();
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+    IMenuBarContext* context = static_cast<IMenuBarContext*>(menus().GetContext(kContext));
+    ASSERT_NE(nullptr, context);
+    EXPECT_EQ(menus().FindMenu(title().c_str()), context->GetMenu());
+    EXPECT_EQ(title(), context->GetName().data());
+}
+
+TEST_F(PluginMenu, ItStandsAfterTheMenusThatAreThere) {
+    add_menu(L"Tools", 1);
+    start();
+    EXPECT_EQ(L"Tools > ---\n" + own_menu(), host_sdk::describe_menus());
+}
+
+TEST_F(PluginMenu, StartingTwiceLeavesOneMenu) {
+    start();
+    start();
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+// What an earlier run left in the menu file, with too many, old or no items, is refilled and not added to.
+TEST_F(PluginMenu, AMenuOfAnEarlierRunIsRefilled) {
+    for (const int separators : {0, 1, 3, 9}) {
+        host_sdk::reset();
+        IMenu* menu = add_menu(title(), separators);
+        start();
+        EXPECT_EQ(menu, menus().FindMenu(title().c_str()));
+        EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+    }
+}
+
+TEST_F(PluginMenu, TheHostsMenuFileBringsTheSameMenuBack) {
+    start();
+    const std::wstring file = host_sdk::save_menus();
+    end();
+    host_sdk::reset();
+    ASSERT_TRUE(host_sdk::load_menus(file));
+    plugin_ = new tarvo::Tarvo_Rendering;
+    start();
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+    host_sdk::broadcast_notification(tarvo::kSystemStartup);
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+TEST_F(PluginMenu, MenusOfEarlierEditionsAreEmptied) {
+    add_menu(L"TarvoCloud", 2);
+    add_menu(tarvo::Text(IDS_EARLIER_MENU_TITLE), 3);
+    start();
+    EXPECT_EQ(0, item_count(L"TarvoCloud"));
+    EXPECT_EQ(0, item_count(tarvo::Text(IDS_EARLIER_MENU_TITLE)));
+}
+
+TEST_F(PluginMenu, MenusOfEarlierEditionsGoWhenTheContextIsThere) {
+    menus().RegisterMenuBarContext(kContext, L"Earlier");
+    add_menu(L"TarvoCloud", 2);
+    add_menu(tarvo::Text(IDS_EARLIER_MENU_TITLE), 3);
+    start();
+    EXPECT_EQ(-1, item_count(L"TarvoCloud"));
+    EXPECT_EQ(-1, item_count(tarvo::Text(IDS_EARLIER_MENU_TITLE)));
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+TEST_F(PluginMenu, EarlierMenusAreLookedForInOrder) {
+    start();
+    std::vector<std::wstring> titles;
+    for (const std::wstring& line : calls_.lines) {
+        if (line.find(L"IMenuManager::FindMenu(") == 0) {
+            titles.push_back(line);
+        }
+    }
+    const std::wstring call = L"IMenuManager::FindMenu(\"";
+    EXPECT_EQ((std::vector<std::wstring>{call + title() + L"\")", call + L"TarvoCloud\")",
+                                         call + tarvo::Text(IDS_EARLIER_MENU_TITLE) + L"\")",
+                                         call + title() + L"\")"}),
+              titles);
+}
+
+TEST_F(PluginMenu, StoppingRemovesIt) {
+    start();
+    plugin_->Stop();
+    EXPECT_EQ(L"", host_sdk::describe_menus());
+    EXPECT_EQ(-1, item_count(title()));
+    EXPECT_EQ(nullptr, static_cast<IMenuBarContext*>(menus().GetContext(kContext))->GetMenu());
+}
+
+TEST_F(PluginMenu, DestroyingThePluginRemovesItToo) {
+    start();
+    end();
+    EXPECT_EQ(L"", host_sdk::describe_menus());
+    EXPECT_EQ(-1, item_count(title()));
+}
+
+TEST_F(PluginMenu, WithoutTheContextOnlyTheItemsGo) {
+    add_menu(title(), 3);
+    tarvo::RemoveMenu(title());
+    EXPECT_EQ(0, item_count(title()));
+    EXPECT_EQ(0, calls_.count("IMenuManager::UnRegisterMenu"));
+}
+
+TEST_F(PluginMenu, RemovingAMenuThatIsNotThereChangesNothing) {
+    start();
+    const std::wstring before = host_sdk::save_menus();
+    tarvo::RemoveMenu(L"Nobody's menu");
+    EXPECT_EQ(before, host_sdk::save_menus());
+}
+
+TEST_F(PluginMenu, AMissingTitleRemovesNothing) {
+    menus().RegisterMenuBarContext(kContext, L"Name");
+    add_menu(L"", 2);
+    tarvo::RemoveMenu(L"");
+    EXPECT_EQ(2, item_count(L""));
+}
+
+TEST_F(PluginMenu, AfterStartUpTheMenuIsThereAgain) {
+    const std::wstring empty = host_sdk::save_menus();
+    start();
+    host_sdk::rebuild_menu_bar(empty);
+    ASSERT_EQ(L"", host_sdk::describe_menus());
+    host_sdk::broadcast_notification(80);
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+TEST_F(PluginMenu, StartUpRefillsAMenuThatIsThere) {
+    start();
+    host_sdk::broadcast_notification(80);
+    host_sdk::broadcast_notification(80);
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+    EXPECT_EQ(3, item_count(title()));
+}
+
+TEST_F(PluginMenu, StartUpDoesNothingWhenSomethingIsMissing) {
+    const std::wstring empty = host_sdk::save_menus();
+    for (bool host_sdk::Faults::*part :
+         {&host_sdk::Faults::no_core_interface, &host_sdk::Faults::no_menu_manager,
+          &host_sdk::Faults::no_action_manager, &host_sdk::Faults::no_main_menu_bar}) {
+        host_sdk::reset();
+        start();
+        host_sdk::rebuild_menu_bar(empty);
+        const std::wstring before = host_sdk::save_menus();
+        set_fault(part);
+        host_sdk::broadcast_notification(80);
+        EXPECT_EQ(before, host_sdk::save_menus());
+        host_sdk::set_faults(host_sdk::Faults());
+    }
+}
+
+TEST_F(PluginMenu, StartUpNeedsTheTable) {
+    start();
+    const std::wstring file = host_sdk::save_menus();
+    ActionTable* table = GetCOREInterface()->GetActionManager()->FindTable(tarvo::kActionTableId);
+    ASSERT_NE(nullptr, table);
+    table->DeleteThis();
+    host_sdk::rebuild_menu_bar(L"host menus 1\nmenu\t\n");
+    const std::wstring before = host_sdk::save_menus();
+    host_sdk::broadcast_notification(80);
+    EXPECT_EQ(before, host_sdk::save_menus());
+}
+
+TEST_F(PluginMenu, AStartWithoutManagersSucceedsAndDoesNothing) {
+    for (bool host_sdk::Faults::*part :
+         {&host_sdk::Faults::no_core_interface, &host_sdk::Faults::no_menu_manager,
+          &host_sdk::Faults::no_main_menu_bar, &host_sdk::Faults::no_action_manager}) {
+        host_sdk::reset();
+        set_fault(part);
+        const long before = new_heap_objects();
+        start();
+        plugin_->Stop();
+        host_sdk::set_faults(host_sdk::Faults());
+        EXPECT_EQ(-1, item_count(title()));
+        EXPECT_EQ(L"", host_sdk::describe_menus());
+        if (part == &host_sdk::Faults::no_core_interface || part == &host_sdk::Faults::no_action_manager) {
+            EXPECT_EQ(before, new_heap_objects());
+        }
+    }
+}
+
+} // namespace

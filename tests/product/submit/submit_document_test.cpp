@@ -1,0 +1,189 @@
+// Every group in tests/data/submit: NAME.in.json holds an analysis and the user's choices, NAME.out.json the
+// submit document and NAME.body.json the request body that they must give, byte for byte. To add a case, add
+// the three files.
+#include "submit/submit_document.h"
+
+#include "common/json_text.h"
+#include "common/text.h"
+#include "tests/support/test_folder.h"
+
+#include <gtest/gtest.h>
+#include <json/json.h>
+
+#include <algorithm>
+#include <dirent.h>
+
+namespace {
+
+using tarvo::BuildSubmitDocument;
+using tarvo::DocumentChoices;
+using tarvo::DocumentProblem;
+
+constexpr const char* kInputEnding = ".in.json";
+
+std::vector<std::string> case_names() {
+    std::vector<std::string> names;
+    DIR* folder = opendir((support::test_data_folder() + "/submit").c_str());
+    if (folder == nullptr) {
+        return names;
+    }
+    const std::string ending = kInputEnding;
+    for (const dirent* entry = readdir(folder); entry != nullptr; entry = readdir(folder)) {
+        const std::string file = entry->d_name;
+        if (file.size() > ending.size() &&
+            file.compare(file.size() - ending.size(), ending.size(), ending) == 0) {
+            names.push_back(file.substr(0, file.size() - ending.size()));
+        }
+    }
+    closedir(folder);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+tarvo::CameraMap cameras_of(const Json::Value& list) {
+    tarvo::CameraMap cameras;
+    for (const Json::Value& entry : list) {
+        tarvo::CameraRecord record;
+        record.image_width = entry["image_width"].asInt();
+        record.image_height = entry["image_height"].asInt();
+        record.start_frame = entry["start_frame"].asInt();
+        record.image_format = tarvo::Utf8ToWide(entry["image_format"].asString());
+        record.checked = entry["checked"].asBool();
+        record.img_output_name = tarvo::Utf8ToWide(entry["img_output_name"].asString());
+        record.is_spherical = entry["is_spherical"].asBool();
+        cameras[tarvo::Utf8ToWide(entry["name"].asString())] = record;
+    }
+    return cameras;
+}
+
+DocumentChoices choices_of(const Json::Value& input, const tarvo::CameraMap& cameras) {
+    DocumentChoices choices;
+    choices.scene_file = input["scene_file"].asString();
+    choices.scene_path = input["scene_path"].asString();
+    choices.cameras = &cameras;
+    choices.num_blocks = input.get("num_blocks", 1).asInt();
+    choices.color_channel = input["color_channel"].asBool();
+    choices.ao_channel = input["ao_channel"].asBool();
+    choices.ao_radius = input.get("ao_radius", 1000.0).asDouble();
+    choices.ao_subdivs = input.get("ao_subdivs", 16).asInt();
+    choices.gamma_out = input.get("gamma_out", 2.2).asFloat();
+    return choices;
+}
+
+// Builds from the text of an analysis, with one unticked camera and no options.
+DocumentProblem build(const std::string& analysis, Json::Value& document) {
+    EXPECT_TRUE(tarvo::ParseJson(analysis, document)) << analysis;
+    tarvo::CameraMap cameras;
+    cameras[L"Camera01"];
+    DocumentChoices choices;
+    choices.scene_file = "C:\\a.max";
+    choices.cameras = &cameras;
+    return BuildSubmitDocument(document, choices);
+}
+
+DocumentProblem build(const std::string& analysis) {
+    Json::Value document;
+    return build(analysis, document);
+}
+
+class SubmitDocumentGolden : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(SubmitDocumentGolden, DocumentAndBodyAreAsExpected) {
+    const std::string base = support::test_data_folder() + "/submit/" + GetParam();
+    Json::Value input;
+    ASSERT_TRUE(tarvo::ParseJson(support::read_file(base + kInputEnding), input)) << base;
+    Json::Value document = input["analysis"];
+    const std::string app_version = document.get("app_version", Json::Value()).asString();
+    const Json::Value& choices = input["choices"];
+    const tarvo::CameraMap cameras = cameras_of(choices["cameras"]);
+
+    ASSERT_EQ(BuildSubmitDocument(document, choices_of(choices, cameras)), DocumentProblem::none);
+    EXPECT_EQ(tarvo::StyledJson(document), support::read_file(base + ".out.json"));
+
+    const Json::Value body =
+        tarvo::BuildRequestBody(choices["scene_file"].asString(), choices["document_file"].asString(),
+                                app_version, choices["archive_path"].asString());
+    EXPECT_EQ(tarvo::StyledJson(body), support::read_file(base + ".body.json"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Groups, SubmitDocumentGolden, ::testing::ValuesIn(case_names()),
+                         [](const ::testing::TestParamInfo<std::string>& group) { return group.param; });
+
+TEST(SubmitDocumentGroups, AreFound) {
+    EXPECT_GE(case_names().size(), 48u);
+}
+
+TEST(SubmitDocumentFrames, NegativeStartFrameIsRefused) {
+    EXPECT_EQ(build(R"({"start_frame": "-1"})"), DocumentProblem::start_frame_negative);
+    EXPECT_EQ(build(R"({"start_frame": -1})"), DocumentProblem::start_frame_negative);
+    EXPECT_EQ(build(R"({"start_frame": -1.5})"), DocumentProblem::start_frame_negative);
+    EXPECT_EQ(build(R"({"start_frame": "  -12 frames"})"), DocumentProblem::start_frame_negative);
+    EXPECT_EQ(build(R"({"start_frame": "-99999999999999999999"})"), DocumentProblem::start_frame_negative);
+}
+
+TEST(SubmitDocumentFrames, NegativeEndFrameIsRefused) {
+    EXPECT_EQ(build(R"({"start_frame": "0", "end_frame": "-1"})"), DocumentProblem::end_frame_negative);
+    EXPECT_EQ(build(R"({"end_frame": -7})"), DocumentProblem::end_frame_negative);
+}
+
+TEST(SubmitDocumentFrames, StartFrameIsCheckedFirst) {
+    EXPECT_EQ(build(R"({"start_frame": "-1", "end_frame": "-1"})"), DocumentProblem::start_frame_negative);
+}
+
+TEST(SubmitDocumentFrames, EverythingElsePasses) {
+    for (const char* frame : {"0", "\"0\"", "\"-0\"", "-0.9", "null", "true", "\"\"", "\"x-1\"", "4294967295",
+                              "\"99999999999999999999\""}) {
+        EXPECT_EQ(build(std::string("{\"start_frame\": ") + frame + "}"), DocumentProblem::none) << frame;
+    }
+}
+
+TEST(SubmitDocumentTypes, WrongTypesThrow) {
+    for (const char* analysis :
+         {"[1]", "\"text\"", "5", R"({"reference_file": {"path": "a"}})", R"({"reference_file": ["a"]})",
+          R"({"reference_file": [[1]]})", R"({"reference_file": [{"path": ["a"]}]})",
+          R"({"start_frame": ["1"]})", R"({"end_frame": {"frame": 1}})"}) {
+        EXPECT_THROW(build(analysis), Json::Exception) << analysis;
+    }
+}
+
+TEST(SubmitDocumentTypes, EmptyObjectIsNoReferenceList) {
+    Json::Value document;
+    EXPECT_EQ(build(R"({"reference_file": {}})", document), DocumentProblem::none);
+    EXPECT_FALSE(document.isMember("reference_file"));
+}
+
+TEST(SubmitDocumentComments, KeptWithTheMembersThatStay) {
+    Json::Value document;
+    ASSERT_EQ(
+        build("{\n// about the version\n\"version\": \"2019\",\n// about the cameras\n\"cameras\": [1]}",
+              document),
+        DocumentProblem::none);
+    const std::string text = tarvo::StyledJson(document);
+    EXPECT_NE(text.find("// about the version\n   \"version\" : \"2019\""), std::string::npos) << text;
+    EXPECT_EQ(text.find("about the cameras"), std::string::npos) << text;
+}
+
+// 100,000 references and 10,000 cameras take well under a second; work that grows with their square takes
+// minutes.
+TEST(SubmitDocumentSize, LargeScene) {
+    constexpr unsigned kReferences = 100000;
+    constexpr unsigned kCameras = 10000;
+    Json::Value analysis(Json::objectValue);
+    Json::Value& references = analysis["reference_file"];
+    for (unsigned i = 0; i < kReferences; ++i) {
+        references[i]["path"] = "D:\\maps\\" + std::to_string(i) + ".png";
+    }
+    tarvo::CameraMap cameras;
+    for (unsigned i = 0; i < kCameras; ++i) {
+        cameras[L"Camera" + std::to_wstring(i)].checked = true;
+    }
+    DocumentChoices choices;
+    choices.scene_path = "D:\\maps\\7.png";
+    choices.cameras = &cameras;
+    ASSERT_EQ(BuildSubmitDocument(analysis, choices), DocumentProblem::none);
+    EXPECT_EQ(analysis["reference_file"].size(), kReferences - 1);
+    EXPECT_EQ(analysis["cameras"].size(), kCameras);
+    EXPECT_EQ(analysis["reference_file"][7]["path"].asString(), "D:\\maps\\8.png");
+}
+
+} // namespace

@@ -84,7 +84,7 @@ ArchiveRefusal FindArchiveRefusal(const PluginConfig& config, const std::wstring
         return ArchiveRefusal::unusable_name;
     }
     if (lost_a_surrogate(config, host_path) || has_impossible_character(Utf8ToWide(config.sceneFile)) ||
-        steps_up(stem)) {
+        stem.find(L':') != std::wstring::npos || steps_up(stem)) {
         return ArchiveRefusal::impossible_character;
     }
     const std::wstring::size_type file_name =

@@ -1,0 +1,46 @@
+# The fuzz targets. fuzz.NAME.corpus runs the kept corpus, fuzz.NAME.short a bounded number of inputs made from it;
+# tools/fuzz.sh runs them for as long as wanted.
+set(TARVO_FUZZ_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
+
+add_library(fuzz_support OBJECT
+    fuzz/support/analysis_mutator.cpp
+    fuzz/support/json_tree.cpp
+    fuzz/support/outside.cpp
+    fuzz/support/scene_oracle.cpp
+    support/native/string_table_native.cpp
+    support/native/text_native.cpp)
+target_link_libraries(fuzz_support PUBLIC tarvo_portable standin_base)
+
+# What states the rules is not what is fuzzed: no counters in it.
+set(TARVO_NO_COUNTERS -fno-sanitize-coverage=inline-8bit-counters,pc-table,trace-cmp,indirect-calls)
+target_compile_options(fuzz_support PRIVATE ${TARVO_NO_COUNTERS})
+
+# add_fuzz_target(NAME RUNS MAX_LENGTH SECONDS LIBRARY…): RUNS inputs of at most MAX_LENGTH bytes are for ./test; an input that
+# takes longer than SECONDS is a hang.
+function(add_fuzz_target name runs max_length seconds)
+    add_executable(${name}_fuzzer fuzz/${name}_fuzzer.cpp)
+    target_link_libraries(${name}_fuzzer PRIVATE ${ARGN})
+    target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer)
+    target_compile_options(${name}_fuzzer PRIVATE ${TARVO_NO_COUNTERS})
+    set(corpus ${TARVO_FUZZ_FOLDER}/corpus/${name})
+    set(grown ${PROJECT_BINARY_DIR}/corpus/${name})
+    file(MAKE_DIRECTORY ${grown})
+    set(dictionary "")
+    if(EXISTS ${TARVO_FUZZ_FOLDER}/${name}.dict)
+        set(dictionary -dict=${TARVO_FUZZ_FOLDER}/${name}.dict)
+    endif()
+    set(options -entropic=0 -max_len=${max_length} -timeout=${seconds} ${dictionary})
+    add_test(NAME fuzz.${name}.corpus COMMAND ${name}_fuzzer -runs=0 ${options} ${corpus})
+    add_test(NAME fuzz.${name}.short COMMAND ${name}_fuzzer -runs=${runs} -seed=1 ${options} ${grown} ${corpus})
+    # For tools/fuzz.sh.
+    file(WRITE ${PROJECT_BINARY_DIR}/fuzz_options/${name} "${options}\n")
+endfunction()
+
+add_fuzz_target(analysis 20000 768 10 fuzz_support)
+add_fuzz_target(ini 40000 512 10 fuzz_support diagnostics_portable)
+add_fuzz_target(max_file 40000 1024 10 fuzz_support standin_scene z)
+target_sources(max_file_fuzzer PRIVATE ${PROJECT_SOURCE_DIR}/standin/scene/gunzip.cpp)
+add_fuzz_target(maxscript 2000 1024 20 maxscript)
+add_fuzz_target(names 60000 64 10 fuzz_support)
+add_fuzz_target(reply 40000 512 10 fuzz_support)
+add_fuzz_target(submit 15000 1024 10 fuzz_support)

@@ -1,5 +1,5 @@
-# The fuzz targets. fuzz.NAME.corpus runs the kept corpus, fuzz.NAME.short a bounded number of inputs made from it;
-# tools/fuzz.sh runs them for as long as wanted.
+# The fuzz targets. The test fuzz.NAME runs the kept corpus and a bounded number of inputs made from it; tools/fuzz.sh runs
+# a target for as long as wanted.
 set(TARVO_FUZZ_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
 
 add_library(fuzz_support OBJECT
@@ -22,23 +22,24 @@ function(add_fuzz_target name runs max_length seconds)
     target_link_libraries(${name}_fuzzer PRIVATE ${ARGN})
     target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer)
     target_compile_options(${name}_fuzzer PRIVATE ${TARVO_NO_COUNTERS})
-    set(corpus ${TARVO_FUZZ_FOLDER}/corpus/${name})
+    set(options -entropic=0 -max_len=${max_length} -timeout=${seconds})
+    if(EXISTS ${TARVO_FUZZ_FOLDER}/${name}.dict)
+        list(APPEND options -dict=${TARVO_FUZZ_FOLDER}/${name}.dict)
+    endif()
+    set(corpora ${TARVO_FUZZ_FOLDER}/corpus/${name})
+    if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/data/${name})
+        list(APPEND corpora ${CMAKE_CURRENT_SOURCE_DIR}/data/${name})
+    endif()
     set(grown ${PROJECT_BINARY_DIR}/corpus/${name})
     file(MAKE_DIRECTORY ${grown})
-    set(dictionary "")
-    if(EXISTS ${TARVO_FUZZ_FOLDER}/${name}.dict)
-        set(dictionary -dict=${TARVO_FUZZ_FOLDER}/${name}.dict)
-    endif()
-    set(options -entropic=0 -max_len=${max_length} -timeout=${seconds} ${dictionary})
-    add_test(NAME fuzz.${name}.corpus COMMAND ${name}_fuzzer -runs=0 ${options} ${corpus})
-    add_test(NAME fuzz.${name}.short COMMAND ${name}_fuzzer -runs=${runs} -seed=1 ${options} ${grown} ${corpus})
+    add_test(NAME fuzz.${name} COMMAND ${name}_fuzzer -runs=${runs} -seed=1 ${options} ${grown} ${corpora})
     # For tools/fuzz.sh.
     file(WRITE ${PROJECT_BINARY_DIR}/fuzz_options/${name} "${options}\n")
 endfunction()
 
 add_fuzz_target(analysis 20000 768 10 fuzz_support)
 add_fuzz_target(ini 40000 512 10 fuzz_support diagnostics_portable)
-add_fuzz_target(max_file 40000 1024 10 fuzz_support standin_scene z)
+add_fuzz_target(max_file 40000 2048 10 fuzz_support standin_scene z)
 target_sources(max_file_fuzzer PRIVATE ${PROJECT_SOURCE_DIR}/standin/scene/gunzip.cpp)
 add_fuzz_target(maxscript 2000 1024 20 maxscript)
 add_fuzz_target(names 60000 64 10 fuzz_support)

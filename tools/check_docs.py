@@ -112,6 +112,7 @@ def known_tests() -> set:
     names |= {f"packaging.{path.stem[:-len('_test')]}" for path in programs}
     for path in listed("tests/*.cmake", "tests/CMakeLists.txt", "tests/**/*.cmake"):
         names |= set(re.findall(r"add_test\(NAME ([\w.]+)", path.read_text(encoding="utf-8")))
+        names |= {f"fuzz.{name}" for name in re.findall(r"add_fuzz_target\((\w+) \d", path.read_text(encoding="utf-8"))}
     for path in listed("tests/*.cpp"):
         names |= {f"{suite}.{name}" for suite, name in GTEST.findall(path.read_text(encoding="utf-8"))}
     return names

@@ -4,6 +4,7 @@
 #include "dialog/controls.h"
 #include "dialog/number_step.h"
 #include "resources/resource_ids.h"
+#include "scene/scene_file.h"
 
 #include <windows.h>
 
@@ -21,9 +22,6 @@ constexpr int kSubdivsMinimum = 1;
 constexpr int kSubdivsMaximum = 1000;
 constexpr int kInitialSubdivs = 16;
 constexpr int kGammaSpinMaximum = 5;
-
-constexpr const char* kExtension = ".max";
-constexpr std::size_t kExtensionLength = 4;
 
 class WindowContext {
 public:
@@ -77,16 +75,13 @@ bool UiState::SetSceneName(HWND edit, std::string name) {
         log.Write("The scene name is empty!", kWarn);
         return false;
     }
-    // For fewer than four characters the count wraps round, and the whole name is shown (C-16).
-    name = name.substr(0, name.size() - kExtensionLength);
-    ::SetWindowTextW(edit, Utf8ToWide(name).c_str());
+    ::SetWindowTextW(edit, Utf8ToWide(ShownSceneName(name)).c_str());
     log.Write("Set scene name successfully.", kInfo);
     return true;
 }
 
 std::string UiState::GetSceneName(HWND edit) {
-    const std::wstring text = ControlText(edit);
-    std::string name = text.empty() ? std::string() : WideToUtf8(text) + kExtension;
+    std::string name = EnteredSceneName(ControlText(edit));
     log.Write("Get scene name text down, it is : " + name + ".", kInfo);
     return name;
 }

@@ -1,8 +1,18 @@
 #include "scene/scene_file.h"
 
 #include "common/path_text.h"
+#include "common/text.h"
+
+#include <cstddef>
 
 namespace tarvo {
+
+namespace {
+
+constexpr const char* kExtension = ".max";
+constexpr std::size_t kExtensionLength = 4;
+
+} // namespace
 
 SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& current_name,
                             const std::string& current_path) {
@@ -20,9 +30,18 @@ SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& 
     return plan;
 }
 
+// For fewer than four bytes the count wraps round, and the whole name is shown (C-16).
+std::string ShownSceneName(const std::string& file_name) {
+    return file_name.substr(0, file_name.size() - kExtensionLength);
+}
+
+std::string EnteredSceneName(const std::wstring& field_text) {
+    return field_text.empty() ? std::string() : WideToUtf8(field_text) + kExtension;
+}
+
 std::wstring WithoutExtension(const std::wstring& file_name) {
-    constexpr std::wstring::size_type kExtension = 4;
-    return file_name.size() < kExtension ? file_name : file_name.substr(0, file_name.size() - kExtension);
+    return file_name.size() < kExtensionLength ? file_name
+                                               : file_name.substr(0, file_name.size() - kExtensionLength);
 }
 
 } // namespace tarvo

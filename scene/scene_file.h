@@ -19,6 +19,13 @@ constexpr unsigned kMaxScenePath = 259;
 SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& current_name,
                             const std::string& current_path);
 
+// What the dialog's name field shows for a scene's file name: without its last four bytes, or whole when it
+// has fewer (C-16). Both UTF-8.
+std::string ShownSceneName(const std::string& file_name);
+
+// The file name for what stands in that field; empty for nothing. UTF-8.
+std::string EnteredSceneName(const std::wstring& field_text);
+
 // A file name without its last four characters (a dot and three letters); whole when it has fewer.
 std::wstring WithoutExtension(const std::wstring& file_name);
 

@@ -70,9 +70,10 @@ bool lost_a_surrogate(const PluginConfig& config, const std::wstring& host_path)
 }
 
 // The stem of a path with backslashes keeps its slashes: with ".." among them the archive would lie outside
-// the compress folder.
-bool steps_up(const std::wstring& stem) {
-    return (L"/" + stem + L"/").find(L"/../") != std::wstring::npos;
+// the compress folder. A drive's colon right before the name ("D:b.max") would make the rest of the archive's
+// name a file's second stream.
+bool leaves_compress_folder(const std::wstring& stem) {
+    return (L"/" + stem + L"/").find(L"/../") != std::wstring::npos || stem.find(L':') != std::wstring::npos;
 }
 
 } // namespace
@@ -84,7 +85,7 @@ ArchiveRefusal FindArchiveRefusal(const PluginConfig& config, const std::wstring
         return ArchiveRefusal::unusable_name;
     }
     if (lost_a_surrogate(config, host_path) || has_impossible_character(Utf8ToWide(config.sceneFile)) ||
-        stem.find(L':') != std::wstring::npos || steps_up(stem)) {
+        leaves_compress_folder(stem)) {
         return ArchiveRefusal::impossible_character;
     }
     const std::wstring::size_type file_name =

@@ -15,10 +15,13 @@ target_link_libraries(fuzz_support PUBLIC tarvo_portable standin_base)
 set(TARVO_NO_COUNTERS -fno-sanitize-coverage=inline-8bit-counters,pc-table,trace-cmp,indirect-calls)
 target_compile_options(fuzz_support PRIVATE ${TARVO_NO_COUNTERS})
 
+add_custom_target(fuzzers)
+
 # add_fuzz_target(NAME RUNS MAX_LENGTH SECONDS LIBRARY…): RUNS inputs of at most MAX_LENGTH bytes are for ./test; an input that
 # takes longer than SECONDS is a hang.
 function(add_fuzz_target name runs max_length seconds)
     add_executable(${name}_fuzzer fuzz/${name}_fuzzer.cpp)
+    add_dependencies(fuzzers ${name}_fuzzer)
     target_link_libraries(${name}_fuzzer PRIVATE ${ARGN})
     target_link_options(${name}_fuzzer PRIVATE -fsanitize=fuzzer)
     target_compile_options(${name}_fuzzer PRIVATE ${TARVO_NO_COUNTERS})
@@ -38,10 +41,10 @@ function(add_fuzz_target name runs max_length seconds)
 endfunction()
 
 add_fuzz_target(analysis 20000 768 10 fuzz_support)
-add_fuzz_target(ini 40000 512 10 fuzz_support diagnostics_portable)
-add_fuzz_target(max_file 40000 2048 10 fuzz_support standin_scene z)
-target_sources(max_file_fuzzer PRIVATE ${PROJECT_SOURCE_DIR}/standin/scene/gunzip.cpp)
+add_fuzz_target(ini 40000 256 10 fuzz_support diagnostics_portable)
+add_fuzz_target(max_file 40000 2048 10 fuzz_support max_file z)
+target_sources(max_file_fuzzer PRIVATE ${PROJECT_SOURCE_DIR}/standin/max_file/gunzip.cpp)
 add_fuzz_target(maxscript 2000 1024 20 maxscript)
 add_fuzz_target(names 60000 64 10 fuzz_support)
-add_fuzz_target(reply 40000 512 10 fuzz_support)
+add_fuzz_target(reply 40000 160 10 fuzz_support)
 add_fuzz_target(submit 15000 1024 10 fuzz_support)

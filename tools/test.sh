@@ -19,7 +19,7 @@ native_part() {
     step "Building natively with the sanitizers"
     BUILD_PRIORITY=(nice -n 15)
     build_preset native-asan
-    build_preset native-fuzz analysis_fuzzer maxscript_fuzzer
+    build_preset native-fuzz fuzzers
     local status=0
     step "Native tests"
     ctest --test-dir "$NATIVE" --output-on-failure || status=1

@@ -1,10 +1,10 @@
 // Feeds damaged streams to the reader of .max files, damaged files to the check of their layout, and reads
 // back scenes that were composed from any names. The first byte of the input chooses.
 #include "standin/base/text.h"
-#include "standin/scene/gunzip.h"
-#include "standin/scene/scene_chunks.h"
-#include "standin/scene/scene_composer.h"
-#include "standin/scene/storage_layout.h"
+#include "standin/max_file/gunzip.h"
+#include "standin/max_file/scene_chunks.h"
+#include "standin/max_file/scene_composer.h"
+#include "standin/max_file/storage_layout.h"
 #include "tests/fuzz/support/rule.h"
 #include "tests/fuzz/support/scene_oracle.h"
 
@@ -17,9 +17,9 @@
 namespace {
 
 using fuzz::rule;
-using standin::ByteBuffer;
-using standin::SceneModel;
-using standin::SceneStreams;
+using max_file::ByteBuffer;
+using max_file::SceneModel;
+using max_file::SceneStreams;
 
 bool begins(const std::string& text, const char* start) {
     return text.compare(0, std::strlen(start), start) == 0;
@@ -38,7 +38,7 @@ void check_references(const SceneStreams& streams, const SceneModel& model) {
     const std::size_t bytes = streams.referenced_files.bytes.size();
     rule(model.references.size() * kSmallestRecord <= bytes,
          "a list holds no more records than bytes for them");
-    for (const standin::ReferencedFile& file : model.references) {
+    for (const max_file::ReferencedFile& file : model.references) {
         rule(file.named.size() * 2 <= bytes && file.named.find(L'\0') == std::wstring::npos,
              "a path is no longer than its bytes");
     }
@@ -46,20 +46,20 @@ void check_references(const SceneStreams& streams, const SceneModel& model) {
 
 bool check_streams(const SceneStreams& streams, SceneModel& model, bool twice) {
     std::string problem;
-    const bool good = standin::read_scene(streams, model, problem);
+    const bool good = max_file::read_scene(streams, model, problem);
     rule(good == problem.empty(), "a refusal has a reason, and nothing else has");
     if (!good) {
         rule(begins(problem, "is damaged: stream "), "the reason names the stream");
         return false;
     }
-    rule(model.width >= 1 && model.height >= 1 && model.summary_camera_count >= standin::kCameraCountUnknown,
+    rule(model.width >= 1 && model.height >= 1 && model.summary_camera_count >= max_file::kCameraCountUnknown,
          "a size is a size");
     check_references(streams, model);
     std::vector<std::wstring> cameras;
     rule(fuzz::find_cameras(streams.class_directory, streams.scene, cameras) && cameras == model.cameras,
          "the cameras are the nodes that lead to one");
     SceneModel again;
-    rule(!twice || (standin::read_scene(streams, again, problem) && same(model, again)),
+    rule(!twice || (max_file::read_scene(streams, again, problem) && same(model, again)),
          "read twice, a scene is the same");
     return true;
 }
@@ -67,8 +67,8 @@ bool check_streams(const SceneStreams& streams, SceneModel& model, bool twice) {
 // The two streams of a sound scene that it must have; a target puts one of its own in and takes it out again.
 SceneStreams& sample() {
     static SceneStreams streams = [] {
-        SceneStreams needed = standin::compose_scene(standin::sample_model()).streams;
-        needed.referenced_files = needed.summary = standin::OptionalStream();
+        SceneStreams needed = max_file::compose_scene(max_file::sample_model()).streams;
+        needed.referenced_files = needed.summary = max_file::OptionalStream();
         return needed;
     }();
     return streams;
@@ -86,7 +86,7 @@ void in_place_of(ByteBuffer& stream, const ByteBuffer& bytes) {
     stream.swap(other);
 }
 
-void in_addition(standin::OptionalStream& stream, const ByteBuffer& bytes) {
+void in_addition(max_file::OptionalStream& stream, const ByteBuffer& bytes) {
     stream.present = true;
     stream.bytes = bytes;
     check_sample(bytes);
@@ -111,7 +111,7 @@ void two_streams(const ByteBuffer& bytes) {
 
 std::string layout_problem(const ByteBuffer& file, std::size_t& reads) {
     reads = 0;
-    return standin::storage_problem(
+    return max_file::storage_problem(
         [&file, &reads](std::uint64_t offset, std::uint8_t* buffer, std::size_t count) {
             rule(offset <= file.size() && count <= file.size() - offset, "nothing is read behind the end");
             std::memcpy(buffer, file.data() + offset, count);
@@ -150,7 +150,7 @@ std::vector<std::wstring> texts_of(const ByteBuffer& bytes) {
 
 void compose_and_read(const ByteBuffer& bytes) {
     const std::vector<std::wstring> texts = texts_of(bytes);
-    SceneModel model = standin::sample_model();
+    SceneModel model = max_file::sample_model();
     model.cameras.clear();
     model.references.clear();
     for (std::size_t at = 0; at < texts.size(); ++at) {
@@ -162,12 +162,12 @@ void compose_and_read(const ByteBuffer& bytes) {
     }
     model.width = 1 + static_cast<std::int32_t>(bytes.size());
     model.render_cameras.clear();
-    SceneStreams streams = standin::compose_scene(model).streams;
+    SceneStreams streams = max_file::compose_scene(model).streams;
     SceneModel read;
     rule(check_streams(streams, read, true), "a composed scene is read");
     rule(read.cameras == model.cameras && read.references.size() == model.references.size() &&
              std::equal(read.references.begin(), read.references.end(), model.references.begin(),
-                        [](const standin::ReferencedFile& one, const standin::ReferencedFile& other) {
+                        [](const max_file::ReferencedFile& one, const max_file::ReferencedFile& other) {
                             return one.named == other.named && one.found == other.found &&
                                    one.kind == other.kind;
                         }),
@@ -176,17 +176,17 @@ void compose_and_read(const ByteBuffer& bytes) {
          "size and version come back");
     std::string problem;
     streams.scene.pop_back();
-    rule(!standin::read_scene(streams, read, problem), "a scene that lacks its last byte is damaged");
+    rule(!max_file::read_scene(streams, read, problem), "a scene that lacks its last byte is damaged");
 }
 
 void unpack(const ByteBuffer& bytes) {
     constexpr std::size_t kLimit = 1 << 16;
     ByteBuffer unpacked;
     std::string problem;
-    if (standin::gunzip(bytes, kLimit, unpacked, problem)) {
-        rule(unpacked.size() <= kLimit && standin::is_gzip(bytes), "what is unpacked keeps to its limit");
+    if (max_file::gunzip(bytes, kLimit, unpacked, problem)) {
+        rule(unpacked.size() <= kLimit && max_file::is_gzip(bytes), "what is unpacked keeps to its limit");
         ByteBuffer rest;
-        rule(unpacked.empty() || !standin::gunzip(bytes, unpacked.size() - 1, rest, problem),
+        rule(unpacked.empty() || !max_file::gunzip(bytes, unpacked.size() - 1, rest, problem),
              "one byte more than the limit is too much");
     } else {
         rule(!problem.empty(), "a refusal has a reason");

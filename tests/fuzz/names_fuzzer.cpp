@@ -151,6 +151,11 @@ void check_scene_file(const std::wstring& wide_path, const std::wstring& wide_en
     } else {
         rule(plan.save_first && plan.file == folder + entered, "another name lies in the same folder");
     }
+    rule(tarvo::ShownSceneName(current + ".max") == current, "the field shows a name without its extension");
+    const std::wstring shown = base::to_wide(current);
+    rule(current.find('\0') != std::string::npos ||
+             tarvo::EnteredSceneName(shown) == (shown.empty() ? "" : current + ".max"),
+         "what the field shows, entered, is the file's name again");
     const std::wstring file_name = base::to_wide(current);
     rule(tarvo::WithoutExtension(file_name + L".max") == file_name, "the extension and nothing else goes");
 }

@@ -168,6 +168,8 @@ TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
         {"D:\\a>b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\a|b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\a:b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"\\:b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"D:b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\a\nb.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\work/../../planted.max", IDS_SCENE_PATH_CHARACTERS},
         {long_scene.c_str(), IDS_SCENE_NAME_TOO_LONG},

@@ -114,7 +114,7 @@ std::string layout_problem(const ByteBuffer& file, std::size_t& reads) {
     return max_file::storage_problem(
         [&file, &reads](std::uint64_t offset, std::uint8_t* buffer, std::size_t count) {
             rule(offset <= file.size() && count <= file.size() - offset, "nothing is read behind the end");
-            std::memcpy(buffer, file.data() + offset, count);
+            std::copy_n(file.begin() + static_cast<std::ptrdiff_t>(offset), count, buffer);
             ++reads;
             return true;
         },

@@ -76,6 +76,12 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
     endforeach()
 endforeach()
 
+# A test that crashes ends its program; no window waits for a person.
+add_test(NAME tests.crash_ends_program COMMAND ${TARVO_WINE} en $<TARGET_FILE:portable_tests>
+    --gtest_also_run_disabled_tests --gtest_filter=HangWatch.DISABLED_Crashes)
+set_tests_properties(tests.crash_ends_program PROPERTIES ${TARVO_WINE_LANE} ENVIRONMENT TARVO_LIMIT=60
+    PASS_REGULAR_EXPRESSION "Unhandled page fault" FAIL_REGULAR_EXPRESSION "HANGS;PASSED")
+
 # Paths and names once more where the ANSI page is UTF-8.
 add_test(NAME win32_tests.utf8 COMMAND ${TARVO_WINE} utf8 $<TARGET_FILE:win32_tests> --gtest_brief=1
     --gtest_filter=ArchiveNames.*:SevenZip.*:ForeignArchive.*:Logger*:SceneBackup.*:PluginConfig*)

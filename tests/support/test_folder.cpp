@@ -8,6 +8,8 @@
 #else
 #include "tests/support/native/native_platform.h"
 
+#include <cstdio>
+#include <ftw.h>
 #include <unistd.h>
 #endif
 
@@ -25,14 +27,39 @@ std::string app_data_folder() {
     return tarvo::WideToUtf8(tarvo::CommonAppDataFolder());
 }
 #else
+int remove_entry(const char* path, const struct stat*, int, FTW*) {
+    return std::remove(path);
+}
+
+// Removed when the program ends, with everything in it.
+class ScratchFolder {
+public:
+    ScratchFolder() {
+        const char* const parent = std::getenv("TMPDIR");
+        std::string name = (parent != nullptr ? parent : "/tmp") + std::string("/tarvo-test-XXXXXX");
+        if (mkdtemp(&name[0]) == nullptr) {
+            std::perror(("No scratch folder " + name).c_str());
+            std::exit(1);
+        }
+        path_ = name;
+        set_app_data_folder(path_);
+    }
+    ~ScratchFolder() {
+        constexpr int kOpenFolders = 16;
+        ::nftw(path_.c_str(), remove_entry, kOpenFolders, FTW_DEPTH | FTW_PHYS);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
 std::string app_data_folder() {
-    static const std::string folder = [] {
-        char name[] = "/tmp/tarvo-test-XXXXXX";
-        const std::string made = mkdtemp(name);
-        set_app_data_folder(made);
-        return made;
-    }();
-    return folder;
+    static const ScratchFolder folder;
+    return folder.path();
 }
 #endif
 

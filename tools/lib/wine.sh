@@ -88,6 +88,7 @@ wine_up() {
         wineserver -p
         hold_wine
         manage_windows
+        end_crashed_programs
     done
     write_lanes "$count" >"$TARVO_BUILD_DIR/wine_lanes.json"
 }
@@ -124,6 +125,14 @@ manage_windows() {
         LC_ALL=C.UTF-8 wine reg add 'HKCU\Software\Wine\X11 Driver' /v "$name" /d "$wanted" /f >/dev/null 2>&1
     done
     printf '%s' "$wanted" >"$marker"
+}
+
+# A program that crashes prints where and ends. By default Wine opens a window about it and waits for a person.
+end_crashed_programs() {
+    local marker=$WINE_PREFIX_DIR/.no_crash_window
+    [ ! -f "$marker" ] || return 0
+    LC_ALL=C.UTF-8 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1
+    touch "$marker"
 }
 
 # Wine's own services start with the first program, end with the last, and inherit the output of whoever came first:

@@ -1,5 +1,5 @@
-// Linked to every test program of the mutated build: with TARVO_MUTANT_REACH, writes for each test the mutants that it
-// came to, one line each, into the file that TARVO_MUTANT_TESTS names.
+// Linked to every test program of the mutated build: with TARVO_MUTANT_REACH, writes for each test the
+// mutants that it came to, one line each, into the file that TARVO_MUTANT_TESTS names.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -1,15 +1,14 @@
-# Read right after project() of the mutated copy (see tools/mutate.py): the switches in every source, the listener in
-# every test program, and no warnings, for mutants are full of them.
+# Read right after project() of the mutated copy (see tools/mutate.py): what the switches call, and the listener in every
+# test program.
 set(TARVO_MUTANTS ${CMAKE_CURRENT_LIST_DIR})
-add_compile_options(-w -Wno-narrowing -include ${TARVO_MUTANTS}/switch.h)
 add_library(tarvo_mutants STATIC ${TARVO_MUTANTS}/switch.cpp)
 link_libraries(tarvo_mutants)
 
-function(tarvo_add_reach)
+function(tarvo_add_listener)
     foreach(program portable_tests sequence_tests win32_tests plugin_tests module_tests)
         if(TARGET ${program})
             target_sources(${program} PRIVATE ${TARVO_MUTANTS}/reach_listener.cpp)
         endif()
     endforeach()
 endfunction()
-cmake_language(DEFER CALL tarvo_add_reach)
+cmake_language(DEFER CALL tarvo_add_listener)

@@ -1,5 +1,5 @@
-// Which mutant is on, and which ones a run came to. The latter is one byte each in the file that TARVO_MUTANT_REACH
-// names, shared by all processes of a run.
+// Which mutant is on, and which ones a run came to. The latter is one byte each in the file that
+// TARVO_MUTANT_REACH names, shared by all processes of a run.
 #include <cstdlib>
 
 #ifdef _WIN32
@@ -22,8 +22,8 @@ struct Reach {
 Reach open_reach(const char* name) {
     Reach reach;
     const HANDLE file = ::CreateFileA(name, GENERIC_READ | GENERIC_WRITE,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     const HANDLE mapping = ::CreateFileMappingA(file, nullptr, PAGE_READWRITE, 0, 0, nullptr);
     if (mapping != nullptr) {
         reach.seen = static_cast<unsigned char*>(::MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0));
@@ -39,8 +39,8 @@ Reach open_reach(const char* name) {
     const int file = ::open(name, O_RDWR);
     struct stat status = {};
     if (file >= 0 && ::fstat(file, &status) == 0) {
-        void* const seen =
-            ::mmap(nullptr, static_cast<std::size_t>(status.st_size), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        void* const seen = ::mmap(nullptr, static_cast<std::size_t>(status.st_size), PROT_READ | PROT_WRITE,
+                                  MAP_SHARED, file, 0);
         if (seen != MAP_FAILED) {
             reach.seen = static_cast<unsigned char*>(seen);
             reach.count = static_cast<int>(status.st_size);

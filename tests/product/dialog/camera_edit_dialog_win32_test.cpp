@@ -180,6 +180,30 @@ TEST_F(CameraEdit, ConfirmingTextsThatAreNoNumbersGivesZero) {
     EXPECT_EQ(scene.cameras()[L"Cam"].start_frame, 0);
 }
 
+// Width, height, format and name come before the frame is looked at.
+TEST_F(CameraEdit, ANegativeStartFrameLetsTheFirstCameraTakeSizeFormatAndName) {
+    scene.cameras()[L"Other"] = scene.cameras()[L"Cam"];
+    pick(L"Other");
+    open();
+    click_lock();
+    type(dialog, IDC_EDIT_WIDTH, L"300");
+    type(dialog, IDC_EDIT_HEIGHT, L"200");
+    type(dialog, IDC_EDIT_START_FRAME, L"-1");
+    type(dialog, IDC_EDIT_NAME, L"taken");
+    ::SendDlgItemMessageW(dialog, IDC_EDIT_FORMAT, CB_SETCURSEL, 5, 0);
+    EXPECT_EQ(command(IDC_EDIT_CONFIRM), 1);
+    const tarvo::CameraRecord& first = scene.cameras()[L"Cam"];
+    EXPECT_EQ(first.image_width, 300);
+    EXPECT_EQ(first.image_height, 200);
+    EXPECT_EQ(first.image_format, Text(IDS_FORMAT_EXR));
+    EXPECT_EQ(first.img_output_name, L"taken");
+    const tarvo::CameraRecord& second = scene.cameras()[L"Other"];
+    EXPECT_EQ(second.image_width, 1500);
+    EXPECT_EQ(second.image_height, 1000);
+    EXPECT_EQ(second.image_format, L"PNG");
+    EXPECT_EQ(second.img_output_name, L"Render");
+}
+
 TEST_F(CameraEdit, ANegativeStartFrameStopsInTheMiddleAndClosesYet) {
     scene.cameras()[L"Other"].image_width = 9;
     pick(L"Other");

@@ -76,6 +76,22 @@ TEST_F(PrepareSceneFile, ChineseNameReachesTheHost) {
     EXPECT_EQ(test_host().saved_as, (std::vector<std::wstring>{L"D:\\work\\\x573A\x666F.max"}));
 }
 
+TEST_F(PrepareSceneFile, UnchangedChineseNamePacksTheOpenFileAndSavesNothing) {
+    test_host().file_name = L"\x573A\x666F.max";
+    test_host().file_path = L"D:\\\x5DE5\x4F5C\\\x573A\x666F.max";
+    EXPECT_EQ(prepare("\xE5\x9C\xBA\xE6\x99\xAF.max"),
+              "D:\\\xE5\xB7\xA5\xE4\xBD\x9C\\\xE5\x9C\xBA\xE6\x99\xAF.max");
+    EXPECT_TRUE(test_host().saved_as.empty());
+}
+
+TEST_F(PrepareSceneFile, EmptyFieldGetsAChineseName) {
+    test_host().file_name = L"\x573A\x666F.max";
+    test_host().file_path = L"D:\\\x573A\x666F.max";
+    EXPECT_EQ(prepare(""), "D:\\\xE5\x9C\xBA\xE6\x99\xAF.max");
+    EXPECT_EQ(field_text(), L"\x573A\x666F");
+    EXPECT_TRUE(test_host().saved_as.empty());
+}
+
 TEST_F(PrepareSceneFile, FailedSaveLeavesNoFile) {
     test_host().save_as_result = false;
     EXPECT_EQ(prepare("other.max"), "");

@@ -106,6 +106,48 @@ std::vector<std::string> g_lines_at_box;
 bool g_document_at_box = false;
 std::wstring g_document;
 
+// What the library was asked; the real one is not called where the answer does not matter.
+std::wstring g_header;
+DWORD g_header_flags = 0;
+BOOL WINAPI keep_header(HINTERNET, LPCWSTR headers, DWORD length, DWORD flags) {
+    g_header.assign(headers, length);
+    g_header_flags = flags;
+    return TRUE;
+}
+
+template <class Function>
+Function real_function(const char* name) {
+    return reinterpret_cast<Function>(::GetProcAddress(::GetModuleHandleW(L"winhttp.dll"), name));
+}
+
+struct SessionCall {
+    std::wstring agent;
+    DWORD access = 0;
+    bool names_proxy = false;
+    DWORD flags = 0;
+};
+SessionCall g_session;
+HINTERNET WINAPI keep_session(LPCWSTR agent, DWORD access, LPCWSTR proxy, LPCWSTR bypass, DWORD flags) {
+    g_session = {agent, access, proxy != nullptr || bypass != nullptr, flags};
+    using Open = HINTERNET(WINAPI*)(LPCWSTR, DWORD, LPCWSTR, LPCWSTR, DWORD);
+    return real_function<Open>("WinHttpOpen")(agent, access, proxy, bypass, flags);
+}
+
+struct RequestCall {
+    std::wstring verb;
+    bool names_more = false; // a path, a version, a referrer or what is accepted
+    DWORD flags = 0;
+};
+RequestCall g_request;
+HINTERNET WINAPI keep_request(HINTERNET connection, LPCWSTR verb, LPCWSTR path, LPCWSTR version,
+                              LPCWSTR referrer, LPCWSTR* accepted, DWORD flags) {
+    g_request = {verb, path != nullptr || version != nullptr || referrer != nullptr || accepted != nullptr,
+                 flags};
+    using Open = HINTERNET(WINAPI*)(HINTERNET, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR*, DWORD);
+    return real_function<Open>("WinHttpOpenRequest")(connection, verb, path, version, referrer, accepted,
+                                                     flags);
+}
+
 class BrokenLink : public ClientLink {
 protected:
     BrokenLink() {
@@ -216,6 +258,31 @@ TEST_F(BrokenLink, ReplyCannotBeRead) {
 TEST_F(BrokenLink, CertificateFlagsAreSet) {
     post_with("WinHttpSetOption", reinterpret_cast<void*>(&keep_flags));
     EXPECT_EQ(g_flags_set & 0x3200u, 0x3200u);
+    expect_accepted();
+}
+
+TEST_F(BrokenLink, HeaderLineIsAddedAndReplacesNone) {
+    post_with("WinHttpAddRequestHeaders", reinterpret_cast<void*>(&keep_header));
+    EXPECT_EQ(g_header, L"Content-Type: application/json;charset=utf-8");
+    EXPECT_EQ(g_header_flags, static_cast<DWORD>(WINHTTP_ADDREQ_FLAG_ADD));
+    expect_accepted();
+}
+
+// The machine's own proxy settings count, as for every program that names none.
+TEST_F(BrokenLink, SessionNamesNoProxyAndWaits) {
+    post_with("WinHttpOpen", reinterpret_cast<void*>(&keep_session));
+    EXPECT_EQ(g_session.agent, L"A WinHTTP Program For Marrowby/1.0");
+    EXPECT_EQ(g_session.access, static_cast<DWORD>(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY));
+    EXPECT_FALSE(g_session.names_proxy);
+    EXPECT_EQ(g_session.flags, 0u); // synchronous
+    expect_accepted();
+}
+
+TEST_F(BrokenLink, RequestIsPlainAndHasNoPath) {
+    post_with("WinHttpOpenRequest", reinterpret_cast<void*>(&keep_request));
+    EXPECT_EQ(g_request.verb, L"POST");
+    EXPECT_FALSE(g_request.names_more);
+    EXPECT_EQ(g_request.flags, 0u); // not encrypted
     expect_accepted();
 }
 

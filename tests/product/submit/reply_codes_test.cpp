@@ -155,4 +155,9 @@ TEST(HandleClientReply, NestedTooDeeply) {
     expect_not_parsed(std::string(2000, '['), true);
 }
 
+// The library gives up in the middle and has read the code by then.
+TEST(HandleClientReply, CodeBeforeTooDeepNestingIsNoCode) {
+    expect_not_parsed("{\"ret\":10001,\"x\":" + std::string(2000, '['), true);
+}
+
 } // namespace

@@ -228,13 +228,4 @@ TEST_F(AnalysingAgain, AnEndedDialogKeepsWhatItShowed) {
     EXPECT_EQ(row_count(list), 3);
 }
 
-// The group's last button is a bound of the group and nothing else.
-TEST_F(MainDialog, TheLastButtonOfTheBlockGroupStoresNothing) {
-    open();
-    click(IDC_MAIN_BLOCKS_10);
-    EXPECT_EQ(command(IDC_MAIN_BLOCKS_LAST), 1);
-    EXPECT_EQ(scene.num_blocks, 10);
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
 } // namespace

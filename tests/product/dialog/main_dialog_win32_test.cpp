@@ -78,6 +78,15 @@ TEST_F(MainDialog, OtherCommandsAndNoticesDoNothing) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
+// The group's last button is a bound of the group and nothing else.
+TEST_F(MainDialog, TheLastButtonOfTheBlockGroupStoresNothing) {
+    open();
+    click(IDC_MAIN_BLOCKS_10);
+    EXPECT_EQ(command(IDC_MAIN_BLOCKS_LAST), 1);
+    EXPECT_EQ(scene.num_blocks, 10);
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
 TEST_F(MainDialog, ANoticeWithoutARecordIsHandled) {
     open();
     for (const WPARAM from :

@@ -66,7 +66,6 @@ def main() -> int:
     print(f"== {len(workshop.mutants)} mutants: {', '.join(f'{layer} {layers[layer]}' for layer in LAYERS)}")
     if not wanted.report:
         print("== Building it", flush=True)
-        workshop.make_compilable()
         workshop.build()
         lanes = Lanes(workshop, wanted.lanes)
         try:

@@ -1,6 +1,5 @@
 """Writes the mutated copy of the project, finds out which mutants compile, and builds the test programs of it."""
 
-import concurrent.futures
 import hashlib
 import json
 import os
@@ -106,8 +105,7 @@ class Workshop:
         if self.sources:
             return self.sources
         digest = hashlib.sha256()
-        tools = sorted((ROOT / "tools/mutants").glob("*.py"))
-        for path in [*tools, *(ROOT / name for name in sorted(self.all_product_files())),
+        for path in [ROOT / "tools/mutants/find.py", ROOT / "tools/mutants/model.py", *(ROOT / name for name in sorted(self.all_product_files())),
                      ROOT / "resources/resource_ids.h"]:
             digest.update(path.relative_to(ROOT).as_posix().encode() + b"\0" + path.read_bytes())
         kept = self.folder / f"found-{digest.hexdigest()[:16]}.pickle"
@@ -205,44 +203,24 @@ class Workshop:
                                            if place[0] < begin + len(lines[line]) and place[1] > begin)
         return len(self.without_switch) + len(self.kept) > before
 
-    def make_compilable(self) -> None:
-        waiting = set(self.commands())
-        for _ in range(60):
-            spans = self.write_sources(self.find())
-            commands = self.commands()
-
-            def check(name):
-                words = [word for word in commands[name] if word not in ("-c", "ccache")]
-                return name, self.command(*strip_output(words), "-fsyntax-only", "-fmax-errors=0", cwd=self.tree)
-            with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-                done = [one for one in pool.map(check, sorted(waiting)) if one[1].returncode != 0]
-            if not done:
-                return
-            waiting = {name for name, _ in done}
-            output = "".join(one.stderr for _, one in done)
-            print(f"  {len(waiting)} files do not compile yet; {len(self.without_switch)} mutants without a switch",
-                  flush=True)
-            if not self.blame(output, spans):
-                sys.exit(f"error: cannot make these compile: {', '.join(sorted(waiting))}\n{output[:3000]}")
-            self.save_learned()
-        sys.exit("error: the mutated sources do not compile after 60 rounds")
-
     def build(self) -> None:
-        for _ in range(20):
+        """Builds the test programs, and without the mutants that the compiler refuses."""
+        spans = self.write_sources(self.find())
+        for _ in range(30):
             output = ""
-            for preset, targets in (("mingw-release", PROGRAMS), ("native-asan", NATIVE_PROGRAMS)):
-                done = self.command("nice", "-n", "2", "cmake", "--build", self.builds / preset, "-j2", "--target", *targets,
+            for preset, targets in (("native-asan", NATIVE_PROGRAMS), ("mingw-release", PROGRAMS)):
+                done = self.command("nice", "-n", "2", "cmake", "--build", self.builds / preset, "--target", *targets,
                                     "--", "-k", "0")
                 if done.returncode != 0:
                     output += done.stdout + done.stderr
             if not output:
                 return
-            spans = self.write_sources(self.find())
             if not self.blame(output, spans):
                 sys.exit(f"error: the mutated build fails\n{output[-5000:]}")
+            print(f"  {len(self.without_switch)} mutants without a switch", flush=True)
             self.save_learned()
-            self.make_compilable()
-        sys.exit("error: the mutated build fails after 20 rounds")
+            spans = self.write_sources(self.find())
+        sys.exit("error: the mutated build fails after 30 rounds")
 
 
 def is_product(name: str) -> bool:
@@ -269,19 +247,6 @@ def parse_arguments(command: list, tree: pathlib.Path) -> list:
                 result.append("-isystem" + value.replace(str(tree), str(ROOT)))
         elif word.startswith(("-D", "-I")):
             result.append(word.replace(str(tree), str(ROOT)))
-    return result
-
-
-def strip_output(words: list) -> list:
-    """Without the options that write files."""
-    result, skip = [], False
-    for word in words:
-        if skip:
-            skip = False
-        elif word in ("-o", "-MF", "-MT"):
-            skip = True
-        elif word != "-MD":
-            result.append(word)
     return result
 
 

@@ -4,7 +4,6 @@ import dataclasses
 import hashlib
 import json
 import os
-import pathlib
 import re
 import subprocess
 

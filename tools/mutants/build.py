@@ -26,6 +26,7 @@ ENDING = ".inc"
 HEAD = b"""#pragma GCC system_header
 #pragma GCC diagnostic ignored "-Wnarrowing"
 """
+BLOCK = 1000
 PROGRAMS = ["tarvo_module", "stage", "client", "make_scene", "portable_tests", "win32_tests", "plugin_tests",
             "module_tests"]
 NATIVE_PROGRAMS = ["portable_tests", "sequence_tests"]
@@ -116,8 +117,10 @@ class Workshop:
             kept.write_bytes(pickle.dumps(self.sources))
         self.mutants = [mutant for name in sorted(self.sources) for mutant in self.sources[name].mutants]
         give_keys(self.mutants)
-        for number, mutant in enumerate(self.mutants, 1):
-            mutant.number = number
+        # A block of numbers for each file, so that a change in one leaves the others as they were built.
+        for place, name in enumerate(sorted(self.sources)):
+            for step, mutant in enumerate(self.sources[name].mutants):
+                mutant.number = 1 + place * BLOCK + step
         self.without_switch |= {mutant.key for mutant in self.mutants if mutant.file.endswith(".h")}
         return self.sources
 

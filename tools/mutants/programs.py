@@ -184,7 +184,7 @@ class Programs:
 
     def reach_environment(self) -> dict:
         marks, tests = self.folder / "reach.marks", self.folder / "reach.tests"
-        marks.write_bytes(bytes(len(self.workshop.mutants) + 1))
+        marks.write_bytes(bytes(max(mutant.number for mutant in self.workshop.mutants) + 1))
         tests.write_text("")
         return {"TARVO_MUTANT_REACH": str(marks), "TARVO_MUTANT_TESTS": str(tests), "TARVO_HANG_SECONDS": "300"}
 

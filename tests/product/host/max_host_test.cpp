@@ -163,6 +163,36 @@ TEST_F(MaxSpinnerTest, NoControlGivesNoSpinner) {
     EXPECT_EQ(nullptr, tarvo::SetUpRatioSpinner(dialog_.window, 9, 1, 0.0f, 1.0f, 0.5f, 0.1f));
 }
 
+ISpinnerControl* throwing_set_up(HWND, int, int, float, float, float, float) {
+    throw std::runtime_error("from the host");
+}
+
+ISpinnerControl* throwing_interface(HWND) {
+    throw std::runtime_error("from the host");
+}
+
+std::string stopped_in(const char* place) {
+    return "[ERROR] An exception was stopped in " + std::string(place) + ": from the host";
+}
+
+TEST_F(MaxSpinnerTest, WhatTheHostThrowsAtASpinnerIsOneLine) {
+    const std::size_t mark = support::log_mark("qfx_data");
+    {
+        const support::PatchedImport patch("host_standin.dll", "_Z17SetupFloatSpinnerP6HWND__iiffff",
+                                           reinterpret_cast<void*>(&throwing_set_up));
+        ASSERT_TRUE(patch.installed());
+        EXPECT_EQ(nullptr, tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.0f, 1.0f, 0.5f, 0.1f));
+    }
+    {
+        const support::PatchedImport patch("host_standin.dll", "_Z11GetISpinnerP6HWND__",
+                                           reinterpret_cast<void*>(&throwing_interface));
+        ASSERT_TRUE(patch.installed());
+        EXPECT_EQ(nullptr, tarvo::RatioSpinnerOf(dialog_.spinner()));
+    }
+    EXPECT_EQ((std::vector<std::string>{stopped_in("SetupFloatSpinner"), stopped_in("GetISpinner")}),
+              support::log_lines_since("qfx_data", mark));
+}
+
 TEST_F(MaxHostTest, WhatTheHostThrowsIsOneLineAndAnEmptyAnswer) {
     const support::PatchedImport patch("host_standin.dll", "_Z16GetCOREInterfacev",
                                        reinterpret_cast<void*>(&throwing_core));
@@ -174,8 +204,15 @@ TEST_F(MaxHostTest, WhatTheHostThrowsIsOneLineAndAnEmptyAnswer) {
     EXPECT_EQ(nullptr, tarvo::HostMainWindow());
     EXPECT_FALSE(tarvo::SaveSceneAs(L"C:\\b.max"));
     EXPECT_FALSE(tarvo::RunScript(L"a", result));
+    EXPECT_EQ(L"", tarvo::SceneFilePath());
+    tarvo::SaveScene();
+    EXPECT_EQ(nullptr, tarvo::CoreInterface());
+    EXPECT_EQ(nullptr, tarvo::MenuManager());
+    EXPECT_EQ(nullptr, tarvo::ActionManager());
     std::vector<std::string> expected;
-    for (const char* place : {"GetCurFileName", "GetMAXHWnd", "SaveToFile", "ExecuteMAXScriptScript"}) {
+    for (const char* place :
+         {"GetCurFileName", "GetMAXHWnd", "SaveToFile", "ExecuteMAXScriptScript", "GetCurFilePath",
+          "FileSave", "GetCOREInterface", "GetMenuManager", "GetActionManager"}) {
         expected.push_back("[ERROR] An exception was stopped in " + std::string(place) + ": from the host");
     }
     EXPECT_EQ(expected, support::log_lines_since("qfx_data", mark));

@@ -69,7 +69,7 @@ def main() -> int:
         workshop.build()
         lanes = Lanes(workshop, wanted.lanes)
         try:
-            programs = Programs(workshop)
+            programs = Programs(workshop, wanted.lanes)
             print("== What each test reaches", flush=True)
             programs.learn([*NATIVE, *WINDOWS, *([] if wanted.narrow else ["scenarios"])])
             print("== Running", flush=True)

@@ -1,11 +1,12 @@
 """Runs the test programs of the mutated build: without a mutant to learn what each test reaches, and with one."""
 
+import concurrent.futures
 import dataclasses
 import hashlib
 import json
-import os
 import re
 import subprocess
+import time
 
 LANGUAGES = ["en", "zh", "utf8"]
 NATIVE = ["sequence_tests", "portable_tests"]
@@ -50,8 +51,9 @@ class Lanes:
 
 
 class Programs:
-    def __init__(self, workshop):
+    def __init__(self, workshop, lanes: int):
         self.workshop = workshop
+        self.lanes = lanes
         self.folder = workshop.folder
         self.tests = []
         self.reach_file = self.folder / "reach.json"
@@ -150,8 +152,13 @@ class Programs:
                 del old[name]
             if missing:
                 print(f"  {program}: {len(missing)} tests to learn", flush=True)
-                old.update(self.learn_scenarios(missing) if program == "scenarios"
-                           else self.learn_program(program, missing))
+                def learn(lane, program=program, missing=missing):
+                    part = missing[lane::self.lanes]
+                    return (self.learn_scenarios(part, lane) if program == "scenarios"
+                            else self.learn_program(program, part, lane))
+                with concurrent.futures.ThreadPoolExecutor(self.lanes) as pool:
+                    for part in pool.map(learn, range(self.lanes)):
+                        old.update(part)
                 self.reach_file.write_text(json.dumps(known))
         self.tests = [Test(program, name, seconds, frozenset(reached))
                       for program in wanted for name, (passed, seconds, reached) in known["programs"][program].items()
@@ -163,14 +170,21 @@ class Programs:
 
     def names_of(self, program: str) -> list:
         listed = self.list_tests(program)
-        names, suite = [], ""
+        names, suite, wanted = [], "", self.product_suites()
         for line in listed.splitlines():
             line = line.split("#")[0].rstrip()
             if line and not line.startswith(" ") and line.endswith("."):
                 suite = line
-            elif line.startswith("  ") and suite and "DISABLED_" not in suite + line:
+            elif line.startswith("  ") and suite and "DISABLED_" not in suite + line and (
+                    suite.strip(".").split("/")[-1] in wanted or suite.split("/")[0].strip(".") in wanted):
                 names.append(suite + line.strip())
         return names
+
+    def product_suites(self) -> set:
+        """The suites below tests/product; those of the stand-ins and scripts take long and add nothing."""
+        text = "".join(path.read_text(encoding="utf-8")
+                       for path in (self.workshop.tree / "tests/product").rglob("*_test.cpp"))
+        return set(re.findall(r"^TEST(?:_F|_P)?\((\w+),", text, re.MULTILINE))
 
     def list_tests(self, program: str) -> str:
         builds = self.workshop.builds
@@ -182,33 +196,35 @@ class Programs:
                        str(builds / "mingw-release/bin" / f"{program}.exe"), "--gtest_list_tests"]
         return self.finish(command, environment, 60).output.replace("\r", "")
 
-    def reach_environment(self) -> dict:
-        marks, tests = self.folder / "reach.marks", self.folder / "reach.tests"
+    def reach_environment(self, lane: int, program: str) -> dict:
+        marks, tests = self.folder / f"reach-{lane}.marks", self.folder / f"reach-{lane}.tests"
         marks.write_bytes(bytes(max(mutant.number for mutant in self.workshop.mutants) + 1))
         tests.write_text("")
-        return {"TARVO_MUTANT_REACH": str(marks), "TARVO_MUTANT_TESTS": str(tests), "TARVO_HANG_SECONDS": "300"}
+        drive = "" if program in NATIVE else "Z:"
+        return {"TARVO_MUTANT_REACH": f"{drive}{marks}", "TARVO_MUTANT_TESTS": f"{drive}{tests}",
+                "TARVO_HANG_SECONDS": "300"}
 
-    def learn_program(self, program: str, names: list) -> dict:
-        more = self.reach_environment()
-        if program not in NATIVE:
-            more = {name: value if name == "TARVO_HANG_SECONDS" else f"Z:{value}" for name, value in more.items()}
-        self.run_gtest(program, "en", names, 0, more, 1500)
+    def learn_program(self, program: str, names: list, lane: int) -> dict:
+        """One process for all tests; after one that ends it, another for those that are left."""
         found = {}
-        for line in (self.folder / "reach.tests").read_text().splitlines():
-            name, passed, milliseconds, *reached = line.split()
-            found[name] = [passed == "1", int(milliseconds) / 1000, [int(one) for one in reached]]
-        for name in names:
-            found.setdefault(name, [False, 0, []])
+        while names:
+            self.run_gtest(program, "en", names, lane, self.reach_environment(lane, program), 1500)
+            for line in (self.folder / f"reach-{lane}.tests").read_text().splitlines():
+                name, passed, milliseconds, *reached = line.split()
+                found[name] = [passed == "1", int(milliseconds) / 1000, [int(one) for one in reached]]
+            left = [name for name in names if name not in found]
+            if left:
+                found[left[0]] = [False, 0, []]
+            names = left[1:]
         return found
 
-    def learn_scenarios(self, names: list) -> dict:
+    def learn_scenarios(self, names: list, lane: int) -> dict:
         found = {}
         for name in names:
-            more = {key: f"Z:{value}" for key, value in self.reach_environment().items() if "SECONDS" not in key}
-            begin = os.times().elapsed
-            done = self.run_scenario(name, 0, more, 280)
-            marks = (self.folder / "reach.marks").read_bytes()
-            found[name] = [done.passed, os.times().elapsed - begin,
+            begin = time.monotonic()
+            done = self.run_scenario(name, lane, self.reach_environment(lane, "scenarios"), 280)
+            marks = (self.folder / f"reach-{lane}.marks").read_bytes()
+            found[name] = [done.passed, time.monotonic() - begin,
                            [number for number, seen in enumerate(marks) if seen]]
         return found
 

@@ -26,6 +26,7 @@ SOURCE_ENDINGS = {".cpp", ".h"}
 # The folder of a file, and the namespace of what the file declares.
 NAMESPACE_FOLDER = re.compile(r"^(?:standin|packaging)/([a-z_]+)/")
 NAMESPACE = re.compile(r"^namespace (\w+) \{", re.MULTILINE)
+USING = re.compile(r"^ *using [\w:]+::(\w+);", re.MULTILINE)
 SUITE = re.compile(r"^TEST(?:_F|_P)?\((\w+),", re.MULTILINE)
 
 
@@ -76,6 +77,14 @@ def check_namespace(name: str, text: str) -> list[str]:
             if found != folder[1]]
 
 
+def check_using(name: str, text: str) -> list[str]:
+    """A using-declaration that its file does not need; clang-tidy reads several files at once and cannot tell."""
+    if not name.endswith(".cpp"):
+        return []
+    return [f"{name}: nothing uses the name {used} of its using-declaration" for used in USING.findall(text)
+            if len(re.findall(rf"\b{used}\b", text)) < 2]
+
+
 def check_unique(files: list[pathlib.Path]) -> list[str]:
     """No two test files have one name, and no two files share a suite."""
     first, problems = {}, []
@@ -100,6 +109,7 @@ def check_file(path: pathlib.Path, portable: set[str]) -> list[str]:
     text = path.read_text(encoding="utf-8")
     includes = INCLUDE.findall(text)
     problems = check_layer(name, includes) + check_host_headers(name, text, includes) + check_namespace(name, text)
+    problems += check_using(name, text)
     if name in portable and "windows.h" in includes:
         problems.append(f"{name}: includes windows.h, but is also built without Windows")
     lines = text.count("\n")

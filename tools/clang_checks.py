@@ -3,21 +3,29 @@
 
 A file that passed is not read again while it, the project's headers that it includes, the rules and the tools stay the
 same: STAMPS keeps an empty file for each content that passed. BUILD holds compile_commands.json of the cross build, DEPS
-its libraries.
+its libraries. Files of one directory are read in batches (source_batches.py).
 """
 
 import concurrent.futures
 import dataclasses
 import functools
 import hashlib
+import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+from source_batches import batches, write_batch
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TRIPLE = "x86_64-w64-mingw32"
+TIDY = "clang-tidy"
+# A directory's own rules add to those of the directories above it.
+RULES = [".clang-tidy", "standin/.clang-tidy", "packaging/.clang-tidy"]
 INCLUDE = re.compile(rb'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
 TIDIED = ["common", "host", "scene", "submit", "dialog", "plugin", "probe", "standin", "packaging"]
 # Where an include of the project's own may be found, besides the folder of the file that includes it.
@@ -39,6 +47,7 @@ LIKE_THE_HOSTS = ["-fms-compatibility", "-fms-compatibility-version=19.0", "-fde
 class Task:
     name: str
     source: str
+    # Without the source.
     command: tuple
     # clang-tidy prints the number of suppressed warnings there, and nothing else.
     errors_wanted: bool
@@ -111,29 +120,79 @@ def second_compiler(deps: pathlib.Path, tools: bytes) -> list[Task]:
     tasks = []
     for name, extra in (("clang", []), ("clang as the host's compiler", LIKE_THE_HOSTS)):
         for source in product_sources():
-            command = [*base, *extra, source]
+            command = [*base, *extra]
             tasks.append(Task(name, source, tuple(command), True, key_of(source, command, tools)))
     return tasks
 
 
 def tidied(build: pathlib.Path, deps: pathlib.Path, tools: bytes) -> list[Task]:
     listed = output_of("git", "ls-files", "--cached", "--others", "--exclude-standard", "*.cpp").splitlines()
-    command = ["clang-tidy", "--quiet", "-p", str(build), f"--extra-arg-before=--target={TRIPLE}",
+    command = ["clang-tidy", "--quiet", f"--extra-arg-before=--target={TRIPLE}",
                "--extra-arg=-fms-extensions", "--extra-arg=-Wno-unknown-warning-option",
-               *(f"--extra-arg={argument}" for argument in system_includes(deps))]
-    rules = tools + content(".clang-tidy") + content("cmake/warnings.cmake")
-    return [Task("clang-tidy", source, (*command, source), False, key_of(source, command, rules))
+               *(f"--extra-arg={argument}" for argument in system_includes(deps)), "-p", str(build)]
+    rules = tools + b"".join(content(name) for name in (*RULES, "cmake/warnings.cmake"))
+    return [Task(TIDY, source, tuple(command), False, key_of(source, command, rules))
             for source in listed if source.split("/")[0] in TIDIED and (ROOT / source).is_file()]
 
 
-def run(task: Task, stamps: pathlib.Path) -> str:
-    """What the tool said; empty when the file passed."""
-    done = subprocess.run(task.command, cwd=ROOT, stdout=subprocess.PIPE, text=True, errors="replace",
-                          stderr=subprocess.STDOUT if task.errors_wanted else subprocess.DEVNULL, check=False)
-    if done.returncode == 0:
-        (stamps / task.key).touch()
-        return ""
-    return f"{task.source}: {task.name} exits with {done.returncode}\n{done.stdout}"
+def build_commands(build: pathlib.Path) -> dict[str, dict]:
+    """Source: how the cross build compiles it, the first time if there are several."""
+    found = {}
+    for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
+        found.setdefault(os.path.relpath(entry["file"], ROOT), entry)
+    return found
+
+
+def options_of(entry: dict) -> str:
+    """Without what differs for each file."""
+    return re.sub(r" -o .*", "", entry["command"])
+
+
+class Batches:
+    """The batches of one kind of task, as files below `folder`."""
+
+    def __init__(self, folder: pathlib.Path, tasks: list[Task], known: dict[str, dict]):
+        shutil.rmtree(folder, ignore_errors=True)
+        texts = {task.source: content(task.source).decode("utf-8") for task in tasks}
+        by_source = {task.source: task for task in tasks}
+        self.batches, entries = [], []
+        for number, names in enumerate(batches(list(texts), texts, lambda name: options_of(known[name]))):
+            path = write_batch(folder, number, names, texts)
+            entry = known[names[0]]
+            entries.append({**entry, "file": str(path), "command": entry["command"].replace(entry["file"], str(path))})
+            self.batches.append((path, [by_source[name] for name in names]))
+        if tasks:
+            (folder / "compile_commands.json").write_text(json.dumps(entries), encoding="utf-8")
+            for name in RULES:
+                (folder / name).parent.mkdir(exist_ok=True)
+                shutil.copy(ROOT / name, folder / name)
+
+
+def run_command(command: tuple, source: str, errors_wanted: bool) -> tuple[int, str]:
+    done = subprocess.run([*command, source], cwd=ROOT, stdout=subprocess.PIPE, text=True, errors="replace",
+                          stderr=subprocess.STDOUT if errors_wanted else subprocess.DEVNULL, check=False)
+    return done.returncode, done.stdout
+
+
+def run_batch(path: pathlib.Path, tasks: list[Task], stamps: pathlib.Path) -> list[str]:
+    """What the tool said of the files; nothing when all passed."""
+    first = tasks[0]
+    beside = f"-iquote{ROOT / os.path.dirname(first.source)}"
+    if first.name == TIDY:
+        command = (*first.command[:-1], str(path.parents[first.source.count("/")]), f"--extra-arg={beside}")
+    else:
+        command = (*first.command, beside)
+    together = len(tasks) > 1 and run_command(command, str(path), first.errors_wanted)[0] == 0
+    if len(tasks) > 1 and not together and os.environ.get("TARVO_BATCHES"):
+        print(f"one by one: {' '.join(task.source for task in tasks)}")
+    problems = []
+    for task in tasks:
+        code, said = (0, "") if together else run_command(task.command, task.source, task.errors_wanted)
+        if code == 0:
+            (stamps / task.key).touch()
+        else:
+            problems.append(f"{task.source}: {task.name} exits with {code}\n{said}")
+    return problems
 
 
 def main() -> int:
@@ -142,13 +201,18 @@ def main() -> int:
     tools = installed_tools()
     tasks = second_compiler(deps, tools) + tidied(build, deps, tools)
     todo = [task for task in tasks if not (stamps / task.key).exists()]
-    # The longest source first, so that no processor is left with it at the end.
-    todo.sort(key=lambda task: (task.name != "clang-tidy", -len(content(task.source))))
+    names = list(dict.fromkeys(task.name for task in tasks))
+    known = build_commands(build)
+    waiting = [batch for number, name in enumerate(names)
+               for batch in Batches(stamps / f"batches_{number}", [task for task in todo if task.name == name],
+                                    known).batches]
+    # clang-tidy takes longest, so it comes first.
+    waiting.sort(key=lambda batch: batch[1][0].name != TIDY)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        problems = [problem for problem in pool.map(lambda task: run(task, stamps), todo) if problem]
+        problems = [problem for found in pool.map(lambda batch: run_batch(*batch, stamps), waiting) for problem in found]
     for problem in problems:
         print(problem)
-    for name in dict.fromkeys(task.name for task in tasks):
+    for name in names:
         count = sum(task.name == name for task in tasks)
         print(f"{name}: {count} files, {sum(task.name == name for task in todo)} of them read in this run")
     if problems:

@@ -5,7 +5,6 @@
 
 namespace {
 
-using maxscript::Text;
 using support::error_codes;
 using support::listed;
 using support::ScriptedScene;

@@ -7,7 +7,6 @@ namespace {
 
 using namespace support;
 using tarvo::CameraEditDialogProc;
-using tarvo::CameraRecord;
 using tarvo::Text;
 
 using Lines = std::vector<std::string>;

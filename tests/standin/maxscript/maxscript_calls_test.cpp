@@ -1,7 +1,6 @@
 // Calls and functions of the script language: how arguments bind, parameters, scopes.
 #include "tests/standin/maxscript/maxscript_fixture.h"
 
-using script_fixture::Case;
 using script_fixture::check_cases;
 
 TEST(MaxscriptCalls, ChecksBeforeRunning) {

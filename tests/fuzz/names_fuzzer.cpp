@@ -206,6 +206,19 @@ bool leaves_its_folder(const std::wstring& path, const std::wstring& folder) {
     return false;
 }
 
+// A colon stands behind a drive's letter alone, where the path begins.
+bool can_be_a_path(const std::wstring& path) {
+    const std::wstring::size_type drive = path.compare(0, 4, L"\\\\?\\") == 0 ? 4 : 0;
+    for (std::wstring::size_type at = drive; at < path.size(); ++at) {
+        const bool drive_colon = path[at] == L':' && at == drive + 1;
+        const bool separator = path[at] == L'\\' || path[at] == L'/';
+        if (path[at] < 0x20 || (is_forbidden(path[at]) && !drive_colon && !separator)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void check_archive(const std::wstring& scene) {
     tarvo::PluginConfig config;
     config.sevenZipExe = L"C:\\ProgramData/7z.exe";
@@ -218,6 +231,7 @@ void check_archive(const std::wstring& scene) {
         return;
     }
     rule(!tarvo::HasLoneSurrogate(scene), "half of a pair is refused");
+    rule(can_be_a_path(scene), "a path that no file can have is refused");
     rule(!stem.empty() && !ends_badly(stem), "an archive has a name that Windows keeps");
     rule(!leaves_its_folder(archive, config.compressDir), "an archive lies in its folder");
     const std::wstring line = tarvo::PackCommandLine(config);

@@ -105,9 +105,13 @@ void check_code(const std::string& utf8, std::int32_t code, const tarvo::CameraM
 
 // A store that has read a good analysis before.
 void restore(tarvo::SceneData& scene) {
-    static const std::wstring kGood = tarvo::Utf8ToWide(fuzz::compact(fuzz::typical_analysis(), 4096));
+    static const std::wstring kGood =
+        LR"({"cameras":[{"name":"Camera001"},{"name":"Cam 2"}],"is_region":"true",
+        "corona_setting":{"pass_limit":"0","time_limit":"30","noise_level_limit":"0"},"gamma_out":"1.8"})";
     scene.clear_cameras();
-    rule(parse(scene, kGood) == 0 && scene.cameras().size() == 2, "the analysis to begin with is good");
+    rule(parse(scene, kGood) == 0 && scene.cameras().size() == 2 && scene.messages().size() == 3 &&
+             scene.corona_limits == 2,
+         "the analysis to begin with is good, and leaves something everywhere");
 }
 
 struct Kept {

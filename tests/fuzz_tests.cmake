@@ -5,6 +5,7 @@ set(TARVO_FUZZ_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
 add_library(fuzz_support OBJECT
     fuzz/support/analysis_mutator.cpp
     fuzz/support/json_tree.cpp
+    fuzz/support/notices.cpp
     fuzz/support/outside.cpp
     fuzz/support/scene_oracle.cpp
     support/native/string_table_native.cpp

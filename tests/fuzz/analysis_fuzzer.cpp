@@ -5,6 +5,7 @@
 #include "scene/scene_data.h"
 #include "tests/fuzz/support/analysis_mutator.h"
 #include "tests/fuzz/support/json_tree.h"
+#include "tests/fuzz/support/notices.h"
 #include "tests/fuzz/support/outside.h"
 #include "tests/fuzz/support/rule.h"
 
@@ -89,7 +90,9 @@ std::int32_t expected_code(const Node& root) {
     return is_empty(root.find("cameras")) ? 1 : 0;
 }
 
-void check_code(const std::string& utf8, std::int32_t code, const tarvo::CameraMap& cameras) {
+void check_outcome(const std::string& utf8, const tarvo::AnalysisOutcome& outcome) {
+    const std::int32_t code = outcome.code;
+    const tarvo::CameraMap& cameras = outcome.cameras;
     const fuzz::JsonText json = fuzz::read_json(utf8);
     if (!json.good || json.beyond_the_library || json.root.kind != Kind::object) {
         return;
@@ -101,6 +104,10 @@ void check_code(const std::string& utf8, std::int32_t code, const tarvo::CameraM
     rule(wanted != 0 || cameras.size() <= list->items.size(), "no camera comes from nowhere");
     rule(code != 0 || list->items.empty() || !cameras.empty(),
          "a list of cameras that was read leaves one at least");
+    std::vector<std::wstring> notices;
+    const bool sure = fuzz::expected_notices(json.root, notices);
+    rule(code == 2 ? outcome.messages.empty() : !sure || outcome.messages == notices,
+         "the notices are what the analysis says, in their order");
 }
 
 // A store that has read a good analysis before.
@@ -172,7 +179,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     rule(outcome.code >= 0 && outcome.code <= 3 && (outcome.usable || outcome.code == 0), "a code is 0 to 3");
     if (outcome.usable) {
-        check_code(utf8, outcome.code, outcome.cameras);
+        check_outcome(utf8, outcome);
     }
     if (fuzz::one_in(4, data, size)) {
         check_store(text, outcome);

@@ -166,7 +166,15 @@ bool find_cameras(const std::vector<std::uint8_t>& class_directory, const std::v
         return false;
     }
     for (const Piece& object : scene.objects) {
-        if (!scene.is_node(object) || !leads_to_camera(scene, object)) {
+        if (!scene.is_node(object)) {
+            continue;
+        }
+        for (const std::size_t index : references_of(object)) {
+            if (index >= scene.objects.size() && index != 0xFFFFFFFF) {
+                return false;
+            }
+        }
+        if (!leads_to_camera(scene, object)) {
             continue;
         }
         std::vector<Piece> parts;

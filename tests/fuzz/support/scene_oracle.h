@@ -8,7 +8,8 @@
 
 namespace fuzz {
 
-// For streams that the reader takes. False when they make no sense here.
+// For streams that the reader takes. False when they make no sense: a node refers to an object that is not
+// there.
 bool find_cameras(const std::vector<std::uint8_t>& class_directory, const std::vector<std::uint8_t>& scene,
                   std::vector<std::wstring>& cameras);
 

@@ -45,7 +45,7 @@ build_preset "$preset" "${targets[@]/%/_fuzzer}"
 options_of() { tr ';' '\n' <"$BUILD/fuzz_options/$1"; }
 corpora_of() {
     local folder
-    for folder in "$ROOT/tests/fuzz/corpus/$1" "$ROOT/tests/data/$1"; do
+    for folder in "$ROOT/tests/fuzz/seeds/$1" "$ROOT/tests/fuzz/corpus/$1" "$ROOT/tests/data/$1"; do
         [ ! -d "$folder" ] || printf '%s\n' "$folder"
     done
 }
@@ -84,13 +84,14 @@ fuzz() {
         "$((total / (seconds > 0 ? seconds : 1)))" "$(($(count_findings "$target") - before))"
 }
 
-# The merge takes from the smallest input on what reaches something new.
+# The merge takes, from the smallest input on, what reaches code that nothing before it reached. How often it runs there
+# does not count: that would keep hundreds.
 keep_corpus() {
     local target=$1 merged=$WORK/merged/$1 kept=$ROOT/tests/fuzz/corpus/$1 options corpora total=0 size file
     mapfile -t options < <(options_of "$target")
     mapfile -t corpora < <(corpora_of "$target")
     rm -rf "$merged" && mkdir -p "$merged"
-    "$BUILD/bin/${target}_fuzzer" "${options[@]}" -merge=1 "$merged" "$WORK/corpus/$target" "${corpora[@]}" \
+    "$BUILD/bin/${target}_fuzzer" "${options[@]}" -merge=1 -use_counters=0 "$merged" "$WORK/corpus/$target" "${corpora[@]}" \
         >"$WORK/logs/$target-merge.log" 2>&1 || die "the corpus of $target cannot be merged" "See $WORK/logs/$target-merge.log"
     rm -rf "$kept" && mkdir -p "$kept"
     while read -r size file; do
@@ -102,7 +103,9 @@ keep_corpus() {
 }
 
 failed=0
-for target in "${targets[@]}"; do fuzz "$target"; done
+if [ "$executions" -gt 0 ]; then
+    for target in "${targets[@]}"; do fuzz "$target"; done
+fi
 if [ "$keep" = yes ]; then
     for target in "${targets[@]}"; do keep_corpus "$target"; done
 fi

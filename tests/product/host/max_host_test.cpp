@@ -6,7 +6,21 @@
 #include "tests/support/patched_import.h"
 #include "tests/support/test_folder.h"
 
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
+
+namespace {
+
+bool g_no_memory = false;
+
+} // namespace
+
+// The program's own, so that a test can run out of memory. The library's takes its blocks from the same
+// place.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return g_no_memory ? nullptr : std::malloc(size);
+}
 
 namespace {
 
@@ -191,6 +205,14 @@ TEST_F(MaxSpinnerTest, WhatTheHostThrowsAtASpinnerIsOneLine) {
     }
     EXPECT_EQ((std::vector<std::string>{stopped_in("SetupFloatSpinner"), stopped_in("GetISpinner")}),
               support::log_lines_since("qfx_data", mark));
+}
+
+TEST_F(MaxSpinnerTest, WithoutMemoryTheHostsInterfaceIsReleased) {
+    g_no_memory = true;
+    EXPECT_EQ(nullptr, tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.0f, 1.0f, 0.5f, 0.1f));
+    EXPECT_EQ(nullptr, tarvo::RatioSpinnerOf(dialog_.spinner()));
+    g_no_memory = false;
+    EXPECT_EQ(0, host_sdk::live_spinner_interfaces());
 }
 
 TEST_F(MaxHostTest, WhatTheHostThrowsIsOneLineAndAnEmptyAnswer) {

@@ -10,8 +10,8 @@ import time
 
 LANGUAGES = ["en", "zh", "utf8"]
 NATIVE = ["sequence_tests", "portable_tests"]
-WINDOWS = ["module_tests", "plugin_tests", "win32_tests"]
-FAILED = re.compile(r"^\[  FAILED  \] (\S+?)[, ]", re.MULTILINE)
+WINDOWS = ["module_tests", "plugin_tests", "portable_tests.exe", "win32_tests"]
+FAILED = re.compile(r"^\[  FAILED  \] (\w\S*\.\S+?)[,\s]", re.MULTILINE)
 STARTED = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 HANGS = re.compile(r"^HANGS: (\S+)", re.MULTILINE)
 
@@ -83,7 +83,7 @@ class Programs:
             environment.update(TARVO_TEST_DATA=f"Z:{tree}/tests/data",
                                TARVO_HOST_CHECK=f"Z:{builds}/mingw-release/host_check", TARVO_LIMIT=str(int(seconds)))
             command = ["bash", str(tree / "tools/in_wine.sh"), language,
-                       str(builds / "mingw-release/bin" / f"{program}.exe"), f"--gtest_flagfile=Z:{flags}"]
+                       str(builds / "mingw-release/bin" / program_file(program)), f"--gtest_flagfile=Z:{flags}"]
         if "TARVO_MUTANT" in more:
             command.append("--gtest_fail_fast")
         return self.finish(command, environment, seconds)
@@ -181,9 +181,11 @@ class Programs:
         return names
 
     def product_suites(self) -> set:
-        """The suites below tests/product; those of the stand-ins and scripts take long and add nothing."""
-        text = "".join(path.read_text(encoding="utf-8")
-                       for path in (self.workshop.tree / "tests/product").rglob("*_test.cpp"))
+        """The suites that use the product; those of the stand-ins take long and add nothing."""
+        tests = self.workshop.tree / "tests"
+        texts = [(path, path.read_text(encoding="utf-8")) for path in tests.rglob("*_test.cpp")
+                 if (tests / "standin") not in path.parents]
+        text = "".join(text for path, text in texts if (tests / "product") in path.parents or "tarvo::" in text)
         return set(re.findall(r"^TEST(?:_F|_P)?\((\w+),", text, re.MULTILINE))
 
     def list_tests(self, program: str) -> str:
@@ -193,7 +195,7 @@ class Programs:
             command = [str(builds / "native-asan/bin" / program), "--gtest_list_tests"]
         else:
             command = ["bash", str(self.workshop.tree / "tools/in_wine.sh"), "en",
-                       str(builds / "mingw-release/bin" / f"{program}.exe"), "--gtest_list_tests"]
+                       str(builds / "mingw-release/bin" / program_file(program)), "--gtest_list_tests"]
         return self.finish(command, environment, 60).output.replace("\r", "")
 
     def reach_environment(self, lane: int, program: str) -> dict:
@@ -227,6 +229,10 @@ class Programs:
             found[name] = [done.passed, time.monotonic() - begin,
                            [number for number, seen in enumerate(marks) if seen]]
         return found
+
+
+def program_file(program: str) -> str:
+    return program if program.endswith(".exe") else program + ".exe"
 
 
 def last(pattern, text: str) -> str:

@@ -12,8 +12,22 @@ from mutants.model import LAYERS
 from mutants.programs import LANGUAGES, NATIVE, WINDOWS
 
 # The first round takes at most so many seconds of tests of one program, so that most mutants end there.
-FIRST_SECONDS = 4.0
+FIRST_SECONDS = 3.0
+# Without the wide run: at most so many seconds of the quickest tests, and none that takes longer than a few by itself.
+NARROW_SECONDS = 25.0
+LONGEST_SECONDS = 5.0
 HANG_SECONDS = 8
+
+
+def within(tests: list, seconds: float) -> list:
+    """The first tests that together take so long; at least one."""
+    found, spent = [], 0.0
+    for test in tests:
+        spent += test.seconds
+        if found and spent > seconds:
+            break
+        found.append(test)
+    return found
 
 
 class Accepted:
@@ -94,16 +108,16 @@ class Runner:
         """(program, language, tests): what is cheap first; the last ones only when `wide`."""
         first, then, last = [], [], []
         for program in [*NATIVE, *WINDOWS]:
-            tests, spent, few = reaching.get(program, []), 0.0, []
-            for test in tests:
-                if few and spent + test.seconds > FIRST_SECONDS:
-                    break
-                few.append(test)
-                spent += test.seconds
+            # The native program runs the same tests of the files without Windows.
+            tests = [] if program == "portable_tests.exe" and "portable_tests" in reaching else reaching.get(program, [])
+            few = within(tests, FIRST_SECONDS)
+            rest = tests[len(few):]
+            if not self.wide:
+                rest = within([test for test in rest if test.seconds < LONGEST_SECONDS], NARROW_SECONDS)
             if few:
                 first.append((program, "en", few))
-            if tests[len(few):]:
-                then.append((program, "en", tests[len(few):]))
+            if rest:
+                then.append((program, "en", rest))
         for test in reaching.get("scenarios", []):
             last.append(("scenarios", "", [test]))
         if reaching.get("win32_tests"):
@@ -157,7 +171,8 @@ class Runner:
         def one(mutant):
             return mutant, self.judge(mutant)
         with concurrent.futures.ThreadPoolExecutor(self.lane_count) as pool:
-            for mutant, (verdict, by, tests) in pool.map(one, todo):
+            for future in concurrent.futures.as_completed([pool.submit(one, mutant) for mutant in todo]):
+                mutant, (verdict, by, tests) = future.result()
                 self.results.keep(mutant, verdict, by, tests)
                 done += 1
                 if verdict != "killed":

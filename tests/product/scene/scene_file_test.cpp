@@ -62,6 +62,17 @@ TEST(CameraName, IsCutAtTheLimitButNeverInsideAPair) {
     EXPECT_EQ(SplitCameraName(std::string(258, 'a') + "\xF0\x9F\x98\x80").key.size(), 258u);
 }
 
+// U+10000 and U+10FFFF are the first and the last that take a pair; U+D7FF and U+E000 stand beside the
+// surrogates.
+TEST(CameraName, EveryPairAtTheLimitIsKnownAndNoSingleUnitTakenForOne) {
+    for (const char* pair : {"\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+        EXPECT_EQ(SplitCameraName(std::string(258, 'a') + pair).key.size(), 258u);
+    }
+    for (const char* single : {"\xED\x9F\xBF", "\xEE\x80\x80"}) {
+        EXPECT_EQ(SplitCameraName(std::string(258, 'a') + single + "b").key.size(), 259u);
+    }
+}
+
 TEST(CameraName, EmptyNameIsKept) {
     EXPECT_EQ(SplitCameraName("").key, L"");
     EXPECT_FALSE(SplitCameraName("").has_bad_ending);

@@ -13,8 +13,8 @@ inline int& refills() {
     return count;
 }
 
-inline INT_PTR CALLBACK OwnerProc(HWND, UINT message, WPARAM, LPARAM) {
-    refills() += message == tarvo::kRefillCameraTable ? 1 : 0;
+inline INT_PTR CALLBACK OwnerProc(HWND, UINT message, WPARAM w_param, LPARAM l_param) {
+    refills() += message == tarvo::kRefillCameraTable && w_param == 0 && l_param == 0 ? 1 : 0;
     return FALSE;
 }
 

@@ -142,4 +142,14 @@ TEST(Text, NothingIsBestFitted) {
 }
 #endif
 
+// The host may have set one category alone.
+TEST(Text, WideToLocaleRestoresEveryCategory) {
+    std::setlocale(LC_ALL, "C");
+    std::setlocale(LC_CTYPE, "chs");
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    WideToLocale(kChinese);
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+    std::setlocale(LC_ALL, "C");
+}
+
 } // namespace

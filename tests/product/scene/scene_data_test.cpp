@@ -104,6 +104,22 @@ TEST(SceneData, CamerasOfAnEarlierAnalysisStayUntilALaterOneGetsThatFar) {
     EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"}]})", 0), Names{L"Late"});
 }
 
+TEST(SceneData, RegionRenderingLeavesALine) {
+    const std::string line =
+        "[WARN] Region rendering is used in your scene file. Please ignore this message if "
+        "you confirm to use block rendering.";
+    for (const bool region : {true, false}) {
+        tarvo::SceneData scene;
+        const std::size_t mark = support::log_mark("qfx_data");
+        std::wstring text = std::wstring(L"{\"cameras\":[{\"name\":\"A\"}],\"is_region\":\"") +
+                            (region ? L"true" : L"false") + L"\"}";
+        scene.set_analysis_text(text);
+        EXPECT_EQ(scene.parse_analysis(), 0);
+        const Lines lines = support::log_lines_since("qfx_data", mark);
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), line), region ? 1 : 0);
+    }
+}
+
 TEST(SceneName, PartAfterTheLastBackslash) {
     const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\a.max"})");
     EXPECT_EQ(result.name, "a.max");

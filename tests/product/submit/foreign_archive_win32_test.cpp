@@ -203,6 +203,24 @@ TEST_F(ForeignArchive, FileThatAnotherProgramHoldsEndsTheRun) {
     expect_taken("32");
 }
 
+// The other program lets the file be removed, but the name is free only once it closes the file.
+TEST_F(ForeignArchive, FileThatAnotherProgramHoldsAndSharesEndsTheRun) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    tarvo::FileHandle held;
+    ASSERT_FALSE(prepare_with(
+        [&held](const std::wstring& path) {
+            held.reset(::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, kShareAll, nullptr,
+                                     CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        },
+        [&held](const std::wstring& path) {
+            held.reset();
+            ::DeleteFileW(path.c_str());
+        }));
+    expect_taken("32");
+    held.reset();
+    EXPECT_FALSE(tarvo::IsNameTaken(archive()));
+}
+
 TEST_F(ForeignArchive, OwnArchiveOfTheSameSecondIsAddedTo) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     ASSERT_TRUE(prepare());

@@ -5,7 +5,6 @@
 #include "common/text.h"
 #include "common/win32_handles.h"
 #include "submit/client_configuration.h"
-#include "tests/support/patched_import.h"
 #include "tests/support/seven_zip_program.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
@@ -15,7 +14,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
@@ -176,51 +174,6 @@ TEST_F(SevenZip, FolderThatIsMissingIsLogged) {
     EXPECT_EQ(lines,
               std::vector<std::string>{
                   "[ERROR] 7-Zip did not pack the scene! Exit code: 2, bytes in the archive: no archive"});
-}
-
-// What the system was asked.
-BOOL g_inherits = TRUE;
-DWORD g_creation_flags = 0;
-BOOL WINAPI note_process(LPCWSTR, LPWSTR, LPSECURITY_ATTRIBUTES process, LPSECURITY_ATTRIBUTES thread,
-                         BOOL inherits, DWORD flags, LPVOID environment, LPCWSTR folder,
-                         LPSTARTUPINFOW startup, LPPROCESS_INFORMATION information) {
-    g_inherits = inherits;
-    g_creation_flags = flags;
-    wchar_t command[] = L"cmd.exe /c exit 0";
-    // The import is the patched one.
-    const auto create = reinterpret_cast<decltype(&::CreateProcessW)>(
-        ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "CreateProcessW"));
-    return create(nullptr, command, process, thread, inherits, flags, environment, folder, startup,
-                  information);
-}
-
-// Other threads of the program wait too.
-DWORD g_waiting_thread = 0;
-DWORD g_longest_wait = 0;
-DWORD WINAPI note_wait(HANDLE handle, DWORD limit) {
-    if (::GetCurrentThreadId() == g_waiting_thread) {
-        g_longest_wait = std::max(g_longest_wait, limit);
-    }
-    return ::WaitForSingleObjectEx(handle, limit, FALSE);
-}
-
-TEST_F(SevenZip, ProgramIsHiddenAndInheritsNoHandle) {
-    const support::PatchedImport patch("kernel32.dll", "CreateProcessW",
-                                       reinterpret_cast<void*>(&note_process));
-    ASSERT_TRUE(patch.installed());
-    ASSERT_TRUE(pack(L"asked"));
-    EXPECT_EQ(g_inherits, FALSE);
-    EXPECT_EQ(g_creation_flags, static_cast<DWORD>(CREATE_NO_WINDOW | NORMAL_PRIORITY_CLASS));
-}
-
-TEST_F(SevenZip, ProgramIsAwaitedWithoutALimit) {
-    ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
-    const support::PatchedImport patch("kernel32.dll", "WaitForSingleObject",
-                                       reinterpret_cast<void*>(&note_wait));
-    ASSERT_TRUE(patch.installed());
-    g_waiting_thread = ::GetCurrentThreadId();
-    ASSERT_TRUE(pack(L"awaited"));
-    EXPECT_EQ(g_longest_wait, INFINITE);
 }
 
 TEST_F(SevenZip, MissingProgramIsLogged) {

@@ -235,4 +235,24 @@ TEST_F(SceneArchive, MakesTheFolder) {
     EXPECT_TRUE(tarvo::PathExists(config.compressDir));
 }
 
+TEST_F(SceneArchive, EveryRefusalHasItsLine) {
+    const struct {
+        tarvo::ArchiveRefusal refusal;
+        const char* line;
+    } rows[] = {
+        {tarvo::ArchiveRefusal::unusable_name, "The scene is not packed: before the extension its name is "
+                                               "empty or ends with a blank or a full stop."},
+        {tarvo::ArchiveRefusal::impossible_character,
+         "The scene is not packed: its path has half of a surrogate pair, a character that no file name can "
+         "have, "
+         "or steps up to another folder."},
+        {tarvo::ArchiveRefusal::too_long, "The scene is not packed: its name or its path is too long."},
+        {tarvo::ArchiveRefusal::name_taken,
+         "The scene is not packed: what lies under the archive's name cannot be removed, error code is "},
+    };
+    for (const auto& row : rows) {
+        EXPECT_STREQ(tarvo::ArchiveRefusalLogText(row.refusal), row.line);
+    }
+}
+
 } // namespace

@@ -3,7 +3,7 @@
 
 All mutants are built at once: each lies behind a switch that an environment variable turns on (tools/mutants), so a
 mutant costs no build. A mutant is run against the tests that reach it, the quick ones first; a survivor also against the
-scenarios and the other languages. Verdicts are kept in the build directory and a later run goes on with them; a survivor
+slow ones and in the other languages, with --scenarios against those too. Verdicts are kept in the build directory and a later run goes on with them; a survivor
 is run again when the tests that reach it have changed.
 
 tools/mutate.py --seed 1 --count 600     a random sample over all layers
@@ -39,7 +39,8 @@ def options():
     parser.add_argument("--layer", choices=LAYERS)
     parser.add_argument("--file", help="only the mutants of this file")
     parser.add_argument("--lanes", type=int, default=2, help="mutants that run at the same time")
-    parser.add_argument("--narrow", action="store_true", help="leave the scenarios and the other languages out")
+    parser.add_argument("--narrow", action="store_true", help="no survivor against the slow tests and other languages")
+    parser.add_argument("--scenarios", action="store_true", help="survivors against the scenarios too")
     parser.add_argument("--report", action="store_true", help="only the scores of what was judged before")
     return parser.parse_args()
 
@@ -71,7 +72,7 @@ def main() -> int:
         try:
             programs = Programs(workshop, wanted.lanes)
             print("== What each test reaches", flush=True)
-            programs.learn([*NATIVE, *WINDOWS, *([] if wanted.narrow else ["scenarios"])])
+            programs.learn([*NATIVE, *WINDOWS, *(["scenarios"] if wanted.scenarios else [])])
             print("== Running", flush=True)
             runner = Runner(programs, results, wanted.lanes, not wanted.narrow)
             runner.run([mutant for mutant in sample if mutant.key not in workshop.without_switch])

@@ -118,11 +118,12 @@ class Runner:
                 first.append((program, "en", few))
             if rest:
                 then.append((program, "en", rest))
+        for program in ("portable_tests.exe", "win32_tests"):
+            for language in LANGUAGES if program.startswith("portable") else LANGUAGES[1:]:
+                if reaching.get(program):
+                    last.append((program, language, reaching[program]))
         for test in reaching.get("scenarios", []):
             last.append(("scenarios", "", [test]))
-        if reaching.get("win32_tests"):
-            for language in LANGUAGES[1:]:
-                last.append(("win32_tests", language, reaching["win32_tests"]))
         return first + then + (last if self.wide else [])
 
     def run_step(self, step, lane: int, more: dict):

@@ -88,6 +88,12 @@ TEST(OwnFileIdentity, HoldsTheVolumeAndAllOfTheNumber) {
     EXPECT_EQ(identity.index, 0x123456789ABCDEF0u);
 }
 
+TEST(Platform, PluginFilesLieInTheMachinesFolder) {
+    wchar_t folder[MAX_PATH] = {};
+    ASSERT_NE(::GetEnvironmentVariableW(L"ProgramData", folder, MAX_PATH), 0u);
+    EXPECT_EQ(tarvo::CommonAppDataFolder(), folder);
+}
+
 struct CodePage {
     BOOL known;
     UINT bytes;

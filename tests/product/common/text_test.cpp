@@ -133,6 +133,26 @@ TEST(Text, HalfOfASurrogatePairIsFound) {
     }
 }
 
+TEST(Text, EverySurrogateIsKnownAndNoNeighbourTakenForOne) {
+    const auto unit = [](unsigned value) { return std::wstring(1, static_cast<wchar_t>(value)); };
+    for (const unsigned high : {0xD800u, 0xDBFFu}) {
+        EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high)));
+        for (const unsigned low : {0xDC00u, 0xDFFFu}) {
+            EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(low)));
+            EXPECT_FALSE(tarvo::HasLoneSurrogate(unit(high) + unit(low)));
+            EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high) + unit(low) + unit(low)));
+            EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high) + unit(high) + unit(low)));
+        }
+        for (const unsigned no_low : {0x41u, 0xD7FFu, 0xE000u}) {
+            EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high) + unit(no_low)));
+        }
+    }
+    for (const unsigned beside : {0xD7FFu, 0xE000u}) {
+        EXPECT_FALSE(tarvo::HasLoneSurrogate(unit(beside)));
+        EXPECT_FALSE(tarvo::HasLoneSurrogate(unit(beside) + unit(beside)));
+    }
+}
+
 #ifdef _WIN32
 // Best fit would make quotation marks, a backslash, slashes, an asterisk and a colon of these.
 TEST(Text, NothingIsBestFitted) {

@@ -296,18 +296,24 @@ TEST_F(MainDialog, TheLinkIsOpenedWithoutParametersAndWithoutAFolder) {
     EXPECT_EQ(g_opened[0].show, 5);
 }
 
+INT_PTR g_shell_answer = 0;
 HINSTANCE WINAPI open_nothing(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) {
-    return reinterpret_cast<HINSTANCE>(ERROR_PATH_NOT_FOUND);
+    return reinterpret_cast<HINSTANCE>(g_shell_answer);
 }
 
 TEST_F(MainDialog, ALinkThatCannotBeOpenedLeavesAnErrorLine) {
     const PatchedImport patch("shell32.dll", "ShellExecuteW", reinterpret_cast<void*>(&open_nothing));
     ASSERT_TRUE(patch.installed());
     open();
-    new_log_lines();
-    EXPECT_EQ(follow_link(L"C:\\Guide\\index.html"), 1);
-    EXPECT_EQ(new_log_lines(), std::vector<std::string>(
-                                   {"[ERROR] The help could not be opened. Error 3: C:\\Guide\\index.html"}));
+    // Up to 32 an answer is an error.
+    for (const int error : {3, 32}) {
+        new_log_lines();
+        g_shell_answer = error;
+        EXPECT_EQ(follow_link(L"C:\\Guide\\index.html"), 1);
+        EXPECT_EQ(new_log_lines(),
+                  std::vector<std::string>({"[ERROR] The help could not be opened. Error " +
+                                            std::to_string(error) + ": C:\\Guide\\index.html"}));
+    }
 }
 
 std::wstring link_target(HWND dialog) {

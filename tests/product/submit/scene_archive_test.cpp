@@ -187,6 +187,26 @@ TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
     }
 }
 
+TEST_F(SceneArchive, TextWithoutARefusalIsThatOfTheName) {
+    config.sceneFile = "D:\\Tower.max";
+    ASSERT_TRUE(prepare());
+    ASSERT_EQ(tarvo::FindArchiveRefusal(config, std::wstring()), tarvo::ArchiveRefusal::none);
+    EXPECT_EQ(tarvo::ArchiveRefusalText(config), static_cast<unsigned>(IDS_SCENE_NAME_UNUSABLE));
+}
+
+// With quotation marks around the program and the closing zero it is the system's limit of 32767.
+TEST_F(SceneArchive, LongestCommandLineIsPacked) {
+    const auto scene_of = [](std::size_t length) { return "D:\\" + std::string(length, 'f') + "\\n.max"; };
+    config.sceneFile = scene_of(1);
+    ASSERT_TRUE(prepare());
+    const std::size_t rest = 32764 - tarvo::PackCommandLine(config).size();
+    config.sceneFile = scene_of(1 + rest);
+    EXPECT_TRUE(prepare());
+    EXPECT_EQ(tarvo::PackCommandLine(config).size(), 32764u);
+    config.sceneFile = scene_of(2 + rest);
+    EXPECT_FALSE(prepare());
+}
+
 TEST_F(SceneArchive, LongestNameIsPacked) {
     config.sceneFile = "D:\\" + std::string(245, 'n') + ".max";
     EXPECT_TRUE(prepare());

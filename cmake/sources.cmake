@@ -3,15 +3,12 @@
 set(TARVO_COMMON_PORTABLE
     common/guard.cpp
     common/json_text.cpp
-    common/log_rotation.cpp
     common/logger.cpp
     common/message_box.cpp
-    common/number_text.cpp
     common/text.cpp)
 set(TARVO_COMMON_WIN32
     common/activation_context_win32.cpp
     common/message_box_win32.cpp
-    common/module_instance_win32.cpp
     common/own_file_win32.cpp
     common/platform_win32.cpp
     common/string_table_win32.cpp

@@ -1,7 +1,7 @@
 #include "common/activation_context.h"
 
 #include "common/logger.h"
-#include "common/module_instance.h"
+#include "common/string_table.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
 #include "resources/resource_ids.h"
@@ -23,27 +23,17 @@ ActivationContextHandle create_context() {
     return ActivationContextHandle(::CreateActCtxW(&description));
 }
 
-// Made once, from the module's own manifest, and kept until the module is unloaded.
 struct ModuleContext {
     ActivationContextHandle handle = create_context();
     DWORD error = ::GetLastError();
 };
 
-const ModuleContext& module_context() {
-    static const ModuleContext context;
-    return context;
-}
-
 class ActivationScope {
 public:
     ActivationScope() {
-        const ModuleContext& context = module_context();
-        if (!context.handle) {
-            error_ = context.error;
-            return;
-        }
-        active_ = ::ActivateActCtx(context.handle.get(), &cookie_) != FALSE;
-        error_ = active_ ? ERROR_SUCCESS : ::GetLastError();
+        static const ModuleContext context;
+        active_ = context.handle && ::ActivateActCtx(context.handle.get(), &cookie_) != FALSE;
+        error_ = context.handle ? ::GetLastError() : context.error;
     }
     ~ActivationScope() {
         if (active_) {
@@ -62,10 +52,9 @@ private:
     ULONG_PTR cookie_ = 0;
 };
 
-// SysLink belongs to no default set of classes: without this the main dialog may not open on Windows. The
-// manifest is resource 2, which the loader uses for the module's imports too, so this is version 6 of the
-// library (learn.microsoft.com, "Using Side-by-Side Assemblies as a Resource"). Repeating it is harmless. A
-// failure shows in the dialog that does not open.
+// SysLink belongs to no default set of classes: without this call the main dialog may not open on Windows.
+// The loader resolves the module's imports by manifest resource 2 too, so this is version 6 of the library
+// (learn.microsoft.com, "Using Side-by-Side Assemblies as a Resource").
 void register_control_classes() {
     INITCOMMONCONTROLSEX classes = {};
     classes.dwSize = sizeof classes;
@@ -73,45 +62,39 @@ void register_control_classes() {
     ::InitCommonControlsEx(&classes);
 }
 
-void log_not_shown(const char* line, DWORD error, const std::string& what) {
-    WriteErrorLine(kUiChannel, line + std::to_string(error) + ": " + what);
-}
-
-std::string first_line(const std::wstring& text) {
-    return WideToLocale(text.substr(0, text.find(L'\n')));
+// Makes `call` inside the context. Logs `line`, the system's error and `what` when it cannot, or when the
+// call returns `failure`.
+template <class Result, class Call>
+Result isolated(Result failure, const char* line, const std::wstring& what, Call call) {
+    const ActivationScope scope;
+    DWORD error = scope.error();
+    Result result = failure;
+    if (scope.active()) {
+        result = call();
+        error = ::GetLastError();
+    }
+    if (result == failure) {
+        WriteErrorLine(kUiChannel, line + std::to_string(error) + ": " + WideToLocale(what));
+    }
+    return result;
 }
 
 } // namespace
 
 int IsolatedMessageBox(HWND owner, const std::wstring& text, const std::wstring& caption, UINT style,
                        WORD language) {
-    const ActivationScope scope;
-    DWORD error = scope.error();
-    int answer = 0;
-    if (scope.active()) {
-        answer = ::MessageBoxExW(owner, text.c_str(), caption.c_str(), style, language);
-        error = ::GetLastError();
-    }
-    if (answer == 0) {
-        log_not_shown("A message box could not be shown. System error ", error, first_line(text));
-    }
-    return answer;
+    const std::wstring first_line = text.substr(0, text.find(L'\n'));
+    return isolated(0, "A message box could not be shown. System error ", first_line,
+                    [&] { return ::MessageBoxExW(owner, text.c_str(), caption.c_str(), style, language); });
 }
 
 INT_PTR IsolatedDialogBox(int template_id, HWND owner, DLGPROC procedure, LPARAM parameter) {
-    const ActivationScope scope;
-    DWORD error = scope.error();
-    INT_PTR result = -1;
-    if (scope.active()) {
+    const std::wstring id = std::to_wstring(template_id);
+    return isolated(INT_PTR{-1}, "A dialog could not be shown. System error ", id, [&] {
         register_control_classes();
-        result =
-            ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure, parameter);
-        error = ::GetLastError();
-    }
-    if (result == -1) {
-        log_not_shown("A dialog could not be shown. System error ", error, std::to_string(template_id));
-    }
-    return result;
+        return ::DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(template_id), owner, procedure,
+                                 parameter);
+    });
 }
 
 } // namespace tarvo

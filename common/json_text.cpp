@@ -5,8 +5,8 @@
 
 #include <exception>
 
-// The documents must keep the layout of the styled writer, and the reader must collect comments as it does;
-// both classes are marked deprecated in favour of builders with other defaults.
+// The documents keep the layout of the styled writer, and the reader collects comments. The library has
+// deprecated both classes in favour of builders with other defaults.
 #if defined(_MSC_VER)
 #pragma warning(disable : 4996)
 #else
@@ -21,7 +21,7 @@ bool ParseJson(const std::string& text, Json::Value& root, std::string* refusal)
     }
     try {
         Json::Reader reader;
-        // Not the overload for strings: it keeps a copy of the whole text.
+        // The overload for strings would copy the whole text.
         return reader.parse(text.data(), text.data() + text.size(), root, true);
     } catch (const std::exception& error) {
         if (refusal != nullptr) {

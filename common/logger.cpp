@@ -1,8 +1,6 @@
 #include "common/logger.h"
 
-#include "common/log_rotation.h"
 #include "common/platform.h"
-#include "common/program_data.h"
 #include "common/text.h"
 
 #include <cstdio>
@@ -54,7 +52,7 @@ void Logger::Open(std::string channel) {
     open_current();
 }
 
-// The runtime opens such a stream without denying anything to others: support reads the file while it grows.
+// The runtime opens the stream with full sharing: support reads the file while it grows.
 void Logger::open_current() {
     stream->open(baseName + ".log", kAppend);
 }
@@ -69,7 +67,7 @@ void Logger::Write(std::string message, std::string level) {
     const std::streamoff end = stream->tellp();
     stream->seekp(position);
     const std::int32_t size_kb = static_cast<std::int32_t>(end / 1024);
-    // After the line: the one that reaches the limit stays in the old file (C-56).
+    // The line that reaches the limit stays in the old file (C-56).
     if (stream->good() && static_cast<std::uint32_t>(size_kb) >= (maxSizeMB << 10)) {
         rotate();
     }
@@ -77,15 +75,19 @@ void Logger::Write(std::string message, std::string level) {
 
 void Logger::rotate() {
     stream->close();
-    for (const RotationStep& step :
-         PlanRotation(baseName, maxFiles, [](const std::string& name) { return PathExists(name); })) {
-        // Results do not matter: another process may hold a file, then it stays where it is.
-        if (step.to.empty()) {
-            std::remove(step.from.c_str());
+    const auto name = [this](std::uint32_t number) { return baseName + std::to_string(number) + ".log"; };
+    // Results are ignored: a file that another process holds stays where it is.
+    for (std::uint32_t number = maxFiles; number-- > 1;) {
+        if (!PathExists(name(number))) {
+            continue;
+        }
+        if (number == maxFiles - 1) {
+            std::remove(name(number).c_str());
         } else {
-            std::rename(step.from.c_str(), step.to.c_str());
+            std::rename(name(number).c_str(), name(number + 1).c_str());
         }
     }
+    std::rename((baseName + ".log").c_str(), name(1).c_str());
     open_current();
 }
 

@@ -1,6 +1,6 @@
-// One plain-text log file for each channel, one line for each event, older files kept by rotation. A logger
-// never reports a failure and never fails its caller: what cannot be written is dropped. Other processes may
-// read and append to the file meanwhile. For one thread.
+// One plain-text log file for each channel, one line for each event; rotation keeps older files. A logger
+// never reports a failure and never fails its caller: it drops what it cannot write. Other processes may read
+// and append to the file meanwhile. For one thread.
 #pragma once
 
 #include "common/qfx_noncopyable.h"
@@ -12,7 +12,7 @@
 
 namespace tarvo {
 
-// The levels, as they stand in the lines.
+// The levels as the lines show them.
 constexpr const char* kInfo = "INFO";
 constexpr const char* kWarn = "WARN";
 constexpr const char* kError = "ERROR";
@@ -27,16 +27,16 @@ constexpr LogChannel kDataChannel = {"qfx_data", 5, 2};
 constexpr LogChannel kUiChannel = {"qfx_ui", 5, 2};
 constexpr LogChannel kHttpChannel = {"qfx_http", 2, 5};
 
-// One ERROR line by a logger of its own: for code below the store that owns the channel. The rotation is
-// left to that store.
+// Writes one ERROR line through a logger of its own, for code that cannot reach the store that owns the
+// channel. Never rotates; that store does.
 void WriteErrorLine(const LogChannel& channel, const std::string& message);
 
 class Logger : public qfx_Noncopyable {
 public:
-    // Finds and makes the log folder; no file is open before Open.
+    // Finds and creates the log folder. Opens no file.
     Logger();
 
-    // The same, then opens the channel. `compact_time` not 0: dates without hyphens.
+    // Does the same, then opens the channel. `compact_time` not 0: dates without hyphens.
     Logger(const std::string& channel, std::uint32_t max_size_mb, std::uint32_t max_files,
            std::uint32_t compact_time);
 
@@ -47,8 +47,9 @@ public:
     void SetMaxSizeMB(std::uint32_t mb) { maxSizeMB = mb; }
     void SetMaxFiles(std::uint32_t files) { maxFiles = files; }
 
-    // One line: time stamp, level in square brackets, message (UTF-8 or locale text, as it stands). `level`
-    // is one of the three above. Rotates when the file has reached the size limit.
+    // Writes one line: time stamp, `level` in square brackets (one of the three above), message (its bytes
+    // are not converted). Then rotates if the file has reached the size limit: the current file becomes
+    // number 1, number n becomes n + 1, and the oldest is deleted.
     void Write(std::string message, std::string level);
 
 private:

@@ -1,4 +1,4 @@
-// Message boxes: one way to show one, and the system call behind it.
+// The one way to show a message box.
 #pragma once
 
 #include "common/window_handle.h"
@@ -8,7 +8,7 @@
 
 namespace tarvo {
 
-// Styles and answers as MessageBoxExW has them.
+// Styles and answers of MessageBoxExW.
 constexpr unsigned kBoxOk = 0;
 constexpr unsigned kBoxOkCancel = 1;
 constexpr unsigned kBoxYesNo = 4;
@@ -19,7 +19,7 @@ constexpr int kAnswerYes = 6;
 constexpr unsigned kNoCaption = 0; // the caption is empty
 
 // Shows string-table text `text_id` over `owner`, which may be null. `caption_id` is a string-table text or
-// kNoCaption. Returns the answer, 0 when the box could not be shown.
+// kNoCaption. Returns the answer; 0 when the box could not be shown.
 int ShowBox(WindowHandle owner, unsigned text_id, unsigned style = kBoxOk, unsigned caption_id = IDS_CAPTION);
 
 // 1033 when the text IDS_LANGUAGE_SWITCH reads exactly "0", else the number 1 (C-03).

@@ -1,4 +1,4 @@
-// Which file lies under a path, and taking away one that is not ours.
+// Identifies the file under a path, and removes one that this process did not write.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 namespace tarvo {
 
 // The volume's serial number and the file's number on it: another file under the same name differs. `known`
-// is false when nothing lies there or the system does not say.
+// is false when there is no file or the system does not say.
 struct FileIdentity {
     bool known = false;
     std::uint32_t volume = 0;
@@ -26,15 +26,14 @@ struct OwnFile {
 
 FileIdentity FileIdentityOf(const std::wstring& path);
 
-// The file's size in bytes; -1 when there is none or the system does not say.
+// The file's size in bytes; -1 on error.
 long long FileSizeOf(const std::wstring& path);
 
-// Whether anything lies under `path`, also when this account may not look at it.
+// True when `path` exists, also when this account may not look at it.
 bool IsNameTaken(const std::wstring& path);
 
-// Removes whatever lies under `path` unless it is `own`: a file, read-only ones included, an empty folder, or
-// a link, never what the link leads to. 0 when nothing or only `own` lies there afterwards, else the system's
-// error.
+// Removes `path` unless it is `own`: a file (read-only ones too), an empty folder, or a link but never its
+// target. Returns 0 when `path` is free or `own` afterwards, else the system's error.
 unsigned long RemoveForeign(const std::wstring& path, const OwnFile& own);
 
 } // namespace tarvo

@@ -9,7 +9,7 @@ namespace {
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t kLongestPlainPath = MAX_PATH - 1;
 
-// The form of a path that has no limit of 259 characters.
+// The form of a path that Windows accepts beyond 259 characters.
 std::wstring unlimited(const std::wstring& path) {
     if (path.size() <= kLongestPlainPath || path.compare(0, 4, L"\\\\?\\") == 0) {
         return path;
@@ -24,14 +24,14 @@ std::wstring unlimited(const std::wstring& path) {
     return on_server ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }
 
-// The link itself and not what it leads to, and folders too.
+// Opens folders too, and a link instead of its target.
 FileHandle open_existing(const std::wstring& path, DWORD access) {
     return FileHandle(::CreateFileW(unlimited(path).c_str(), access, kShareAll, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
 }
 
 bool set_attributes(HANDLE file, DWORD attributes) {
-    FILE_BASIC_INFO basic = {}; // a time of zero is left as it is
+    FILE_BASIC_INFO basic = {}; // a time of zero is not changed
     basic.FileAttributes = attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
     return ::SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic) != FALSE;
 }
@@ -48,7 +48,7 @@ unsigned long remove_read_only(const std::wstring& path, DWORD attributes) {
         return ::GetLastError();
     }
     const unsigned long error = mark_for_removal(file.get()) ? ERROR_SUCCESS : ::GetLastError();
-    // The same file may have another name, which keeps its protection.
+    // A second hard link to the file stays read-only.
     set_attributes(file.get(), attributes);
     return error;
 }
@@ -95,7 +95,7 @@ unsigned long RemoveForeign(const std::wstring& path, const OwnFile& own) {
     const bool read_only =
         attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
     const unsigned long error = read_only ? remove_read_only(path, attributes) : remove_writable(path);
-    // Another program that has the file open keeps the name taken until it closes the file.
+    // While another program has the file open, the name stays taken.
     return error == ERROR_SUCCESS && IsNameTaken(path) ? ERROR_SHARING_VIOLATION : error;
 }
 

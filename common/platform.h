@@ -1,10 +1,20 @@
-// OS calls needed by the portable code. platform_win32.cpp implements them, the native tests link their own.
-// None of them throws for a system error: the result is then an empty text, false or zero.
+// OS calls needed by the portable code, and where the plugin keeps its files. platform_win32.cpp implements
+// the calls, the native tests link their own. A system error never throws: the result is then an empty text,
+// false or zero.
 #pragma once
 
 #include <string>
 
 namespace tarvo {
+
+// Below the machine-wide application-data folder. Paths are concatenated (backslashes from the shell, forward
+// slashes from here) and never normalised (C-30).
+constexpr const wchar_t* kPluginFolder = L"/Tarvo Rendering";
+constexpr const wchar_t* kIniFile = L"/script/qfx_plugin.ini";
+constexpr const wchar_t* kIniSection = L"general";
+constexpr const wchar_t* kIniKeyIp = L"ip";
+constexpr const wchar_t* kIniKeyPort = L"port";
+constexpr const wchar_t* kIniKeyLowerVersion = L"lowerversion";
 
 struct LocalTime {
     int year;
@@ -19,12 +29,10 @@ struct LocalTime {
 // The machine-wide application-data folder (CSIDL_COMMON_APPDATA), without a closing separator.
 std::wstring CommonAppDataFolder();
 
-// The folder of the program that this process runs, without a closing separator. Its path is read up to 2047
-// characters.
+// The folder of this process's program, without a closing separator. Reads at most 2047 characters.
 std::wstring ProgramFolder();
 
-// The value of a key of the plugin's ini file; empty when file, section or key are missing. At most 2047
-// characters.
+// A value of an ini file, at most 2047 characters; empty when file, section or key are missing.
 std::wstring ReadProfileText(const std::wstring& ini_file, const std::wstring& section,
                              const std::wstring& key);
 
@@ -36,10 +44,10 @@ long long SecondsSinceEpoch();
 bool PathExists(const std::wstring& path);
 bool PathExists(const std::string& locale_path);
 
-// When a file was last written, in units of the system's own: only good for comparing. 0 when nothing tells.
+// When a file was last written, in the system's own units: only for comparison. 0 on error.
 long long LastWriteTime(const std::wstring& path);
 
-// One level only; true when the folder was made.
+// Creates one level only; true when it created the folder.
 bool CreateFolder(const std::wstring& path);
 bool CreateFolder(const std::string& locale_path);
 
@@ -49,7 +57,7 @@ unsigned long LastErrorCode();
 // Whether the OEM code page, in which console programs write, has characters of one and of two bytes.
 bool HasDoubleByteConsole();
 
-// Waits on the calling thread.
+// Blocks the calling thread.
 void SleepMilliseconds(unsigned milliseconds);
 
 } // namespace tarvo

@@ -12,8 +12,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr DWORD kProfileBufferLength = 2048;
-constexpr DWORD kProgramPathLength = 2048;
+constexpr DWORD kBufferLength = 2048;
 
 } // namespace
 
@@ -24,17 +23,16 @@ std::wstring CommonAppDataFolder() {
 }
 
 std::wstring ProgramFolder() {
-    wchar_t path[kProgramPathLength] = {};
-    ::GetModuleFileNameW(nullptr, path, kProgramPathLength);
+    wchar_t path[kBufferLength] = {};
+    ::GetModuleFileNameW(nullptr, path, kBufferLength);
     ::PathRemoveFileSpecW(path);
     return path;
 }
 
 std::wstring ReadProfileText(const std::wstring& ini_file, const std::wstring& section,
                              const std::wstring& key) {
-    wchar_t buffer[kProfileBufferLength] = {};
-    ::GetPrivateProfileStringW(section.c_str(), key.c_str(), L"", buffer, kProfileBufferLength,
-                               ini_file.c_str());
+    wchar_t buffer[kBufferLength] = {};
+    ::GetPrivateProfileStringW(section.c_str(), key.c_str(), L"", buffer, kBufferLength, ini_file.c_str());
     return buffer;
 }
 

@@ -1,7 +1,5 @@
 #include "common/string_table.h"
 
-#include "common/module_instance.h"
-
 #include <windows.h>
 
 namespace tarvo {
@@ -10,14 +8,21 @@ namespace {
 
 constexpr int kBufferLength = 256;
 wchar_t g_buffer[kBufferLength];
+HINSTANCE g_instance = nullptr;
 
 } // namespace
 
+void SetModuleInstance(HINSTANCE instance) {
+    g_instance = instance;
+}
+
+HINSTANCE ModuleInstance() {
+    return g_instance;
+}
+
 const wchar_t* LookUpText(unsigned id) {
-    if (ModuleInstance() == nullptr || ::LoadStringW(ModuleInstance(), id, g_buffer, kBufferLength) == 0) {
-        return nullptr;
-    }
-    return g_buffer;
+    const bool found = g_instance != nullptr && ::LoadStringW(g_instance, id, g_buffer, kBufferLength) != 0;
+    return found ? g_buffer : nullptr;
 }
 
 std::wstring Text(unsigned id) {

@@ -1,6 +1,8 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
 
 namespace tarvo {
 
@@ -36,6 +38,22 @@ bool HasLoneSurrogate(const std::wstring& text) {
 
 int ContainsAnyOf(const std::wstring& text, const std::wstring& set) {
     return text.find_first_of(set) == std::wstring::npos ? 0 : 1;
+}
+
+std::int32_t DecimalInt(const std::string& text) {
+    // strtol has its own limits, which differ between the platforms.
+    const long value = std::strtol(text.c_str(), nullptr, 10);
+    const long lowest = std::numeric_limits<std::int32_t>::min();
+    const long highest = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::max(lowest, std::min(highest, value)));
+}
+
+std::string::size_type FileNameStart(const std::string& path) {
+    std::string::size_type separator = path.rfind('/');
+    if (separator == std::string::npos) {
+        separator = path.rfind('\\');
+    }
+    return separator == std::string::npos ? separator : separator + 1;
 }
 
 } // namespace tarvo

@@ -25,29 +25,16 @@ std::wstring to_wide(UINT code_page, const char* text, int length) {
     return wide;
 }
 
-// The system counts and writes the closing zero too; it is dropped.
-std::string to_ansi(const wchar_t* text) {
-    // Best fit would turn U+FF02 into a quotation mark and U+FF0F into a slash. UTF-8 as the ANSI code page
-    // lacks nothing and refuses the flag.
-    const DWORD flags = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
-    const int count = ::WideCharToMultiByte(CP_ACP, flags, text, -1, nullptr, 0, nullptr, nullptr);
-    std::string narrow(static_cast<std::size_t>(count), '\0');
-    if (count > 0) {
-        ::WideCharToMultiByte(CP_ACP, flags, text, -1, &narrow[0], count, nullptr, nullptr);
-        narrow.resize(static_cast<std::size_t>(count) - 1);
-    }
-    return narrow;
-}
-
-void append_utf8(std::string& utf8, const wchar_t* begin, const wchar_t* end) {
+void append_narrow(std::string& narrow, UINT code_page, DWORD flags, const wchar_t* begin,
+                   const wchar_t* end) {
     const int units = static_cast<int>(end - begin);
     if (units == 0) {
         return;
     }
-    const std::size_t length = utf8.size();
-    const int count = ::WideCharToMultiByte(CP_UTF8, 0, begin, units, nullptr, 0, nullptr, nullptr);
-    utf8.resize(length + static_cast<std::size_t>(count));
-    ::WideCharToMultiByte(CP_UTF8, 0, begin, units, &utf8[length], count, nullptr, nullptr);
+    const std::size_t length = narrow.size();
+    const int count = ::WideCharToMultiByte(code_page, flags, begin, units, nullptr, 0, nullptr, nullptr);
+    narrow.resize(length + static_cast<std::size_t>(count));
+    ::WideCharToMultiByte(code_page, flags, begin, units, &narrow[length], count, nullptr, nullptr);
 }
 
 } // namespace
@@ -59,7 +46,7 @@ std::wstring LocaleToWide(const std::string& text) {
     std::mbstowcs(buffer.data(), text.c_str(), count);
     buffer.back() = L'\0';
     std::wstring result(buffer.data());
-    // Not the locale from before the call (C-57).
+    // The locale from before the call is not restored (C-57).
     std::setlocale(LC_ALL, "C");
     return result;
 }
@@ -69,7 +56,7 @@ std::string WideToLocale(const std::wstring& text) {
     std::setlocale(LC_ALL, kChineseLocale);
     const std::size_t count = 2 * text.size() + 1;
     std::vector<char> buffer(count, '\0');
-    // A character outside the code page stops the conversion; what stands before it is the result.
+    // A character outside the code page stops the conversion; the text before it is the result.
     std::wcstombs(buffer.data(), text.c_str(), count);
     buffer.back() = '\0';
     std::string result(buffer.data());
@@ -81,8 +68,8 @@ std::wstring Utf8ToWide(const std::string& text) {
     return to_wide(CP_UTF8, text.c_str(), static_cast<int>(std::strlen(text.c_str())));
 }
 
-// An analysis text is megabytes of ASCII with a few names in between: ASCII runs are copied, only the rest is
-// put to the system. A run never ends inside a surrogate pair.
+// An analysis text is megabytes of ASCII with a few names in between: ASCII runs are copied, and the system
+// converts only the rest. A run never ends inside a surrogate pair.
 std::string WideToUtf8(const std::wstring& text) {
     const wchar_t* at = text.c_str();
     const wchar_t* const end = at + std::wcslen(at);
@@ -95,13 +82,19 @@ std::string WideToUtf8(const std::wstring& text) {
         std::transform(at, ascii_end, utf8.begin() + static_cast<std::ptrdiff_t>(length),
                        [](wchar_t unit) { return static_cast<char>(unit); });
         at = std::find_if(ascii_end, end, [](wchar_t unit) { return unit < 0x80; });
-        append_utf8(utf8, ascii_end, at);
+        append_narrow(utf8, CP_UTF8, 0, ascii_end, at);
     }
     return utf8;
 }
 
 std::string Utf8ToAnsi(const std::string& text) {
-    return to_ansi(Utf8ToWide(text).c_str());
+    const std::wstring wide = Utf8ToWide(text);
+    // Best fit would turn U+FF02 into a quotation mark and U+FF0F into a slash. UTF-8 as the ANSI code page
+    // lacks no character and refuses the flag.
+    const DWORD flags = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    std::string ansi;
+    append_narrow(ansi, CP_ACP, flags, wide.data(), wide.data() + wide.size());
+    return ansi;
 }
 
 std::wstring ToUpper(const std::wstring& text) {

@@ -1,13 +1,52 @@
-// The kinds of Windows handles that the plugin owns. Needs windows.h.
+// Owned handles. One move-only template; an alias for each kind of handle fixes its empty value and how to
+// close it. There is no implicit conversion: `get()` lends the handle, `release()` gives it away. Needs
+// windows.h.
 #pragma once
-
-#include "common/handle.h"
 
 #include <windows.h>
 
 namespace tarvo {
 
-// For what CreateProcess, OpenThread and their like return: the empty value is null.
+// Traits: `Type`, `static Type empty()`, `static void close(Type)`.
+template <class Traits>
+class UniqueHandle {
+public:
+    using Type = typename Traits::Type;
+
+    UniqueHandle() : handle_(Traits::empty()) {}
+    explicit UniqueHandle(Type handle) : handle_(handle) {}
+    UniqueHandle(UniqueHandle&& other) noexcept : handle_(other.release()) {}
+    UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+        if (this != &other) {
+            reset(other.release());
+        }
+        return *this;
+    }
+    UniqueHandle(const UniqueHandle&) = delete;
+    UniqueHandle& operator=(const UniqueHandle&) = delete;
+    ~UniqueHandle() { reset(); }
+
+    Type get() const { return handle_; }
+    explicit operator bool() const { return handle_ != Traits::empty(); }
+
+    Type release() {
+        Type handle = handle_;
+        handle_ = Traits::empty();
+        return handle;
+    }
+
+    void reset(Type handle = Traits::empty()) {
+        if (handle_ != Traits::empty()) {
+            Traits::close(handle_);
+        }
+        handle_ = handle;
+    }
+
+private:
+    Type handle_;
+};
+
+// For what CreateProcess, OpenThread and similar calls return.
 struct KernelHandleTraits {
     using Type = HANDLE;
     static Type empty() { return nullptr; }
@@ -15,7 +54,7 @@ struct KernelHandleTraits {
 };
 using KernelHandle = UniqueHandle<KernelHandleTraits>;
 
-// For CreateFile: the empty value is INVALID_HANDLE_VALUE.
+// For CreateFile.
 struct FileHandleTraits {
     using Type = HANDLE;
     static Type empty() { return INVALID_HANDLE_VALUE; }

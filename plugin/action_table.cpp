@@ -3,7 +3,6 @@
 #include "common/config_mgr.h"
 #include "common/guard.h"
 #include "common/message_box.h"
-#include "common/module_instance.h"
 #include "common/string_table.h"
 #include "dialog/main_dialog.h"
 #include "host/core_access.h"

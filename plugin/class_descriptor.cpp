@@ -1,7 +1,7 @@
 #include "plugin/class_descriptor.h"
 
 #include "common/guard.h"
-#include "common/module_instance.h"
+#include "common/string_table.h"
 #include "plugin/plugin_object.h"
 #include "resources/resource_ids.h"
 

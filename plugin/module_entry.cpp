@@ -1,7 +1,7 @@
 // The module's entry points. tarvo_rendering.def gives them to the host, LibNumberClasses, LibInitialize and
 // LibShutdown as three names of AnswerOne (C-19).
 #include "common/guard.h"
-#include "common/module_instance.h"
+#include "common/string_table.h"
 #include "plugin/class_descriptor.h"
 #include "plugin/kept_text.h"
 #include "resources/resource_ids.h"

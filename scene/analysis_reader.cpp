@@ -1,8 +1,6 @@
 #include "scene/analysis_reader.h"
 
 #include "common/json_text.h"
-#include "common/number_text.h"
-#include "common/path_text.h"
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"

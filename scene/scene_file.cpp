@@ -1,6 +1,5 @@
 #include "scene/scene_file.h"
 
-#include "common/path_text.h"
 #include "common/text.h"
 
 #include <cstddef>

@@ -1,8 +1,6 @@
 #include "submit/client_configuration.h"
 
-#include "common/number_text.h"
 #include "common/platform.h"
-#include "common/program_data.h"
 #include "common/text.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 #include "submit/client_link.h"
 
-#include "common/handle.h"
 #include "common/message_box.h"
 #include "common/text.h"
+#include "common/win32_handles.h"
 
 #include <windows.h>
 

@@ -1,6 +1,5 @@
 #include "submit/submit_document.h"
 
-#include "common/number_text.h"
 #include "common/text.h"
 
 #include <string>

@@ -1,10 +1,10 @@
 #include "submit/submit_document.h"
 
-#include "common/handle.h"
 #include "common/json_text.h"
 #include "common/message_box.h"
 #include "common/platform.h"
 #include "common/text.h"
+#include "common/win32_handles.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -3,7 +3,7 @@
 
 #include "packaging/diagnostics/client_win32.h"
 
-#include "common/handle.h"
+#include "common/win32_handles.h"
 
 #include <windows.h>
 

@@ -1,8 +1,7 @@
 #include "packaging/diagnostics/gather_win32.h"
 
-#include "common/number_text.h"
 #include "common/platform.h"
-#include "common/program_data.h"
+#include "common/text.h"
 #include "packaging/diagnostics/client_win32.h"
 #include "packaging/diagnostics/files_win32.h"
 #include "packaging/diagnostics/installed_win32.h"

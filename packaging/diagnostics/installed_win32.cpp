@@ -1,6 +1,5 @@
 #include "packaging/diagnostics/installed_win32.h"
 
-#include "common/handle.h"
 #include "common/win32_handles.h"
 #include "packaging/diagnostics/files_win32.h"
 #include "packaging/diagnostics/wide_text_win32.h"

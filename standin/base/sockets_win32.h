@@ -1,7 +1,7 @@
 // Owned sockets on the loopback address. Include this before windows.h.
 #pragma once
 
-#include "common/handle.h"
+#include "common/win32_handles.h"
 
 #include <winsock2.h>
 #include <ws2tcpip.h>

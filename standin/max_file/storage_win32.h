@@ -1,7 +1,7 @@
 // Owned pointers to the two interfaces of structured storage. Needs windows.h.
 #pragma once
 
-#include "common/handle.h"
+#include "common/win32_handles.h"
 
 #include <windows.h>
 

@@ -3,7 +3,6 @@
 // Windows only.
 #pragma once
 
-#include "common/module_instance.h"
 #include "common/platform.h"
 #include "common/string_table.h"
 #include "common/text.h"

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "common/platform.h"
-#include "common/program_data.h"
 #include "tests/support/test_folder.h"
 
 #include <cstdio>

@@ -9,7 +9,7 @@
 #include <string>
 
 #ifdef _WIN32
-#include "common/module_instance.h"
+#include "common/string_table.h"
 
 #include <windows.h>
 #endif

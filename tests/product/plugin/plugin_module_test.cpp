@@ -1,4 +1,4 @@
-#include "common/module_instance.h"
+#include "common/string_table.h"
 #include "plugin/class_descriptor.h"
 #include "tests/product/plugin/plugin_fixture.h"
 

@@ -2,7 +2,6 @@
 #include "submit/client_configuration.h"
 
 #include "common/platform.h"
-#include "common/program_data.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/wide_file.h"
 

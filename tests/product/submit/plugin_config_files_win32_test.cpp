@@ -1,6 +1,5 @@
 // Ini files as people and other programs leave them, and the records that come of them.
 #include "common/platform.h"
-#include "common/program_data.h"
 #include "submit/client_configuration.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/wide_file.h"

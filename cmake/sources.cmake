@@ -22,19 +22,16 @@ set(TARVO_SCENE_PORTABLE
     scene/analysis_codes.cpp
     scene/analysis_reader.cpp
     scene/analysis_run.cpp
-    scene/camera_name.cpp
-    scene/camera_rules.cpp
-    scene/scene_backup.cpp
+    scene/camera.cpp
     scene/scene_data.cpp
     scene/scene_file.cpp
     scene/virus_check.cpp)
 set(TARVO_SCENE_WIN32
-    scene/scene_backup_win32.cpp
     scene/scene_file_win32.cpp)
 
 set(TARVO_SUBMIT_PORTABLE
-    submit/client_configuration.cpp
     submit/client_reply.cpp
+    submit/plugin_config.cpp
     submit/reply_codes.cpp
     submit/scene_archive.cpp
     submit/scene_archive_refusal.cpp
@@ -54,9 +51,7 @@ set(TARVO_DIALOG_PORTABLE
 set(TARVO_DIALOG_WIN32
     dialog/camera_edit_dialog_win32.cpp
     dialog/camera_table_win32.cpp
-    dialog/dialog_window_win32.cpp
     dialog/fields_win32.cpp
-    dialog/help_link_win32.cpp
     dialog/main_dialog_win32.cpp
     dialog/opening_sequence_win32.cpp)
 

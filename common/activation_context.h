@@ -1,7 +1,6 @@
 // Shows every window of the plugin inside the activation context of the module's own manifest, so that
-// version 6 of the common controls applies whatever the host uses. When the context cannot be activated the
-// call is not made. A window that could not be shown leaves an ERROR line with the system's error in the
-// channel "qfx_ui". Needs windows.h.
+// version 6 of the common controls applies whatever the host uses. Without it no call is made. A window that
+// could not be shown leaves an ERROR line with the system's error on "qfx_ui". Needs windows.h.
 #pragma once
 
 #include <windows.h>

@@ -62,8 +62,7 @@ void register_control_classes() {
     ::InitCommonControlsEx(&classes);
 }
 
-// Makes `call` inside the context. Logs `line`, the system's error and `what` when it cannot, or when the
-// call returns `failure`.
+// Makes `call` inside the context. On failure logs `line`, the system's error and `what`.
 template <class Result, class Call>
 Result isolated(Result failure, const char* line, const std::wstring& what, Call call) {
     const ActivationScope scope;

@@ -8,8 +8,8 @@
 
 namespace tarvo {
 
-// False when `text` (UTF-8) is not valid JSON; do not use `root` then. `refusal`, when given, receives the
-// exception's text, or is empty without one.
+// False when `text` (UTF-8) is not valid JSON; do not use `root` then. `refusal` receives the exception's
+// text; empty without one.
 bool ParseJson(const std::string& text, Json::Value& root, std::string* refusal = nullptr);
 
 // The library's styled layout: members in ascending key order, a closing line feed.

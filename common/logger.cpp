@@ -7,13 +7,6 @@
 
 namespace tarvo {
 
-namespace {
-
-constexpr const wchar_t* kLogFolder = L"/log";
-constexpr std::ios_base::openmode kAppend = std::ios_base::out | std::ios_base::app;
-
-} // namespace
-
 void WriteErrorLine(const LogChannel& channel, const std::string& message) {
     constexpr std::uint32_t kNeverRotates = 4095; // megabytes
     Logger log(channel.name, kNeverRotates, channel.max_files, 0);
@@ -37,8 +30,7 @@ void Logger::find_folder() {
     const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     // The value follows "log" without a separator (C-55): "2019" gives the folder "log2019".
     const std::wstring log_folder =
-        plugin_folder + kLogFolder +
-        ReadProfileText(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
+        plugin_folder + L"/log" + ReadProfileText(plugin_folder + kIniFile, kIniSection, kIniKeyLowerVersion);
     CreateFolder(log_folder);
     folder = WideToLocale(log_folder);
 }
@@ -54,7 +46,7 @@ void Logger::Open(std::string channel) {
 
 // The runtime opens the stream with full sharing: support reads the file while it grows.
 void Logger::open_current() {
-    stream->open(baseName + ".log", kAppend);
+    stream->open(baseName + ".log", std::ios_base::out | std::ios_base::app);
 }
 
 void Logger::Write(std::string message, std::string level) {

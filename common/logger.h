@@ -27,8 +27,7 @@ constexpr LogChannel kDataChannel = {"qfx_data", 5, 2};
 constexpr LogChannel kUiChannel = {"qfx_ui", 5, 2};
 constexpr LogChannel kHttpChannel = {"qfx_http", 2, 5};
 
-// Writes one ERROR line through a logger of its own, for code that cannot reach the store that owns the
-// channel. Never rotates; that store does.
+// Writes one ERROR line, for code that cannot reach the store that owns the channel. Leaves rotation to it.
 void WriteErrorLine(const LogChannel& channel, const std::string& message);
 
 class Logger : public qfx_Noncopyable {

@@ -25,8 +25,7 @@ int ShowBox(WindowHandle owner, unsigned text_id, unsigned style = kBoxOk, unsig
 // 1033 when the text IDS_LANGUAGE_SWITCH reads exactly "0", else the number 1 (C-03).
 unsigned short BoxLanguage(const std::wstring& language_switch);
 
-// MessageBoxExW inside the module's activation context. Only ShowBox calls it; test programs define their
-// own.
+// MessageBoxExW inside the module's activation context. Only ShowBox calls it; tests define their own.
 int ShowSystemBox(WindowHandle owner, const std::wstring& text, const std::wstring& caption, unsigned style,
                   unsigned short language);
 

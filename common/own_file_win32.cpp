@@ -42,20 +42,20 @@ bool mark_for_removal(HANDLE file) {
     return ::SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof disposition) != FALSE;
 }
 
-unsigned long remove_read_only(const std::wstring& path, DWORD attributes) {
-    const FileHandle file = open_existing(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
-    if (!file || !set_attributes(file.get(), attributes & ~FILE_ATTRIBUTE_READONLY)) {
+unsigned long remove_existing(const std::wstring& path) {
+    const DWORD attributes = ::GetFileAttributesW(unlimited(path).c_str());
+    const bool read_only =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    const DWORD unprotecting = read_only ? FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES : 0;
+    const FileHandle file = open_existing(path, DELETE | unprotecting);
+    if (!file || (read_only && !set_attributes(file.get(), attributes & ~FILE_ATTRIBUTE_READONLY))) {
         return ::GetLastError();
     }
     const unsigned long error = mark_for_removal(file.get()) ? ERROR_SUCCESS : ::GetLastError();
-    // A second hard link to the file stays read-only.
-    set_attributes(file.get(), attributes);
+    if (read_only) {
+        set_attributes(file.get(), attributes); // a second hard link to the file stays read-only
+    }
     return error;
-}
-
-unsigned long remove_writable(const std::wstring& path) {
-    const FileHandle file = open_existing(path, DELETE);
-    return file && mark_for_removal(file.get()) ? ERROR_SUCCESS : ::GetLastError();
 }
 
 } // namespace
@@ -91,10 +91,7 @@ unsigned long RemoveForeign(const std::wstring& path, const OwnFile& own) {
     if (!IsNameTaken(path) || (path == own.path && FileIdentityOf(path) == own.identity)) {
         return ERROR_SUCCESS;
     }
-    const DWORD attributes = ::GetFileAttributesW(unlimited(path).c_str());
-    const bool read_only =
-        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    const unsigned long error = read_only ? remove_read_only(path, attributes) : remove_writable(path);
+    const unsigned long error = remove_existing(path);
     // While another program has the file open, the name stays taken.
     return error == ERROR_SUCCESS && IsNameTaken(path) ? ERROR_SHARING_VIOLATION : error;
 }

@@ -1,6 +1,6 @@
 // OS calls needed by the portable code, and where the plugin keeps its files. platform_win32.cpp implements
-// the calls, the native tests link their own. A system error never throws: the result is then an empty text,
-// false or zero.
+// the calls, the native tests link their own. None throws: on error the result is an empty text, false or
+// zero.
 #pragma once
 
 #include <string>

@@ -43,12 +43,10 @@ constexpr const wchar_t* kForbiddenNameCharacters = L"\\/:*?\"<>|";
 // True when `text` holds half of a surrogate pair: a file's name can, UTF-8 cannot.
 bool HasLoneSurrogate(const std::wstring& text);
 
-// The number at the beginning of `text`, as atoi reads it: leading blanks, a sign, digits. 0 without a
-// number, the limit when it is out of range.
+// The number at the beginning of `text`, read like atoi; 0 without a number, the limit when out of range.
 std::int32_t DecimalInt(const std::string& text);
 
-// Where the file name of `path` begins: after the last '/', or after the last '\\' when there is no '/' at
-// all. npos without either.
+// Where the file name of `path` begins: after the last '/', without one after the last '\\', else npos.
 std::string::size_type FileNameStart(const std::string& path);
 
 } // namespace tarvo

@@ -89,8 +89,8 @@ std::string WideToUtf8(const std::wstring& text) {
 
 std::string Utf8ToAnsi(const std::string& text) {
     const std::wstring wide = Utf8ToWide(text);
-    // Best fit would turn U+FF02 into a quotation mark and U+FF0F into a slash. UTF-8 as the ANSI code page
-    // lacks no character and refuses the flag.
+    // Best fit would turn U+FF02 into a quotation mark and U+FF0F into a slash. UTF-8 as the ANSI page
+    // refuses the flag.
     const DWORD flags = ::GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
     std::string ansi;
     append_narrow(ansi, CP_ACP, flags, wide.data(), wide.data() + wide.size());

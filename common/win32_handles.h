@@ -1,6 +1,5 @@
-// Owned handles. One move-only template; an alias for each kind of handle fixes its empty value and how to
-// close it. There is no implicit conversion: `get()` lends the handle, `release()` gives it away. Needs
-// windows.h.
+// Owned handles: one move-only template, an alias for each kind of handle. There is no implicit conversion:
+// `get()` lends the handle, `release()` gives it away. Needs windows.h.
 #pragma once
 
 #include <windows.h>

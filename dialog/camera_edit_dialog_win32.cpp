@@ -1,4 +1,4 @@
-#include "dialog/camera_edit_dialog.h"
+#include "dialog/dialogs.h"
 
 #include "common/activation_context.h"
 #include "common/guard.h"
@@ -6,7 +6,6 @@
 #include "common/string_table.h"
 #include "common/text.h"
 #include "dialog/controls.h"
-#include "dialog/main_dialog.h"
 #include "dialog/number_step.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
@@ -41,29 +40,20 @@ constexpr unsigned kFormatTexts[] = {
 constexpr unsigned kSphericalTexts[] = {IDS_NO, IDS_YES};
 constexpr WPARAM kSphericalYes = 1;
 
-// Confirming an empty name ends in the standard out-of-range error, which escapes the procedure on purpose
-// (C-07). A distinct type, so that other out_of_range errors are still caught.
+// Confirming an empty name: escapes the dialog procedure on purpose (C-07). A distinct type, so that other
+// out_of_range errors are still caught.
 class EmptyNameError : public std::out_of_range {
 public:
     EmptyNameError() : std::out_of_range("invalid string position") {}
 };
 
-wchar_t character_at(const std::wstring& text, std::size_t index) {
-    if (index >= text.size()) {
-        throw EmptyNameError();
-    }
-    return text[index];
-}
-
-// Leading digits; out of range it is the limit (_wtoi of the older C runtime would wrap round).
+// Leading digits; the limit when out of range (_wtoi of the older C runtime would wrap round).
 int read_int(HWND dialog, int id) {
     return static_cast<int>(std::wcstol(ControlText(dialog, id).c_str(), nullptr, 10));
 }
 
 void write_int(HWND dialog, int id, int value) {
-    wchar_t buffer[kControlTextLimit] = {};
-    ::_itow_s(value, buffer, kControlTextLimit, 10);
-    ::SetDlgItemTextW(dialog, id, buffer);
+    ::SetDlgItemTextW(dialog, id, std::to_wstring(value).c_str());
 }
 
 void place_caret(HWND dialog, int id, std::size_t position) {
@@ -74,18 +64,17 @@ void show_name_box(HWND dialog, unsigned text_id) {
     ShowBox(dialog, text_id, kBoxOk, IDS_NAME_CAPTION);
 }
 
-// The linked field may report what is set through the spinner as if the user had typed it, and would then
-// compute the height anew, and the ratio from it, and so on. While this lives, the dialog knows the change as
-// its own.
-class RatioEcho {
+// While it lives, on_ratio ignores notifications: the linked field may report a value that the dialog sets
+// through the spinner as if the user had typed it, and the two would then change each other without end.
+class SuppressRatioNotifications {
 public:
-    explicit RatioEcho(HWND dialog)
+    explicit SuppressRatioNotifications(HWND dialog)
         : dialog_(dialog), before_(::SetWindowLongPtrW(dialog, DWLP_USER, TRUE)) {}
-    ~RatioEcho() { ::SetWindowLongPtrW(dialog_, DWLP_USER, before_); }
-    RatioEcho(const RatioEcho&) = delete;
-    RatioEcho& operator=(const RatioEcho&) = delete;
+    ~SuppressRatioNotifications() { ::SetWindowLongPtrW(dialog_, DWLP_USER, before_); }
+    SuppressRatioNotifications(const SuppressRatioNotifications&) = delete;
+    SuppressRatioNotifications& operator=(const SuppressRatioNotifications&) = delete;
 
-    static bool is_own(HWND dialog) { return ::GetWindowLongPtrW(dialog, DWLP_USER) != FALSE; }
+    static bool active(HWND dialog) { return ::GetWindowLongPtrW(dialog, DWLP_USER) != FALSE; }
 
 private:
     HWND dialog_;
@@ -113,7 +102,7 @@ bool cut_to_largest_size(HWND dialog, int id) {
     return too_large;
 }
 
-// Writes the other size without being asked back for this one.
+// Writes the other size without triggering its handler's own computation.
 void write_linked_size(HWND dialog, int id, float size) {
     UiState& state = UiState::instance();
     state.sizeSyncBusy = true;
@@ -121,11 +110,11 @@ void write_linked_size(HWND dialog, int id, float size) {
     state.sizeSyncBusy = false;
 }
 
-void on_width(HWND dialog) {
-    if (cut_to_largest_size(dialog, IDC_EDIT_WIDTH)) {
+void on_size(HWND dialog, int edited, int linked, float (*linked_size)(float size, float ratio)) {
+    if (cut_to_largest_size(dialog, edited)) {
         return;
     }
-    const RatioEcho echo(dialog);
+    const SuppressRatioNotifications suppress(dialog);
     const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
     if (!spinner) {
         return;
@@ -133,33 +122,26 @@ void on_width(HWND dialog) {
     if (spinner->is_enabled()) {
         show_ratio(dialog, *spinner);
     } else if (!UiState::instance().sizeSyncBusy) {
-        write_linked_size(dialog, IDC_EDIT_HEIGHT,
-                          static_cast<float>(read_int(dialog, IDC_EDIT_WIDTH)) / spinner->value());
+        const float size = static_cast<float>(read_int(dialog, edited));
+        write_linked_size(dialog, linked, linked_size(size, spinner->value()));
     }
+}
+
+void on_width(HWND dialog) {
+    const auto height_of = [](float width, float ratio) { return width / ratio; };
+    on_size(dialog, IDC_EDIT_WIDTH, IDC_EDIT_HEIGHT, height_of);
 }
 
 void on_height(HWND dialog) {
-    if (cut_to_largest_size(dialog, IDC_EDIT_HEIGHT)) {
-        return;
-    }
-    const RatioEcho echo(dialog);
-    const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
-    if (!spinner) {
-        return;
-    }
-    if (spinner->is_enabled()) {
-        show_ratio(dialog, *spinner);
-    } else if (!UiState::instance().sizeSyncBusy) {
-        write_linked_size(dialog, IDC_EDIT_WIDTH,
-                          static_cast<float>(read_int(dialog, IDC_EDIT_HEIGHT)) * spinner->value());
-    }
+    const auto width_of = [](float height, float ratio) { return height * ratio; };
+    on_size(dialog, IDC_EDIT_HEIGHT, IDC_EDIT_WIDTH, width_of);
 }
 
 void on_ratio(HWND dialog) {
-    if (RatioEcho::is_own(dialog)) {
+    if (SuppressRatioNotifications::active(dialog)) {
         return;
     }
-    const RatioEcho echo(dialog);
+    const SuppressRatioNotifications suppress(dialog);
     const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
     if (spinner && spinner->is_enabled()) {
         const float height = static_cast<float>(read_int(dialog, IDC_EDIT_WIDTH)) / spinner->value();
@@ -168,7 +150,7 @@ void on_ratio(HWND dialog) {
 }
 
 void on_lock(HWND dialog) {
-    const RatioEcho echo(dialog);
+    const SuppressRatioNotifications suppress(dialog);
     const std::unique_ptr<RatioSpinner> spinner = linked_spinner(dialog);
     if (!spinner) {
         return;
@@ -182,7 +164,7 @@ void on_lock(HWND dialog) {
 
 void lock_ratio(HWND dialog, const CameraRecord& camera) {
     const float ratio = static_cast<float>(camera.image_width) / static_cast<float>(camera.image_height);
-    const RatioEcho echo(dialog);
+    const SuppressRatioNotifications suppress(dialog);
     const std::unique_ptr<RatioSpinner> spinner = SetUpRatioSpinner(
         dialog, IDC_EDIT_RATIO_SPIN, IDC_EDIT_RATIO, kRatioMinimum, kRatioMaximum, ratio, kRatioStep);
     ::SendDlgItemMessageW(dialog, IDC_EDIT_RATIO_LOCK, BM_SETCHECK, BST_CHECKED, 0);
@@ -197,9 +179,10 @@ void on_name(HWND dialog) {
 
 void on_confirm(HWND dialog) {
     std::wstring name = ControlText(dialog, IDC_EDIT_NAME);
-    const wchar_t first = character_at(name, 0);
-    const wchar_t last = character_at(name, name.size() - 1);
-    if (first == L' ' || last == L' ') {
+    if (name.empty()) {
+        throw EmptyNameError();
+    }
+    if (name.front() == L' ' || name.back() == L' ') {
         show_name_box(dialog, IDS_NAME_BLANKS_TRIMMED);
         name = TrimSpaces(name);
         ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, name.c_str());
@@ -243,35 +226,31 @@ INT_PTR route_command(HWND dialog, WPARAM w_param) {
     return kNotHandled;
 }
 
-INT_PTR initialise(HWND dialog, WPARAM) {
+void initialise(HWND dialog) {
     UiState& state = UiState::instance();
     state.InitCameraEditDialog(state.selected_cameras(), dialog, SceneData::instance().cameras());
-    return kHandled;
 }
 
-INT_PTR end_dialog(HWND dialog, WPARAM) {
-    ::EndDialog(dialog, 0);
-    return kHandled;
+INT_PTR route_message(HWND dialog, UINT message, WPARAM w_param) {
+    switch (message) {
+    case WM_INITDIALOG:
+        initialise(dialog);
+        return kHandled;
+    case WM_DESTROY:
+        return kHandled;
+    case WM_CLOSE:
+        ::EndDialog(dialog, 0);
+        return kHandled;
+    case WM_COMMAND:
+        return route_command(dialog, w_param);
+    default:
+        return kNotHandled;
+    }
 }
 
-INT_PTR handled(HWND, WPARAM) {
-    return kHandled;
-}
-
-struct MessageRoute {
-    UINT message;
-    INT_PTR (*handle)(HWND dialog, WPARAM w_param);
-};
-
-constexpr MessageRoute kMessages[] = {
-    {WM_INITDIALOG, initialise},
-    {WM_DESTROY, handled},
-    {WM_CLOSE, end_dialog},
-    {WM_COMMAND, route_command},
-};
-
-void fill_combo(HWND combo, const unsigned* texts, std::size_t count) {
-    for (std::size_t index = 0; index < count; ++index) {
+template <std::size_t N>
+void fill_combo(HWND combo, const unsigned (&texts)[N]) {
+    for (std::size_t index = 0; index < N; ++index) {
         ::SendMessageW(combo, CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Text(texts[index]).c_str()));
     }
 }
@@ -292,13 +271,13 @@ void UiState::InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND d
     ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, camera.img_output_name.c_str());
 
     HWND formats = ::GetDlgItem(dialog, IDC_EDIT_FORMAT);
-    fill_combo(formats, kFormatTexts, sizeof kFormatTexts / sizeof *kFormatTexts);
+    fill_combo(formats, kFormatTexts);
     const LRESULT found = ::SendMessageW(formats, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
                                          reinterpret_cast<LPARAM>(camera.image_format.c_str()));
     ::SendMessageW(formats, CB_SETCURSEL, static_cast<WPARAM>(found == CB_ERR ? 0 : found), 0);
 
     HWND spherical = ::GetDlgItem(dialog, IDC_EDIT_SPHERICAL);
-    fill_combo(spherical, kSphericalTexts, sizeof kSphericalTexts / sizeof *kSphericalTexts);
+    fill_combo(spherical, kSphericalTexts);
     ::SendMessageW(spherical, CB_SETCURSEL, camera.is_spherical ? kSphericalYes : 0, 0);
 }
 
@@ -331,7 +310,7 @@ void UiState::ApplyCameraEdits(HWND dialog, CameraMap& cameras) {
         camera.img_output_name = name;
         if (start_frame < 0) {
             ShowBox(dialog, IDS_FRAME_TO_RENDER_NEGATIVE);
-            return; // in the middle, and the dialog closes (C-08)
+            return; // the later cameras keep their values, and the dialog closes (C-08)
         }
         camera.start_frame = start_frame;
         camera.is_spherical = spherical == static_cast<LRESULT>(kSphericalYes);
@@ -340,12 +319,7 @@ void UiState::ApplyCameraEdits(HWND dialog, CameraMap& cameras) {
 
 INT_PTR CALLBACK CameraEditDialogProc(HWND dialog, UINT message, WPARAM w_param, LPARAM) {
     try {
-        for (const MessageRoute& route : kMessages) {
-            if (route.message == message) {
-                return route.handle(dialog, w_param);
-            }
-        }
-        return kNotHandled;
+        return route_message(dialog, message, w_param);
     } catch (const EmptyNameError&) {
         throw; // C-07
     } catch (...) {

@@ -3,7 +3,7 @@
 #include "common/string_table.h"
 #include "dialog/controls.h"
 #include "resources/resource_ids.h"
-#include "scene/camera_rules.h"
+#include "scene/camera.h"
 
 #include <windows.h>
 
@@ -31,8 +31,6 @@ constexpr ColumnHead kColumns[] = {
     {kRenderName, IDS_COLUMN_RENDER_NAME, 200},
 };
 
-constexpr unsigned kClearBox = 1; // state images
-constexpr unsigned kTickedBox = 2;
 constexpr unsigned kStateImageShift = 12;
 
 constexpr const char* kNothingToShow = "No cameras or Create camera table failed!";
@@ -49,7 +47,7 @@ void insert_column(HWND list, const ColumnHead& head) {
                    reinterpret_cast<LPARAM>(&column));
 }
 
-// Takes the text by value: the control's record has no room for a constant one.
+// Takes the text by value: the control's record has a pointer to non-const text.
 void write_cell(HWND list, UINT message, int row, Column column, std::wstring text) {
     LVITEMW item = {};
     item.mask = LVIF_TEXT;
@@ -60,12 +58,6 @@ void write_cell(HWND list, UINT message, int row, Column column, std::wstring te
     ::SendMessageW(list, message, 0, reinterpret_cast<LPARAM>(&item));
 }
 
-std::wstring decimal(int value) {
-    wchar_t buffer[kControlTextLimit] = {};
-    ::_itow_s(value, buffer, kControlTextLimit, 10);
-    return buffer;
-}
-
 void set_box(HWND list, int row, bool ticked) {
     LVITEMW item = {};
     item.stateMask = LVIS_STATEIMAGEMASK;
@@ -73,9 +65,17 @@ void set_box(HWND list, int row, bool ticked) {
     ::SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
-enum class Boxes { as_they_come, from_records };
+enum class Boxes { unticked, from_records };
 
-void add_rows(HWND list, const CameraMap& cameras, Boxes boxes) {
+// False without a list or cameras; the list then stays as it is.
+bool show_cameras(HWND list, const CameraMap& cameras, Boxes boxes) {
+    if (list == nullptr || cameras.empty()) {
+        return false;
+    }
+    const RedrawPause pause(list);
+    if (boxes == Boxes::from_records) {
+        ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
+    }
     int row = 0;
     for (const CameraMap::value_type& entry : cameras) {
         const CameraRecord& camera = entry.second;
@@ -83,25 +83,17 @@ void add_rows(HWND list, const CameraMap& cameras, Boxes boxes) {
         if (boxes == Boxes::from_records) {
             set_box(list, row, camera.checked);
         }
-        write_cell(list, LVM_SETITEMW, row, kWidth, decimal(camera.image_width));
-        write_cell(list, LVM_SETITEMW, row, kHeight, decimal(camera.image_height));
-        write_cell(list, LVM_SETITEMW, row, kStartFrame, decimal(camera.start_frame));
+        write_cell(list, LVM_SETITEMW, row, kWidth, std::to_wstring(camera.image_width));
+        write_cell(list, LVM_SETITEMW, row, kHeight, std::to_wstring(camera.image_height));
+        write_cell(list, LVM_SETITEMW, row, kStartFrame, std::to_wstring(camera.start_frame));
         write_cell(list, LVM_SETITEMW, row, kFormat, camera.image_format);
         write_cell(list, LVM_SETITEMW, row, kRenderName, camera.img_output_name);
         // After the cells to its right (C-15).
         write_cell(list, LVM_SETITEMW, row, kSpherical, Text(camera.is_spherical ? IDS_YES : IDS_NO));
         ++row;
     }
+    return true;
 }
-
-class ListViewRows : public CameraRows {
-public:
-    explicit ListViewRows(HWND list) : list_(list) {}
-    CameraRow row(std::size_t index) override { return ReadCameraRow(list_, static_cast<int>(index)); }
-
-private:
-    HWND list_;
-};
 
 } // namespace
 
@@ -114,7 +106,7 @@ CameraRow ReadCameraRow(HWND list, int index) {
     item.cchTextMax = kControlTextLimit;
     ::SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
     CameraRow row;
-    // The control may answer with a pointer of its own instead of filling the buffer.
+    // The control may return a pointer to its own text instead of filling the buffer.
     if (item.pszText != nullptr) {
         row.text.assign(item.pszText, ::wcsnlen(item.pszText, kControlTextLimit - 1));
     }
@@ -134,30 +126,15 @@ bool UiState::CreateCameraTableHead(HWND list) {
 }
 
 bool UiState::CreateCameraTable(HWND list, const CameraMap& cameras) {
-    if (list == nullptr || cameras.empty()) {
-        log.Write(kNothingToShow, kWarn);
-        return false;
-    }
-    {
-        const RedrawPause pause(list);
-        add_rows(list, cameras, Boxes::as_they_come);
-    }
-    log.Write("Create camera table successfully.", kInfo);
-    return true;
+    const bool shown = show_cameras(list, cameras, Boxes::unticked);
+    log.Write(shown ? "Create camera table successfully." : kNothingToShow, shown ? kInfo : kWarn);
+    return shown;
 }
 
 bool UiState::UpdateCameraTable(HWND list, const CameraMap& cameras) {
-    if (list == nullptr || cameras.empty()) {
-        log.Write(kNothingToShow, kWarn);
-        return false;
-    }
-    {
-        const RedrawPause pause(list);
-        ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
-        add_rows(list, cameras, Boxes::from_records);
-    }
-    log.Write("Update camera table successfully.", kInfo);
-    return true;
+    const bool shown = show_cameras(list, cameras, Boxes::from_records);
+    log.Write(shown ? "Update camera table successfully." : kNothingToShow, shown ? kInfo : kWarn);
+    return shown;
 }
 
 bool UiState::SelectAllCameras(HWND dialog, CameraMap& cameras) {
@@ -169,7 +146,7 @@ bool UiState::SelectAllCameras(HWND dialog, CameraMap& cameras) {
 
 bool UiState::InvertCameraSelection(HWND dialog, CameraMap& cameras) {
     HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
-    // Counted before the loop: a row that no camera belongs to adds one.
+    // Take the count before the loop: an unknown row inserts a camera.
     const int count = static_cast<int>(cameras.size());
     for (int index = 0; index < count; ++index) {
         const CameraRow row = ReadCameraRow(list, index);
@@ -179,8 +156,9 @@ bool UiState::InvertCameraSelection(HWND dialog, CameraMap& cameras) {
 }
 
 std::int32_t UiState::validate_cameras(HWND dialog, CameraMap& cameras) {
-    ListViewRows rows(::GetDlgItem(dialog, IDC_MAIN_CAMERAS));
-    return static_cast<std::int32_t>(CheckCameras(rows, cameras, log));
+    HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    const auto row = [list](int index) { return ReadCameraRow(list, index); };
+    return static_cast<std::int32_t>(CheckCameras(row, cameras, log));
 }
 
 } // namespace tarvo

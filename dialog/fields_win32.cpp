@@ -1,15 +1,19 @@
 #include "dialog/ui_state.h"
 
+#include "common/platform.h"
 #include "common/text.h"
 #include "dialog/controls.h"
 #include "dialog/number_step.h"
+#include "dialog/submit_sequence.h"
 #include "resources/resource_ids.h"
 #include "scene/scene_file.h"
 
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
 
+#include <algorithm>
 #include <cwchar>
 
 namespace tarvo {
@@ -26,15 +30,11 @@ constexpr int kGammaSpinMaximum = 5;
 class WindowContext {
 public:
     explicit WindowContext(HWND window) : window_(window), context_(::GetDC(window)) {}
-    ~WindowContext() {
-        if (context_ != nullptr) {
-            ::ReleaseDC(window_, context_);
-        }
-    }
+    ~WindowContext() { ::ReleaseDC(window_, context_); }
     WindowContext(const WindowContext&) = delete;
     WindowContext& operator=(const WindowContext&) = delete;
 
-    // Pixels; 0 when it cannot be measured.
+    // Pixels; 0 on failure.
     LONG text_width(const std::wstring& text) const {
         SIZE size = {};
         ::GetTextExtentPoint32W(context_, text.c_str(), static_cast<int>(text.size()), &size);
@@ -46,7 +46,30 @@ private:
     HDC context_;
 };
 
+// Where the setup installs the package, below the machine-wide application-data folder.
+constexpr const wchar_t* kPackageFolder = L"\\Autodesk\\ApplicationPlugins\\TarvoRendering\\";
+// ShellExecuteW returns more than this on success.
+constexpr INT_PTR kMostErrors = 32;
+
+// A plain path and no "file:" address: no character in it needs escaping.
+std::wstring installed_page(std::wstring page) {
+    std::replace(page.begin(), page.end(), L'/', L'\\');
+    return CommonAppDataFolder() + kPackageFolder + page;
+}
+
 } // namespace
+
+WindowHandle DialogItem(WindowHandle dialog, int control) {
+    return ::GetDlgItem(dialog, control);
+}
+
+bool IsBoxChecked(WindowHandle dialog, int control) {
+    return ::IsDlgButtonChecked(dialog, control) == BST_CHECKED;
+}
+
+void CloseDialog(WindowHandle dialog, int result) {
+    ::EndDialog(dialog, result);
+}
 
 void UiState::InitOutputControls(HWND dialog) {
     ::SendDlgItemMessageW(dialog, IDC_MAIN_AO_RADIUS_SPIN, UDM_SETRANGE32, 0, kRadiusSpinMaximum);
@@ -105,6 +128,33 @@ bool UiState::ShowWarnings(HWND list, const std::vector<std::wstring>& messages)
     }
     log.Write("Get warnning infomation of current scene successfully.", kInfo);
     return true;
+}
+
+void SetHelpLinkTarget(HWND dialog, int link) {
+    LITEM item = {};
+    item.mask = LIF_ITEMINDEX | LIF_URL;
+    if (::SendDlgItemMessageW(dialog, link, LM_GETITEM, 0, reinterpret_cast<LPARAM>(&item)) == FALSE) {
+        return;
+    }
+    const std::wstring page = item.szUrl;
+    const std::wstring path = installed_page(page);
+    if (page.empty() || page.find(L':') != std::wstring::npos || path.size() >= L_MAX_URL_LENGTH) {
+        return;
+    }
+    path.copy(item.szUrl, path.size());
+    item.szUrl[path.size()] = L'\0';
+    item.mask = LIF_ITEMINDEX | LIF_URL;
+    ::SendDlgItemMessageW(dialog, link, LM_SETITEM, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+void OpenLinkTarget(HWND dialog, const std::wstring& target) {
+    const HINSTANCE started = ::ShellExecuteW(dialog, L"open", target.c_str(), nullptr, nullptr, SW_SHOW);
+    const INT_PTR result = reinterpret_cast<INT_PTR>(started);
+    if (result <= kMostErrors) {
+        UiState::instance().log_channel().Write("The help could not be opened. Error " +
+                                                    std::to_string(result) + ": " + WideToLocale(target),
+                                                kError);
+    }
 }
 
 } // namespace tarvo

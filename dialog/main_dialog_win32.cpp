@@ -1,12 +1,9 @@
-#include "dialog/main_dialog.h"
+#include "dialog/dialogs.h"
 
 #include "common/activation_context.h"
-#include "common/config_mgr.h"
 #include "common/guard.h"
 #include "common/message_box.h"
-#include "dialog/camera_edit_dialog.h"
 #include "dialog/controls.h"
-#include "dialog/help_link.h"
 #include "dialog/opening_sequence.h"
 #include "dialog/submit_sequence.h"
 #include "dialog/ui_state.h"
@@ -25,7 +22,6 @@ namespace {
 constexpr INT_PTR kNotHandled = 0;
 constexpr INT_PTR kHandled = 1;
 
-// One message to the dialog procedure.
 struct Call {
     HWND dialog;
     UINT message;
@@ -75,9 +71,8 @@ INT_PTR select_all_cameras(const Call& call) {
     return kHandled;
 }
 
-// Writes the table's check marks back into the store; returns how many rows that were.
-int keep_check_marks(HWND list) {
-    constexpr unsigned kTickedBox = 2; // state image
+// Writes the table's check marks into the store; returns the number of rows.
+int store_check_marks(HWND list) {
     CameraMap& cameras = SceneData::instance().cameras();
     CameraMap marked = cameras;
     const int count = static_cast<int>(cameras.size());
@@ -99,28 +94,26 @@ void pick_camera(HWND list, int index) {
     UiState::instance().add_selected_camera(name);
 }
 
-void edit_picked_cameras(const Call& call) {
-    OpenCameraEditDialog(call.dialog, reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
+INT_PTR edit_picked_cameras(const Call& call) {
+    if (!UiState::instance().selected_cameras().empty()) {
+        OpenCameraEditDialog(call.dialog, reinterpret_cast<LPARAM>(&TarvoRenderingConfigMgr::instance()));
+    }
+    return kHandled;
 }
 
 INT_PTR edit_selected_cameras(const Call& call) {
     HWND list = camera_table(call);
-    const int count = keep_check_marks(list);
-    UiState& state = UiState::instance();
-    state.clear_selected_cameras();
+    const int count = store_check_marks(list);
+    UiState::instance().clear_selected_cameras();
     int index = -1;
     for (int searches = 0; searches < count; ++searches) {
-        // After the last selected row the search begins again: a name may come more than once, and the edit
-        // dialog does not mind.
+        // The search wraps round after the last selected row: a name may come more than once, without harm.
         index = next_row(list, index, LVNI_SELECTED);
         if (index != -1 && index < count) {
             pick_camera(list, index);
         }
     }
-    if (!state.selected_cameras().empty()) {
-        edit_picked_cameras(call);
-    }
-    return kHandled;
+    return edit_picked_cameras(call);
 }
 
 INT_PTR edit_clicked_camera(const Call& call) {
@@ -128,18 +121,18 @@ INT_PTR edit_clicked_camera(const Call& call) {
         return kHandled;
     }
     HWND list = camera_table(call);
-    const int count = keep_check_marks(list);
+    const int count = store_check_marks(list);
     const int index = next_row(list, -1, LVNI_FOCUSED | LVNI_SELECTED);
     if (index == -1 || index >= count) {
         return kHandled;
     }
     UiState::instance().clear_selected_cameras();
     pick_camera(list, index);
-    edit_picked_cameras(call);
-    return kHandled;
+    return edit_picked_cameras(call);
 }
 
 constexpr std::int32_t kNoBlocks = 1;
+constexpr std::int32_t kSomeBlocks = 10;
 constexpr std::int32_t kMostBlocks = 64;
 constexpr std::int32_t kOnlyTimeLimited = 2;
 
@@ -148,35 +141,27 @@ INT_PTR choose_no_blocks(const Call&) {
     return kHandled;
 }
 
-// On Windows a radio button that gets the focus reports a click, and a box that closes gives the focus back:
-// such a click must not open the box again.
-class BlockBoxOpen {
-public:
-    BlockBoxOpen() { is_open_ = true; }
-    ~BlockBoxOpen() { is_open_ = false; }
-    BlockBoxOpen(const BlockBoxOpen&) = delete;
-    BlockBoxOpen& operator=(const BlockBoxOpen&) = delete;
-
-    static bool is_open() { return is_open_; }
-
-private:
-    static bool is_open_;
-};
-bool BlockBoxOpen::is_open_ = false;
-
-INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
-    if (BlockBoxOpen::is_open()) {
+INT_PTR choose_blocks(const Call& call) {
+    // On Windows a radio button that gets the focus reports a click, and a box that closes gives the focus
+    // back: that click must not open the box again.
+    static bool box_is_open = false;
+    struct Closing {
+        ~Closing() { box_is_open = false; }
+    };
+    if (box_is_open) {
         return kHandled;
     }
-    const BlockBoxOpen open;
+    box_is_open = true;
+    Closing closing;
     SceneData& scene = SceneData::instance();
     if (scene.is_region() == "true") {
         ShowBox(call.dialog, IDS_BLOCKS_WITH_REGION);
         ::CheckRadioButton(call.dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
-        // Left on the refused button, the focus would bring the box back each time the dialog is activated.
+        // On the refused button the focus would show the box again each time the dialog is activated.
         ::SetFocus(::GetDlgItem(call.dialog, IDC_MAIN_BLOCKS_1));
         return choose_no_blocks(call);
     }
+    const std::int32_t blocks = LOWORD(call.w_param) == IDC_MAIN_BLOCKS_10 ? kSomeBlocks : kMostBlocks;
     scene.set_num_blocks(blocks);
     const bool only_time_limited = scene.corona_limits == kOnlyTimeLimited;
     if (only_time_limited || blocks == kMostBlocks) {
@@ -184,14 +169,6 @@ INT_PTR choose_blocks(const Call& call, std::int32_t blocks) {
                 IDS_NAME_CAPTION);
     }
     return kHandled;
-}
-
-INT_PTR choose_10_blocks(const Call& call) {
-    return choose_blocks(call, 10);
-}
-
-INT_PTR choose_64_blocks(const Call& call) {
-    return choose_blocks(call, kMostBlocks);
 }
 
 struct SteppedField {
@@ -227,16 +204,14 @@ INT_PTR open_link(const Call& call) {
 constexpr int kAny = -1;
 constexpr UINT kNoCode = 0;
 
-// The control of a command or notification, and the code of a notification; a command's code is not looked
-// at.
 struct Route {
     UINT message;
-    int control;
-    UINT code;
+    int control; // of a command or notification
+    UINT code;   // of a notification; a command's code is not tested
     INT_PTR (*handle)(const Call&);
 };
 
-// The first row that matches counts. A message without a row is not handled.
+// The first matching row counts. A message without a row is not handled.
 constexpr Route kRoutes[] = {
     {WM_INITDIALOG, kAny, kNoCode, initialise},
     {WM_COMMAND, IDCANCEL, kNoCode, end_dialog},
@@ -246,8 +221,8 @@ constexpr Route kRoutes[] = {
     {WM_COMMAND, IDC_MAIN_INVERT, kNoCode, invert_cameras},
     {WM_COMMAND, IDC_MAIN_SELECT_ALL, kNoCode, select_all_cameras},
     {WM_COMMAND, IDC_MAIN_BLOCKS_1, kNoCode, choose_no_blocks},
-    {WM_COMMAND, IDC_MAIN_BLOCKS_10, kNoCode, choose_10_blocks},
-    {WM_COMMAND, IDC_MAIN_BLOCKS_64, kNoCode, choose_64_blocks},
+    {WM_COMMAND, IDC_MAIN_BLOCKS_10, kNoCode, choose_blocks},
+    {WM_COMMAND, IDC_MAIN_BLOCKS_64, kNoCode, choose_blocks},
     {WM_COMMAND, kAny, kNoCode, handled},
     {WM_NOTIFY, IDC_MAIN_CAMERAS, static_cast<UINT>(NM_DBLCLK), edit_clicked_camera},
     {WM_NOTIFY, IDC_MAIN_GAMMA_SPIN, static_cast<UINT>(UDN_DELTAPOS), step_field},
@@ -257,7 +232,7 @@ constexpr Route kRoutes[] = {
     {kRefillCameraTable, kAny, kNoCode, refill_table},
     {WM_CLOSE, kAny, kNoCode, end_dialog},
     {WM_DESTROY, kAny, kNoCode, handled},
-    // Handled, so that they never reach the default procedure (C-09).
+    // Handled: they never reach the default procedure (C-09).
     {WM_MOUSEMOVE, kAny, kNoCode, handled},
     {WM_LBUTTONDOWN, kAny, kNoCode, handled},
     {WM_LBUTTONUP, kAny, kNoCode, handled},

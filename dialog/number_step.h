@@ -1,4 +1,4 @@
-// Arithmetic of the number fields, apart from the controls that show them.
+// Arithmetic of the number fields, without their controls.
 #pragma once
 
 #include <cstdint>
@@ -6,15 +6,14 @@
 
 namespace tarvo {
 
-// `value` moved by delta steps and kept within the limits. The product is taken in 32 bits, the sum in 64;
-// what is not a number ends at the lower limit.
+// `value` moved by delta steps and kept within the limits. The product is a 32-bit float, the sum a 64-bit
+// float; a value that is not a number becomes the lower limit.
 double StepNumber(double value, float delta, float step, float minimum, float maximum);
 
 // "%.1f"
 std::wstring OneDecimal(double value);
 
-// Towards zero. What does not fit, or is not a number, gives the lowest value, as the processor's own
-// conversion does.
+// Towards zero. The lowest value when `value` does not fit or is not a number, as the processor does it.
 std::int32_t TruncateToInt32(double value);
 
 } // namespace tarvo

@@ -1,22 +1,11 @@
-#include "dialog/opening_checks.h"
+#include "dialog/opening_sequence.h"
 
 #include <algorithm>
 
 namespace tarvo {
 
-namespace {
-
-constexpr wchar_t kFirstCyrillic = 0x0400;
-constexpr wchar_t kLastCyrillic = 0x052F;
-
-bool is_cyrillic(wchar_t unit) {
-    return unit >= kFirstCyrillic && unit <= kLastCyrillic;
-}
-
-} // namespace
-
 bool IsVersionAccepted(const std::wstring& lowest_accepted) {
-    return lowest_accepted <= kPluginVersion; // as texts (C-01)
+    return lowest_accepted <= kPluginVersion;
 }
 
 bool IsUsableSceneName(const std::wstring& file_name) {
@@ -24,6 +13,7 @@ bool IsUsableSceneName(const std::wstring& file_name) {
     if (!name.empty() && (name.back() == L' ' || name.back() == L'.')) {
         return false;
     }
+    const auto is_cyrillic = [](wchar_t unit) { return unit >= 0x0400 && unit <= 0x052F; };
     return std::none_of(name.begin(), name.end(), is_cyrillic);
 }
 

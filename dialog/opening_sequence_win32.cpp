@@ -1,12 +1,10 @@
 #include "dialog/opening_sequence.h"
 
 #include "common/message_box.h"
-#include "dialog/opening_checks.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
 #include "scene/analysis_run.h"
 #include "scene/scene_data.h"
-#include "submit/client_configuration.h"
 #include "submit/plugin_config.h"
 
 #include <windows.h>
@@ -23,16 +21,16 @@ constexpr int kStopped = -1;
 
 constexpr unsigned kNoText = 0;
 
-// The box for a code of the analysis, and what ends the dialog: that answer, or every other one.
+// The box for a code of the analysis.
 struct AnalysisFinding {
     std::int32_t code;
     unsigned text_id;
     unsigned style;
     int answer;
-    bool ends_on_answer;
+    bool ends_on_answer; // false: every other answer ends the dialog
 };
 
-// The notices end the dialog once they are confirmed. A box that could not be shown does not (C-02).
+// A notice ends the dialog once it is confirmed; a box that could not be shown does not (C-02).
 constexpr AnalysisFinding kFindings[] = {
     {1, IDS_NO_CAMERA_QUESTION, kBoxYesNo, kAnswerYes, false},
     {2, IDS_CORONA_UNLIMITED, kBoxOk, kAnswerOk, true},
@@ -87,7 +85,7 @@ int end(HWND dialog, int result) {
 
 } // namespace
 
-int RunOpeningSequence(HWND dialog, bool first_opening) {
+int RunOpeningSequence(WindowHandle dialog, bool first_opening) {
     SceneData& scene = SceneData::instance();
     PluginConfig config;
     if (first_opening) {

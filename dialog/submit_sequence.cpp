@@ -2,32 +2,29 @@
 
 #include "common/message_box.h"
 #include "common/platform.h"
-#include "dialog/dialog_window.h"
 #include "dialog/number_step.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
-#include "scene/camera_rules.h"
+#include "scene/camera.h"
 #include "scene/scene_data.h"
 #include "scene/virus_check.h"
-#include "submit/client_configuration.h"
 #include "submit/client_link.h"
+#include "submit/plugin_config.h"
 #include "submit/scene_archive.h"
-#include "submit/scene_archive_refusal.h"
 #include "submit/submit_document.h"
-#include "submit/task_guid.h"
 
 namespace tarvo {
 
 namespace {
 
-// What the dialog procedure answers (C-06).
+// The results of the dialog procedure (C-06).
 constexpr int kSubmitted = 1;
 constexpr int kNothingToSubmit = 0;
 constexpr int kStopped = -1;
 
 constexpr unsigned kWaitAfterPacking = 1000; // milliseconds (C-11)
 
-// The box for each finding. OK and Cancel make it a question; the others end the submission (C-05).
+// The box for each finding. Only the one with OK and Cancel is a question; the others are stops (C-05).
 struct CameraFinding {
     CameraCheck check;
     unsigned text_id;

@@ -1,5 +1,5 @@
-// Opens a block of the host's headers; host/end_host_headers.h closes it. Between the two no warning counts,
-// and min and max are afterwards what they were before. No include guard: every block has its own pair.
+// Opens a block of the host's headers; host/end_host_headers.h closes it. Warnings are off between the two,
+// and the macros min and max are restored afterwards. No include guard: every block has its own pair.
 
 #include <windows.h>
 

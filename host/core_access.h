@@ -1,5 +1,5 @@
 // The host's core interface and its managers, for the plugin layer, which works on menus and actions itself.
-// Each answer is null when the host does not have the thing (yet). Nothing here throws.
+// Each result is null when the host does not have it (yet). No function throws.
 #pragma once
 
 class IActionManager;

@@ -1,4 +1,4 @@
-// Closes what host/begin_host_headers.h opened.
+// Closes the block that host/begin_host_headers.h opens.
 
 #if defined(_MSC_VER)
 #pragma warning(pop)
@@ -6,7 +6,7 @@
 #pragma GCC diagnostic pop
 #endif
 
-// Not every compiler's pop takes away a macro that was not defined at the push.
+// Some compilers' pop_macro keeps a macro that was not defined at the push.
 #undef min
 #undef max
 #pragma pop_macro("max")

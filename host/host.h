@@ -1,7 +1,7 @@
 // The minimal 3ds Max interface that the layers above use; the SDK stays behind it. max_host.cpp implements
-// it, a test program defines its own. All calls belong on the host's user-interface thread. No function
-// throws: when the host has no core interface (yet), or throws, the result is empty, null or false, and the
-// log has a line.
+// it, a test program defines its own. For the host's user-interface thread only. No function throws: without
+// a core interface, or when the host throws, the result is empty, null or false. An exception leaves a log
+// line.
 #pragma once
 
 #include "common/window_handle.h"
@@ -15,27 +15,27 @@ namespace tarvo {
 
 WindowHandle HostMainWindow();
 
-// The open scene's file name and its full path. Both are empty for a scene that was never saved.
+// The open scene's file name and its full path; both empty for a scene that was never saved.
 std::wstring SceneFileName();
 std::wstring SceneFilePath();
 
-// Saves the open scene as the File menu would.
+// Saves the open scene like the File menu.
 void SaveScene();
 
 // Saves the open scene under `path`, which becomes the current file and counts as saved. False on failure.
 bool SaveSceneAs(const std::wstring& path);
 
-// What a script returned. `text` is a copy and is valid only with has_text.
+// A script's result. `text` is a copy, and empty without has_text.
 struct ScriptResult {
     bool has_text = false;
     std::wstring text;
 };
 
-// Runs script text with errors shown and logged. False when the host reports failure.
+// Runs script text; the host shows and logs errors. False when the host reports failure.
 bool RunScript(const std::wstring& command, ScriptResult& result);
 
-// The host's spinner control for the ratio of width and height. Owns the control's interface; the control
-// itself belongs to the dialog. What the host throws in the calls passes through, except in the destructor.
+// The host's spinner control for the ratio of width and height. Owns the control's interface; the dialog owns
+// the control. Exceptions of the host pass through its functions, except the destructor.
 class RatioSpinner {
 public:
     explicit RatioSpinner(ISpinnerControl* control) : control_(control) {}
@@ -54,7 +54,7 @@ private:
     ISpinnerControl* control_; // never null
 };
 
-// Creates, links and limits the spinner `spinner_id` with the field `edit_id` of `dialog`. Null on failure.
+// Sets up the spinner `spinner_id` of `dialog` and links it to the field `edit_id`. Null on failure.
 std::unique_ptr<RatioSpinner> SetUpRatioSpinner(WindowHandle dialog, int spinner_id, int edit_id,
                                                 float minimum, float maximum, float value, float step);
 // The interface of a spinner control that exists. Null on failure.

@@ -20,7 +20,7 @@ namespace tarvo {
 
 namespace {
 
-// Calls the host's core interface inside the guard. `fallback`: returned without one, and if the call throws.
+// Calls the core interface inside the guard. `fallback`: returned without one, and if the call throws.
 template <class Result, class Call>
 Result ask_core(const char* place, Result fallback, Call call) noexcept {
     return Guarded(place, fallback, [&]() -> Result {
@@ -31,14 +31,14 @@ Result ask_core(const char* place, Result fallback, Call call) noexcept {
 
 BOOL execute_script(const wchar_t* command, FPValue& value) {
 #if MAX_PRODUCT_YEAR_NUMBER >= 2022
-    // Later hosts want to know where the text comes from; the other arguments have moved on by one.
+    // Later hosts have the text's origin as their second argument.
     return ::ExecuteMAXScriptScript(command, MAXScript::ScriptSource::NonEmbedded, FALSE, &value, TRUE);
 #else
     return ::ExecuteMAXScriptScript(command, FALSE, &value, TRUE);
 #endif
 }
 
-// A copy: the pointer may belong to a script value that is collected at any time.
+// Copies the text: the host may collect the script value at any time.
 ScriptResult text_of(const FPValue& value) {
     const wchar_t* text = nullptr;
     switch (value.type) {
@@ -60,7 +60,7 @@ ScriptResult text_of(const FPValue& value) {
     return result;
 }
 
-// The host may have no text where it means an empty one.
+// The host may return null for an empty text.
 std::wstring or_empty(const wchar_t* text) {
     return text == nullptr ? std::wstring() : std::wstring(text);
 }
@@ -85,7 +85,7 @@ void SaveScene() {
     ask_core("FileSave", FALSE, [](Interface& core) { return core.FileSave(); });
 }
 
-// A result below zero is a failure too.
+// The host returns 0 or less on failure.
 bool SaveSceneAs(const std::wstring& path) {
     return ask_core("SaveToFile", false,
                     [&](Interface& core) { return core.SaveToFile(path.c_str(), TRUE, TRUE) > 0; });
@@ -115,7 +115,6 @@ IActionManager* ActionManager() {
                                      [](Interface& core) { return core.GetActionManager(); });
 }
 
-// The other way to it: static_cast<IMenuBarContext*>(manager.GetContext(kMainMenuBar))->GetMenu().
 IMenu* MainMenuBar(IMenuManager& manager) {
     return Guarded<IMenu*>("GetMainMenuBar", nullptr, [&] { return manager.GetMainMenuBar(); });
 }

@@ -1,10 +1,9 @@
 #include "plugin/action_table.h"
 
-#include "common/config_mgr.h"
 #include "common/guard.h"
 #include "common/message_box.h"
 #include "common/string_table.h"
-#include "dialog/main_dialog.h"
+#include "dialog/dialogs.h"
 #include "host/core_access.h"
 #include "host/host.h"
 #include "resources/resource_ids.h"
@@ -17,7 +16,7 @@ namespace {
 
 const wchar_t kActionContextName[] = L"Marrowby";
 
-// Command, then the texts for description, short name and category. Not const: the host wants it so.
+// Command, then the texts for description, short name and category. Not const for the host's constructor.
 ActionDescription g_descriptions[] = {
     {kActionAbout, IDS_ACTION_ABOUT, IDS_ACTION_ABOUT, IDS_ACTION_ABOUT},
     {kActionOpenDialog, IDS_ACTION_OPEN, IDS_ACTION_OPEN, IDS_ACTION_OPEN},
@@ -52,7 +51,7 @@ const Action* find_action(int command_id) {
     return nullptr;
 }
 
-// The host never deletes a callback and may call it for as long as it runs, so nothing here does either.
+// Never deleted: the host does not delete a callback and may call it for as long as it runs.
 void activate(IActionManager& manager) {
     std::unique_ptr<Tarvo_ActionCallback> callback(new Tarvo_ActionCallback);
     manager.ActivateActionTable(callback.get(), kActionTableId);
@@ -87,15 +86,12 @@ BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
 }
 
 ActionTable* InstallActionTable() {
-    if (CoreInterface() == nullptr) {
-        return nullptr;
-    }
-    TSTR name(Text(IDS_ACTION_OPEN).c_str());
-    std::unique_ptr<Tarvo_ActionTable> table(new Tarvo_ActionTable(name));
     IActionManager* manager = ActionManager();
     if (manager == nullptr) {
         return nullptr;
     }
+    TSTR name(Text(IDS_ACTION_OPEN).c_str());
+    std::unique_ptr<Tarvo_ActionTable> table(new Tarvo_ActionTable(name));
     manager->RegisterActionContext(kActionContextId, kActionContextName);
     manager->RegisterActionTable(table.get());
     ActionTable* registered = table.release(); // the host's from now on

@@ -1,4 +1,4 @@
-// The plugin's action table in the host: two actions, their callback, and the installation of both.
+// The plugin's action table and menu in the host: two actions, their callback, and the installation of both.
 #pragma once
 
 #include "host/begin_host_headers.h"
@@ -8,6 +8,11 @@
 #include <actiontable.h>
 
 #include "host/end_host_headers.h"
+
+#include <string>
+
+class IMenu;
+class IMenuManager;
 
 namespace tarvo {
 
@@ -19,7 +24,7 @@ constexpr int kActionAbout = 1498;
 
 class Tarvo_ActionTable : public ActionTable {
 public:
-    // `name` is only read; the host's constructor asks for a variable.
+    // `name` is only read; the host's constructor takes a non-const reference.
     explicit Tarvo_ActionTable(TSTR& name);
 
     BOOL GetMenuText(int command_id, MSTR& text) override;
@@ -38,5 +43,12 @@ ActionTable* FindActionTable();
 
 // Activates the installed table with a further callback and returns it; null when there is none.
 ActionTable* ActivateInstalledTable();
+
+// Registers the menu-bar context, then refills the menu with the plugin's title or creates it. The menu
+// always has three entries afterwards.
+void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table);
+
+// Empties the menu of that title, if there is one, and removes it if the menu-bar context is registered.
+void RemoveMenu(const std::wstring& title);
 
 } // namespace tarvo

@@ -3,14 +3,12 @@
 #include "common/guard.h"
 #include "common/string_table.h"
 #include "plugin/plugin_object.h"
-#include "resources/resource_ids.h"
 
 namespace tarvo {
 
 namespace {
 
-// The host's super class of global utilities: it creates one object of such a class at start-up and starts
-// it.
+// The super class of global utilities: at start-up the host creates one object of such a class and starts it.
 constexpr SClass_ID kUtilityPluginSuperClass = 0x10E0;
 static_assert(GUP_CLASS_ID == kUtilityPluginSuperClass, "the host knows global utilities by another number");
 
@@ -19,14 +17,6 @@ static_assert(GUP_CLASS_ID == kUtilityPluginSuperClass, "the host knows global u
 Tarvo_RenderingClassDesc& Tarvo_RenderingClassDesc::instance() {
     static Tarvo_RenderingClassDesc descriptor;
     return descriptor;
-}
-
-Tarvo_RenderingClassDesc::Tarvo_RenderingClassDesc()
-    : class_name_(IDS_CLASS_NAME), category_(IDS_CLASS_CATEGORY) {}
-
-// A class that is not public may never be created; most global utilities answer TRUE.
-int Tarvo_RenderingClassDesc::IsPublic() {
-    return TRUE;
 }
 
 void* Tarvo_RenderingClassDesc::Create(BOOL) {
@@ -41,20 +31,8 @@ SClass_ID Tarvo_RenderingClassDesc::SuperClassID() {
     return kUtilityPluginSuperClass;
 }
 
-Class_ID Tarvo_RenderingClassDesc::ClassID() {
-    return Class_ID(0x2E87AC90, 0x85FBF488);
-}
-
 const MCHAR* Tarvo_RenderingClassDesc::Category() {
     return Guarded("Category", L"", [this] { return category_.get(); });
-}
-
-const MCHAR* Tarvo_RenderingClassDesc::InternalName() {
-    return L"Tarvo_Rendering";
-}
-
-HINSTANCE Tarvo_RenderingClassDesc::HInstance() {
-    return ModuleInstance();
 }
 
 } // namespace tarvo

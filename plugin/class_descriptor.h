@@ -1,7 +1,8 @@
-// What the host asks about the plugin's one class.
+// The host's questions about the plugin's one class.
 #pragma once
 
-#include "plugin/kept_text.h"
+#include "common/string_table.h"
+#include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
 
@@ -11,27 +12,48 @@
 
 #include "host/end_host_headers.h"
 
+#include <string>
+
 namespace tarvo {
+
+// A string-table text for the host, which keeps the pointer: it stays valid as long as this object.
+class KeptText {
+public:
+    explicit KeptText(unsigned id) : id_(id) {}
+    KeptText(const KeptText&) = delete;
+    KeptText& operator=(const KeptText&) = delete;
+
+    // Never null; empty as long as the text is missing.
+    const wchar_t* get() {
+        if (text_.empty()) {
+            text_ = Text(id_);
+        }
+        return text_.c_str();
+    }
+
+private:
+    unsigned id_;
+    std::wstring text_;
+};
 
 class Tarvo_RenderingClassDesc : public ClassDesc2 {
 public:
     // Created by the first call.
     static Tarvo_RenderingClassDesc& instance();
 
-    Tarvo_RenderingClassDesc();
-
-    int IsPublic() override;
-    void* Create(BOOL loading) override; // a new Tarvo_Rendering; the host ends it by its DeleteThis
+    // Most global utilities return TRUE; the host may never create a class that is not public.
+    int IsPublic() override { return TRUE; }
+    void* Create(BOOL loading) override; // a new Tarvo_Rendering; the host destroys it via DeleteThis
     const MCHAR* ClassName() override;
     SClass_ID SuperClassID() override;
-    Class_ID ClassID() override;
+    Class_ID ClassID() override { return Class_ID(0x2E87AC90, 0x85FBF488); }
     const MCHAR* Category() override;
-    const MCHAR* InternalName() override;
-    HINSTANCE HInstance() override;
+    const MCHAR* InternalName() override { return L"Tarvo_Rendering"; }
+    HINSTANCE HInstance() override { return ModuleInstance(); }
 
 private:
-    KeptText class_name_;
-    KeptText category_;
+    KeptText class_name_{IDS_CLASS_NAME};
+    KeptText category_{IDS_CLASS_CATEGORY};
 };
 
 } // namespace tarvo

@@ -1,8 +1,7 @@
-#include "plugin/menu.h"
+#include "plugin/action_table.h"
 
 #include "common/string_table.h"
 #include "host/core_access.h"
-#include "plugin/action_table.h"
 #include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
@@ -25,38 +24,26 @@ IMenuBarContext* own_context(IMenuManager& manager) {
     return static_cast<IMenuBarContext*>(manager.GetContext(kMenuBarContextId));
 }
 
-void add_action(IMenu& menu, ActionTable& table, int command_id) {
+// Appends a new item, which `set_up` has made an action, a separator or a sub-menu.
+template <class SetUp>
+void append_item(IMenu& menu, SetUp set_up) {
     IMenuItem* item = ::GetIMenuItem();
     if (item != nullptr) {
-        item->SetActionItem(table.GetAction(command_id));
-        menu.AddItem(item, -1);
-    }
-}
-
-void add_separator(IMenu& menu) {
-    IMenuItem* item = ::GetIMenuItem();
-    if (item != nullptr) {
-        item->ActAsSeparator();
+        set_up(*item);
         menu.AddItem(item, -1);
     }
 }
 
 void add_items(IMenu& menu, ActionTable& table) {
-    add_action(menu, table, kActionOpenDialog);
-    add_separator(menu);
-    add_action(menu, table, kActionAbout);
+    append_item(menu, [&](IMenuItem& item) { item.SetActionItem(table.GetAction(kActionOpenDialog)); });
+    append_item(menu, [](IMenuItem& item) { item.ActAsSeparator(); });
+    append_item(menu, [&](IMenuItem& item) { item.SetActionItem(table.GetAction(kActionAbout)); });
 }
 
 void remove_items(IMenu& menu) {
     for (int left = menu.NumItems(); left > 0; --left) {
         menu.RemoveItem(0);
     }
-}
-
-void refill_menu(IMenuManager& manager, IMenu& menu, ActionTable& table) {
-    remove_items(menu);
-    add_items(menu, table);
-    manager.UpdateMenuBar();
 }
 
 void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, const std::wstring& title) {
@@ -71,11 +58,7 @@ void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table,
         context->SetMenu(menu);
     }
     add_items(*menu, table);
-    IMenuItem* entry = ::GetIMenuItem();
-    if (entry != nullptr) {
-        entry->SetSubMenu(menu);
-        main_bar.AddItem(entry, -1);
-    }
+    append_item(main_bar, [menu](IMenuItem& item) { item.SetSubMenu(menu); });
     manager.UpdateMenuBar();
 }
 
@@ -84,12 +67,14 @@ void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table,
 void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
     const std::wstring title = Text(IDS_MENU_TITLE);
     if (title.empty()) {
-        return; // somebody's menu without a title must not be taken for ours
+        return; // FindMenu could find an untitled menu that is not ours
     }
     manager.RegisterMenuBarContext(kMenuBarContextId, title.c_str());
     IMenu* menu = manager.FindMenu(title.c_str());
     if (menu != nullptr) {
-        refill_menu(manager, *menu, table);
+        remove_items(*menu);
+        add_items(*menu, table);
+        manager.UpdateMenuBar();
     } else {
         create_own_menu(manager, main_bar, table, title);
     }
@@ -97,7 +82,7 @@ void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
 
 void RemoveMenu(const std::wstring& title) {
     IMenuManager* manager = MenuManager();
-    // A text that is missing must not take away somebody's menu without a title.
+    // Without a title FindMenu could find an untitled menu that is not ours.
     IMenu* menu = manager == nullptr || title.empty() ? nullptr : manager->FindMenu(title.c_str());
     if (menu == nullptr) {
         return;

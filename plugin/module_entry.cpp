@@ -1,16 +1,15 @@
-// The module's entry points. tarvo_rendering.def gives them to the host, LibNumberClasses, LibInitialize and
-// LibShutdown as three names of AnswerOne (C-19).
+// The module's entry points. tarvo_rendering.def exports them; LibNumberClasses, LibInitialize and
+// LibShutdown are three names of AnswerOne (C-19).
 #include "common/guard.h"
 #include "common/string_table.h"
 #include "plugin/class_descriptor.h"
-#include "plugin/kept_text.h"
 #include "resources/resource_ids.h"
 
 namespace {
 
-// The host loads only modules that answer with its own library version. For 2019: release 21000, interface
-// number 52, revision 0, as (21000 << 16) + (52 << 8) + 0. Written out, so that a build against other headers
-// does not pass for another host's by chance.
+// The host loads only modules that return its own library version. For 2019: release 21000, interface 52,
+// revision 0. Not the headers' macro: a build against another host's headers must not return that host's
+// version.
 constexpr ULONG kHostLibraryVersion = 0x52083400;
 static_assert(kHostLibraryVersion == (21000u << 16) + (52u << 8), "see above");
 

@@ -4,7 +4,6 @@
 #include "common/string_table.h"
 #include "host/core_access.h"
 #include "plugin/action_table.h"
-#include "plugin/menu.h"
 #include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
@@ -29,27 +28,27 @@ void remove_earlier_menus() {
     RemoveMenu(Text(IDS_EARLIER_MENU_TITLE));
 }
 
-// The host throws its menu bar away and builds it again after the plugins have started.
+// Takes the host's menu bar first, then the table from `find_table`. Does nothing without both.
+void ensure_own_menu(ActionTable* (*find_table)()) {
+    IMenuManager* manager = MenuManager();
+    IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
+    ActionTable* table = find_table();
+    if (main_bar != nullptr && table != nullptr) {
+        EnsureMenu(*manager, *main_bar, *table);
+    }
+}
+
+// The host discards its menu bar and builds it again after the plugins have started.
 void on_system_startup(void*, NotifyInfo*) {
     Guarded("OnSystemStartup", 0, [] {
-        IMenuManager* manager = MenuManager();
-        IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
-        ActionTable* table = FindActionTable();
-        if (main_bar != nullptr && table != nullptr) {
-            EnsureMenu(*manager, *main_bar, *table);
-        }
+        ensure_own_menu(FindActionTable);
         return 0;
     });
 }
 
-void install_actions_and_menu() {
-    IMenuManager* manager = MenuManager();
-    IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
+ActionTable* install_actions() {
     InstallActionTable();
-    ActionTable* table = ActivateInstalledTable(); // a second time (C-18)
-    if (main_bar != nullptr && table != nullptr) {
-        EnsureMenu(*manager, *main_bar, *table);
-    }
+    return ActivateInstalledTable(); // a second time (C-18)
 }
 
 } // namespace
@@ -65,7 +64,7 @@ DWORD Tarvo_Rendering::Start() {
     return Guarded<DWORD>("Start", GUPRESULT_KEEP, [this] {
         ::RegisterNotification(on_system_startup, this, kSystemStartup);
         remove_earlier_menus();
-        install_actions_and_menu();
+        ensure_own_menu(install_actions);
         return GUPRESULT_KEEP;
     });
 }

@@ -1,4 +1,4 @@
-// The plugin object: the host creates it once and starts it; it brings the actions and the menu.
+// The plugin object: the host creates and starts it once; it installs the actions and the menu.
 #pragma once
 
 #include "host/begin_host_headers.h"

@@ -1,4 +1,4 @@
-#include "scene/analysis_codes.h"
+#include "scene/analysis_reader.h"
 
 namespace tarvo {
 
@@ -9,7 +9,7 @@ struct Meaning {
     const char* words;
 };
 
-// The same words as in the listener: scripts/MaxRenderGlobalsParser.ms.
+// scripts/MaxRenderGlobalsParser.ms prints the same words in the listener.
 constexpr Meaning kMeanings[] = {
     {kIncompleteAnalysis, "not everything of this scene could be read"},
     {1000, "the analysis failed as a whole; nothing is known of the scene"},

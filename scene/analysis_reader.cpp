@@ -4,8 +4,7 @@
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
-#include "scene/analysis_codes.h"
-#include "scene/camera_name.h"
+#include "scene/camera.h"
 
 #include <json/value.h>
 
@@ -23,7 +22,7 @@ namespace {
 
 constexpr double kFullCircle = 360.0; // degrees
 
-// The texts that a reading may need, loaded together at its start.
+// All are loaded at the start of every reading, also those that it does not need.
 struct NoticeTexts {
     std::wstring heading = Text(IDS_NOTICE_HEADING);
     std::wstring missing_heading = Text(IDS_NOTICE_MISSING_HEADING);
@@ -34,11 +33,11 @@ struct NoticeTexts {
     std::wstring region = Text(IDS_NOTICE_REGION);
     std::wstring error_107 = Text(IDS_NOTICE_ERROR_107);
     std::wstring cyrillic = Text(IDS_NOTICE_CYRILLIC);
-    std::wstring corona_unlimited = Text(IDS_CORONA_UNLIMITED); // with the others; the dialog shows it
+    std::wstring corona_unlimited = Text(IDS_CORONA_UNLIMITED); // only the dialog shows it
 };
 
-// Entries in order. A text or a number where an array is meant has none, to the library and here; over an
-// object the library would iterate: that is a wrong type.
+// Visits the entries in order, until `visit` returns false. Scalars count as empty, as in JsonCpp. Objects
+// are rejected: JsonCpp would iterate over their members.
 void for_each_entry(const Json::Value& array, const std::function<bool(const Json::Value&)>& visit) {
     if (!array.isArray()) {
         if (array.size() > 0) {
@@ -53,7 +52,7 @@ void for_each_entry(const Json::Value& array, const std::function<bool(const Jso
     }
 }
 
-// Most paths are ASCII from end to end: eight bytes at a time.
+// Eight bytes at a time: nearly all paths are ASCII from end to end.
 const char* skip_ascii(const char* at, const char* end) {
     std::uint64_t block = 0;
     while (end - at >= static_cast<std::ptrdiff_t>(sizeof block)) {
@@ -66,9 +65,8 @@ const char* skip_ascii(const char* at, const char* end) {
     return at;
 }
 
-// U+0400 to U+052F are the two-byte sequences D0 80 to D4 AF, and such a lead byte never stands inside
-// another character: the bytes can be searched as they are. A zero byte ends the text, as it does in the
-// conversion.
+// Searches the UTF-8 bytes: U+0400 to U+052F are the sequences D0 80 to D4 AF, and such a lead byte never
+// occurs inside another character. A zero byte ends the text, as in Utf8ToWide.
 bool holds_cyrillic(const Json::Value& text) {
     const char* begin = nullptr;
     const char* end = nullptr;
@@ -92,7 +90,7 @@ bool holds_cyrillic(const Json::Value& text) {
     return false;
 }
 
-// Each step stands in the order in which the lines and notices must appear.
+// The order of the steps is the order of the lines and notices.
 class Reading {
 public:
     Reading(const Json::Value& root, Logger& log, AnalysisOutcome& outcome)
@@ -127,7 +125,7 @@ private:
         outcome_.messages.push_back(text);
     }
 
-    // False when nothing at all ends a Corona rendering.
+    // False when no limit ends a Corona rendering.
     bool read_corona_limits() {
         const Json::Value& setting = root_["corona_setting"];
         if (!setting.isMember("pass_limit") || !setting.isMember("time_limit") ||
@@ -146,8 +144,9 @@ private:
                 kError);
             return false;
         }
-        outcome_.corona_limits = no_pass_limit && no_noise_limit ? 2 : 3;
-        if (outcome_.corona_limits == 2) {
+        const bool only_time_limited = no_pass_limit && no_noise_limit;
+        outcome_.corona_limits = only_time_limited ? 2 : 3;
+        if (only_time_limited) {
             add_notice(texts_.corona_blocks);
             log_.Write(
                 "Block rendering is not recommended in Corona. Please limit progressive pass and noise level "
@@ -200,7 +199,7 @@ private:
         });
     }
 
-    // These lists bring headings of their own; the general heading is neither shown nor used up.
+    // Each of these lists has a heading of its own; heading_shown_ is neither tested nor changed.
     void add_file_notices(const char* member, const std::wstring& heading, const std::wstring& prefix) {
         bool first = true;
         for_each_entry(root_[member], [&](const Json::Value& entry) {
@@ -227,8 +226,7 @@ private:
         if (setting.isNull()) {
             return false;
         }
-        const bool overrides =
-            setting.isMember("camera_override_fov") && setting["camera_override_fov"].asBool();
+        const bool overrides = setting["camera_override_fov"].asBool();
         const double fov = setting.isMember("camera_fov")
                                ? std::atof(setting["camera_fov"].asString().c_str())
                                : kFullCircle;
@@ -236,7 +234,7 @@ private:
         return overrides && spherical && fov == kFullCircle;
     }
 
-    // False when a camera's name ends in a way that no file name may; the cameras before it stay.
+    // False when a camera's name ends with a blank or a full stop; the cameras before it stay.
     bool read_cameras() {
         const CameraRecord record = camera_template();
         outcome_.has_cameras = true;
@@ -273,13 +271,6 @@ private:
     NoticeTexts texts_;
     bool heading_shown_ = false;
 };
-
-// An empty reason has no line: the library answered no without one.
-void log_refusal(const std::string& reason, Logger& log) {
-    if (!reason.empty()) {
-        log.Write("The analysis text cannot be used: " + reason, kError);
-    }
-}
 
 SceneName scene_name_of(const Json::Value& root, bool parsed, const std::string& refusal) {
     SceneName scene;
@@ -326,8 +317,8 @@ AnalysisOutcome ReadAnalysis(const std::string& text, Logger& log) {
         }
     }
     outcome.scene_name = scene_name;
-    log_refusal(refusal, log);
-    if (outcome.code == 0) { // also for a text that is not JSON (C-20)
+    LogUnusableAnalysis(refusal, log);
+    if (outcome.code == 0) { // also when the text is not JSON (C-20)
         log.Write("Get analyse infomation successfully. Current 3ds Max version is :" + version, kInfo);
     }
     return outcome;
@@ -345,9 +336,15 @@ bool ReportSceneName(const SceneName& scene, Logger& log) {
         log.Write("The scene name is empty!", kWarn);
     } else if (!scene.readable) {
         log.Write("Parse failed in initing scene name!", kWarn);
-        log_refusal(scene.refusal, log);
+        LogUnusableAnalysis(scene.refusal, log);
     }
     return scene.found;
+}
+
+void LogUnusableAnalysis(const std::string& reason, Logger& log) {
+    if (!reason.empty()) {
+        log.Write("The analysis text cannot be used: " + reason, kError);
+    }
 }
 
 } // namespace tarvo

@@ -39,7 +39,7 @@ void SceneData::store(AnalysisOutcome& outcome) {
     if (outcome.has_region) {
         is_region_ = std::move(outcome.is_region);
     }
-    if (outcome.has_cameras) { // else those of an earlier analysis stay (C-21)
+    if (outcome.has_cameras) { // otherwise the cameras of an earlier analysis stay (C-21)
         cameras_ = std::move(outcome.cameras);
     }
     if (outcome.has_gamma) {

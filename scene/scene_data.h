@@ -1,13 +1,13 @@
-// The one process-wide store of everything the plugin knows about the open scene: the analysis text and what
-// was read from it, the user's render options, and the log channel "qfx_data". It outlives every dialog. For
-// the host's user-interface thread only.
+// The one process-wide store of what the plugin knows about the open scene: the analysis text and the values
+// read from it, the user's render options, and the log channel "qfx_data". Outlives every dialog. For the
+// user-interface thread only.
 #pragma once
 
 #include "common/own_file.h"
 #include "common/qfx_noncopyable.h"
 #include "common/window_handle.h"
 #include "scene/analysis_reader.h"
-#include "scene/camera_record.h"
+#include "scene/camera.h"
 
 #include <cstdint>
 #include <string>
@@ -17,19 +17,17 @@ namespace tarvo {
 
 class SceneData : public qfx_Noncopyable {
 public:
-    // The plugin's own; created by the first call.
+    // The plugin's store; created by the first call.
     static SceneData& instance();
 
-    // One more, for a test.
     SceneData();
 
-    // Takes the text over; the argument is left empty.
+    // Moves the text in; leaves the argument empty.
     void set_analysis_text(std::wstring& text);
     const std::wstring& analysis_text() const { return analysis_text_; }
 
-    // Reads analysis_text into the store. 0: done, also when the text is not usable (then only the log
-    // tells); 1: no camera; 2: Corona's limits are all off; 3: a camera's name ends with a blank or a full
-    // stop.
+    // Reads analysis_text into the store. 0: done, also when the text is not usable (only the log says so);
+    // 1: no camera; 2: Corona's limits are all off; 3: a camera's name ends with a blank or a full stop.
     std::int32_t parse_analysis();
 
     const std::vector<std::wstring>& messages() const { return messages_; }
@@ -38,16 +36,15 @@ public:
     void set_num_blocks(std::int32_t blocks) { num_blocks = blocks; }
     void clear_cameras() { cameras_.clear(); }
 
-    // Fills scene name and path from the analysis text; returns the scene name, empty when there is none.
-    // UTF-8. Uses what parse_analysis has read of the same text.
+    // Fills scene name and path from the analysis text; returns the scene name (UTF-8), empty when there is
+    // none. Parses the text only if parse_analysis has not.
     std::string scene_name_from_analysis();
 
     // The UTF-8 path of the scene file to pack, empty when there is none. Saves the scene under the entered
-    // name (UTF-8, with extension) when that is not the current one; fills `name_field` when nothing was
-    // entered.
+    // name (UTF-8, with extension) when that is another name; fills `name_field` when it is empty.
     std::string prepare_scene_file(const std::string& entered_name, WindowHandle name_field);
 
-    // Copies the scene file beside itself under a random suffix. CopyFileW's result: not 0 on success.
+    // Copies the scene file within its folder, with a random suffix. CopyFileW's result: not 0 on success.
     std::int32_t backup_scene_file();
 
     Logger& log() { return log_; }
@@ -78,13 +75,13 @@ public:
     bool ao_channel = false;
     double ao_radius = 1000.0; // scene units
     std::int32_t ao_subdivs = 16;
-    OwnFile made_archive; // the last one that this process packed
+    OwnFile made_archive; // the last archive that this process packed
 
 private:
     void store(AnalysisOutcome& outcome);
 
     SceneName parsed_name_;
-    bool has_parsed_name_ = false; // `parsed_name_` belongs to the present analysis_text_
+    bool has_parsed_name_ = false; // `parsed_name_` is the one in analysis_text_
 };
 
 } // namespace tarvo

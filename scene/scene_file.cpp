@@ -43,4 +43,17 @@ std::wstring WithoutExtension(const std::wstring& file_name) {
                                                : file_name.substr(0, file_name.size() - kExtensionLength);
 }
 
+std::wstring BackupName(const std::wstring& name, int number) {
+    constexpr std::wstring::size_type kDigits = 6;
+    const std::wstring digits = std::to_wstring(number);
+    const std::wstring::size_type zeros = digits.size() < kDigits ? kDigits - digits.size() : 0;
+    return name + L"_" + std::wstring(zeros, L'0') + digits;
+}
+
+std::wstring BackupLogLine(const std::wstring& source, const std::wstring& destination, bool copied,
+                           unsigned long error) {
+    const std::wstring line = L"Backup file from " + source + L" to " + destination;
+    return copied ? line + L" Success!" : line + L" Error! Code is " + static_cast<wchar_t>(error & 0xFFFF);
+}
+
 } // namespace tarvo

@@ -17,7 +17,7 @@ void check_scene_viruses(const PluginConfig& config) {
         {config.antivirusCrpScript, "Check CRP virus for scene"},
     };
     Logger& log = SceneData::instance().log();
-    // A script that removed something saves the scene in its place; nothing else tells the plugin.
+    // A script that removed a virus saves the scene; the plugin has no other sign of it.
     const std::wstring file = SceneFilePath();
     const long long written = LastWriteTime(file);
     for (const auto& check : checks) {

@@ -6,8 +6,8 @@
 
 namespace tarvo {
 
-// In the order ADSL, ALC, CRP; one WARN line on "qfx_data" after each, whatever its outcome (C-13). A last
-// one when the scene's file was written meanwhile.
+// Runs them in the order ADSL, ALC, CRP. Writes a WARN line on "qfx_data" after each, whatever its outcome
+// (C-13), and one more when the scene's file was written meanwhile.
 void check_scene_viruses(const PluginConfig& config);
 
 } // namespace tarvo

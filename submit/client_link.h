@@ -1,25 +1,39 @@
-// The conversation with the farm's desktop client on this machine: one POST, one read of the reply, and what
-// the reply means. Synchronous, on the calling thread, with the HTTP library's own time-outs.
+// The exchange with the farm's desktop client on this machine: one POST, one read of the reply, and the
+// reply's meaning. Synchronous, on the calling thread, with the HTTP library's own time-outs.
 #pragma once
 
 #include "common/logger.h"
 #include "common/window_handle.h"
 #include "submit/plugin_config.h"
 
+#include <cstdint>
 #include <string>
 
 namespace tarvo {
 
-// One ERROR line: the name, run together with "error, code is " (C-52) and the thread's last error code.
-// Takes `const char*`: building a std::string could overwrite GetLastError().
+struct GuidParts {
+    std::uint32_t data1;
+    std::uint16_t data2;
+    std::uint16_t data3;
+    std::uint8_t data4[8];
+};
+
+// 36 characters: upper-case hexadecimal digits and four hyphens.
+std::string FormatGuid(const GuidParts& guid);
+
+// The id of a new submission; on failure empty, with an ERROR line on "qfx_http".
+std::wstring NewTaskGuid();
+
+// Writes one ERROR line: the name, run together with "error, code is " (C-52) and the thread's last error
+// code. Takes `const char*`: building a std::string could overwrite GetLastError().
 void LogLastError(const char* api_name, Logger& log);
 
-// Posts `body` (UTF-8 JSON). Tells the user and the log the outcome; on a failed exchange the submit document
-// (config.jsonPath) is deleted.
+// Posts `body` (UTF-8 JSON). Reports the outcome to the user and the log; deletes the submit document
+// (config.jsonPath) when the exchange fails.
 void PostToClient(PluginConfig config, const std::string& body, WindowHandle owner);
 
-// Shows what the reply's code means and logs it. A code that is not known shows nothing. A reply that is not
-// JSON, or whose code is no whole number, gets one box of its own and a line on the standard output.
+// Shows and logs the meaning of the reply's code; nothing for an unknown code. A reply that is not JSON, or
+// whose code is not a whole number, gets a box of its own and a line on the standard output.
 void HandleClientReply(const std::string& reply, WindowHandle owner);
 
 } // namespace tarvo

@@ -40,7 +40,7 @@ void log_code(const char* text, DWORD code, Logger& log) {
     log.Write(text + std::to_string(code), kError);
 }
 
-void open_connection(Exchange& exchange, const PluginConfig& config, Logger& log) {
+void open_request(Exchange& exchange, const PluginConfig& config, Logger& log) {
     exchange.session.reset(::WinHttpOpen(kUserAgent, WINHTTP_ACCESS_TYPE_DEFAULT_PROXY, WINHTTP_NO_PROXY_NAME,
                                          WINHTTP_NO_PROXY_BYPASS, 0));
     DWORD code = ::GetLastError();
@@ -53,17 +53,13 @@ void open_connection(Exchange& exchange, const PluginConfig& config, Logger& log
     }
     if (!exchange.connection) {
         log_code("Http connect error! ErrorCode: ", code, log);
+        return;
     }
+    exchange.request.reset(::WinHttpOpenRequest(exchange.connection.get(), L"POST", nullptr, nullptr,
+                                                WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
 }
 
-void open_request(Exchange& exchange) {
-    if (exchange.connection) {
-        exchange.request.reset(::WinHttpOpenRequest(exchange.connection.get(), L"POST", nullptr, nullptr,
-                                                    WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, 0));
-    }
-}
-
-// They concern certificates only and mean nothing to plain HTTP (C-36).
+// The flags concern certificates and have no effect on plain HTTP (C-36).
 void relax_security(HINTERNET request, Logger& log) {
     DWORD flags = 0;
     DWORD size = sizeof flags;
@@ -84,7 +80,7 @@ void send(HINTERNET request, const std::string& body, Logger& log) {
     }
     relax_security(request, log);
     const DWORD length = static_cast<DWORD>(body.size());
-    // The library takes the body as void*, and only reads it.
+    // WinHttpSendRequest takes the body as void* but only reads it.
     void* data = const_cast<char*>(body.data());
     if (::WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, data, length, length, 0) == FALSE) {
         LogLastError("WinHttpSendRequest", log);
@@ -96,12 +92,11 @@ void give_up(DWORD code, const std::wstring& document, Logger& log, WindowHandle
     log_code("The data failed to send, please confirm whether the client has been login, Error Code is: ",
              code, log);
     log.Write("Due to client did not land, remove the json file: " + WideToLocale(document), kInfo);
-    // By the wide path it was written under: a narrow one misses it when the folder's name is not plain
-    // ASCII.
+    // By the wide path: a narrow one misses the file when the folder's name is not plain ASCII.
     ::_wremove(document.c_str());
 }
 
-// One read of what is there: a reply that arrives in pieces ends after the first (C-37).
+// One read: a reply that arrives in pieces is cut after the first (C-37).
 void read_reply(HINTERNET request, Logger& log, WindowHandle owner) {
     DWORD available = 0;
     if (::WinHttpQueryDataAvailable(request, &available) == FALSE) {
@@ -131,12 +126,11 @@ void LogLastError(const char* api_name, Logger& log) {
 void PostToClient(PluginConfig config, const std::string& body, WindowHandle owner) {
     Logger log(kHttpChannel);
     Exchange exchange;
-    open_connection(exchange, config, log);
-    open_request(exchange);
+    open_request(exchange, config, log);
     if (exchange.request) {
         send(exchange.request.get(), body, log);
     }
-    // Without a request, or after a failed send, this fails too: every road to a failed exchange ends here.
+    // Also fails without a request and after a failed send: every failed exchange ends here.
     if (::WinHttpReceiveResponse(exchange.request.get(), nullptr) == FALSE) {
         give_up(::GetLastError(), config.jsonPath, log, owner);
         return;

@@ -12,7 +12,7 @@ namespace tarvo {
 
 namespace {
 
-// False when there is no usable code; `refusal` then says why the library gave up, if it did.
+// False when there is no usable code; `refusal` is then the text of what the library threw, if it threw.
 bool read_code(const std::string& reply, int& code, std::string& refusal) {
     Json::Value root;
     if (!ParseJson(reply, root, &refusal)) {
@@ -38,7 +38,7 @@ void HandleClientReply(const std::string& reply, WindowHandle owner) {
         if (!refusal.empty()) {
             log.Write("The client's reply cannot be used: " + refusal, kError);
         }
-        // Goes to the standard output (C-39).
+        // To the standard output (C-39).
         std::cout << "Error " << last_error << " in WinHttpReadData." << std::endl;
         ShowBox(owner, IDS_REPLY_NOT_PARSED);
         log.Write("Get response data failed: parse the data from client failed!", kError);
@@ -46,7 +46,7 @@ void HandleClientReply(const std::string& reply, WindowHandle owner) {
     }
     const ReplyCode* meaning = FindReplyCode(code);
     if (meaning == nullptr) {
-        return; // without a box and without a line (C-38)
+        return; // no box and no line (C-38)
     }
     ShowBox(owner, meaning->text_id, kBoxOk, meaning->caption_id);
     log.Write(meaning->log_text, meaning->level);

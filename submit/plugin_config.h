@@ -1,5 +1,5 @@
 // The plugin's folders and files, the client's address, and the working texts of one submission. A plain
-// record: made afresh for each opening and each submission, copied member by member.
+// record, new for each opening and each submission. The order of the fields is fixed (C-24).
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,12 @@
 
 namespace tarvo {
 
+class SceneData;
+
 struct PluginConfig {
     std::wstring clientIp;
-    std::int32_t clientPort = 80; // only in force in a record that was never loaded
-    std::wstring jsonPath;        // first the folder of submit documents, later the document's full path
+    std::int32_t clientPort = 80; // only in a record that was never loaded
+    std::wstring jsonPath;        // the folder of submit documents; after writing, the document's full path
     std::wstring sevenZipExe;
     std::wstring compressDir;
     std::wstring lowerVersion;
@@ -22,5 +24,9 @@ struct PluginConfig {
     std::wstring antivirusAlcScript;
     std::wstring antivirusCrpScript;
 };
+
+// Fills `config` from the shell's folders and the ini file. Always true: without the ini file the address is
+// empty and the port 0, and the call to the client fails. Logs one line.
+bool LoadClientConfiguration(SceneData& scene, PluginConfig& config);
 
 } // namespace tarvo

@@ -10,7 +10,7 @@ namespace tarvo {
 
 namespace {
 
-// The log texts are fixed (C-50), and so is the empty caption of the first row (C-04).
+// The log texts are fixed (C-50), so is the empty caption of the first row (C-04).
 constexpr ReplyCode kReplyCodes[] = {
     {10001, IDS_REPLY_ACCEPTED, kNoCaption, kInfo, "Submit successfully."},
     {10002, IDS_REPLY_NOT_MAX_PROJECT, IDS_CAPTION, kError,

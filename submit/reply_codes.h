@@ -1,4 +1,4 @@
-// What the desktop client's answer means.
+// The meaning of the desktop client's reply codes.
 #pragma once
 
 namespace tarvo {

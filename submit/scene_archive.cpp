@@ -4,11 +4,9 @@
 #include "common/platform.h"
 #include "common/text.h"
 #include "host/host.h"
-#include "submit/scene_archive_refusal.h"
 
 #include <cstdlib>
 #include <iterator>
-#include <utility>
 
 namespace tarvo {
 
@@ -21,22 +19,19 @@ static_assert(sizeof kTagAlphabet / sizeof kTagAlphabet[0] == kTagAlphabetLength
               "62 characters and a zero");
 
 constexpr char kSwitches[] = " a -mx=3 -mmt=2 -t7z";
-constexpr char kConsoleSwitch[] = " -sccUTF-8";
+constexpr const wchar_t* kConsoleSwitch = L" -sccUTF-8";
 
 template <class Text>
 Text quoted(const Text& path) {
-    constexpr char kBefore[] = {' ', '"'};
-    Text argument(std::begin(kBefore), std::end(kBefore));
-    argument += path;
-    argument += '"';
-    return argument;
+    const Text quote(1, '"');
+    return Text(1, ' ') + quote + path + quote;
 }
 
-// 7-Zip writes each name on its console in the OEM code page. Where that has characters of two bytes, it was
-// seen to end with "Internal Error #282228" at a name that the page lacks; in UTF-8 it lacks none.
+// 7-Zip prints each name in the OEM code page. Where that page has characters of two bytes, 7-Zip was seen to
+// end with "Internal Error #282228" at a name that the page lacks; UTF-8 lacks none.
 std::wstring console_switch(const std::wstring& arguments, const std::wstring& narrow_arguments) {
     const bool needed = arguments != narrow_arguments && HasDoubleByteConsole();
-    return needed ? std::wstring(std::begin(kConsoleSwitch), std::end(kConsoleSwitch) - 1) : std::wstring();
+    return needed ? kConsoleSwitch : std::wstring();
 }
 
 bool refused(SceneData& scene, ArchiveRefusal refusal, const std::string& error = std::string()) {
@@ -46,23 +41,19 @@ bool refused(SceneData& scene, ArchiveRefusal refusal, const std::string& error 
 
 } // namespace
 
-// Unlike FileNameStart, the backslash counts first (C-22).
+// Unlike in FileNameStart, a backslash wins over a slash (C-22).
 std::string ArchiveStem(const std::string& scene_file) {
     std::string::size_type separator = scene_file.rfind('\\');
     if (separator == std::string::npos) {
         separator = scene_file.rfind('/');
     }
-    const std::string::size_type start = separator == std::string::npos ? 0 : separator + 1;
-    const std::string::size_type dot = scene_file.rfind('.');
-    if (dot == std::string::npos || dot < start) {
-        return scene_file.substr(start);
-    }
-    return scene_file.substr(start, dot - start);
+    const std::string name = scene_file.substr(separator == std::string::npos ? 0 : separator + 1);
+    return name.substr(0, name.rfind('.'));
 }
 
 std::wstring ArchiveTag(long long seconds) {
-    // Reseeded on every call: two archives of one second share the tag (C-32). When the scene's name is the
-    // same too, the later one is added to the earlier one's file.
+    // Reseeded on every call: two archives of one second have the same tag (C-32). When the scene's name is
+    // the same too, 7-Zip adds to the earlier archive.
     std::srand(static_cast<unsigned>(seconds));
     std::wstring tag;
     for (int i = 0; i < kTagLength; ++i) {
@@ -84,8 +75,7 @@ std::wstring PackCommandLine(const PluginConfig& config) {
     if (config.archivePath.empty()) {
         return config.sevenZipExe + narrow;
     }
-    // Not by way of packArguments: a '?' in place of a lost character is a wildcard to 7-Zip, and bytes of
-    // one code page are other characters in the other.
+    // Not from packArguments: 7-Zip takes the '?' of a lost character as a wildcard.
     const std::wstring switches(std::begin(kSwitches), std::end(kSwitches) - 1);
     const std::wstring paths = quoted(Utf8ToWide(config.archivePath)) + quoted(Utf8ToWide(config.sceneFile));
     return config.sevenZipExe + switches + console_switch(switches + paths, narrow) + paths;
@@ -95,23 +85,21 @@ bool IsUsableArchiveStem(const std::wstring& stem) {
     return !stem.empty() && stem.back() != L' ' && stem.back() != L'.';
 }
 
-bool PrepareSceneArchive(SceneData& scene, std::string, std::string arguments, std::wstring,
-                         PluginConfig& config) {
+bool PrepareSceneArchive(SceneData& scene, std::string, std::string, std::wstring, PluginConfig& config) {
     if (!PathExists(config.compressDir)) {
         CreateFolder(config.compressDir);
     }
     const std::wstring stem = Utf8ToWide(ArchiveStem(config.sceneFile));
     const std::wstring archive = ArchivePath(config.compressDir, stem, ArchiveTag(SecondsSinceEpoch()));
     config.archivePath = WideToUtf8(archive);
-    arguments = PackArguments(Utf8ToAnsi(config.archivePath), Utf8ToAnsi(config.sceneFile));
-    config.packArguments = std::move(arguments);
+    config.packArguments = PackArguments(Utf8ToAnsi(config.archivePath), Utf8ToAnsi(config.sceneFile));
 
     const ArchiveRefusal refusal = FindArchiveRefusal(config, SceneFilePath());
     if (refusal != ArchiveRefusal::none) {
         return refused(scene, refusal);
     }
-    // The tag can be guessed. To an archive that is locked with a password 7-Zip adds nothing: it asks, on a
-    // console that nobody sees, and the host waits for it.
+    // Another program can guess the tag and leave an archive with a password: 7-Zip would ask for it on a
+    // hidden console, and the host would wait without end.
     const unsigned long error = RemoveForeign(archive, scene.made_archive);
     return error == 0 || refused(scene, ArchiveRefusal::name_taken, std::to_string(error));
 }

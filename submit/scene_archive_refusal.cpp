@@ -1,10 +1,9 @@
-#include "submit/scene_archive_refusal.h"
+#include "submit/scene_archive.h"
 
 #include "common/own_file.h"
 #include "common/text.h"
 #include "host/host.h"
 #include "resources/resource_ids.h"
-#include "submit/scene_archive.h"
 
 #include <algorithm>
 
@@ -12,8 +11,8 @@ namespace tarvo {
 
 namespace {
 
-// Windows' limits, in UTF-16 units: the name of one file, and a command line with its closing zero. The
-// system may put quotation marks around the program's path.
+// Windows' limits in UTF-16 units: a file's name; a command line, less its closing zero and the two quotation
+// marks that the system may put around the program's path.
 constexpr std::wstring::size_type kLongestFileName = 255;
 constexpr std::wstring::size_type kLongestCommandLine = 32767 - 1 - 2;
 
@@ -41,39 +40,21 @@ const RefusalTexts& texts_of(ArchiveRefusal refusal) {
             return row;
         }
     }
-    return kRefusals[0]; // the text that a refusal has always had
+    return kRefusals[0];
 }
 
-// In front of "C:\": the form of a path that is passed on unchecked.
-std::wstring::size_type drive_start(const std::wstring& path) {
-    constexpr const wchar_t* kUnchecked = L"\\\\?\\";
-    return path.compare(0, 4, kUnchecked) == 0 ? 4 : 0;
-}
-
-// 7-Zip ends an argument at a quotation mark, and takes '*' and '?' for wildcards and what follows a colon
-// for a file's second stream. No file has such a name, but a name can be typed.
+// 7-Zip ends an argument at a quotation mark, takes '*' and '?' as wildcards, and takes the text after a
+// colon as the name of a file's second stream. No file has such a name, but the user can type one.
 bool has_impossible_character(const std::wstring& path) {
-    const std::wstring::size_type start = drive_start(path);
+    const std::wstring::size_type start = path.compare(0, 4, L"\\\\?\\") == 0 ? 4 : 0;
     for (std::wstring::size_type at = start; at < path.size(); ++at) {
-        const wchar_t unit = path[at];
-        const bool drive_colon = unit == L':' && at == start + 1;
-        const bool forbidden = std::wstring(L"\"*:<>?|").find(unit) != std::wstring::npos;
-        if (unit < L' ' || (forbidden && !drive_colon)) {
+        const bool drive_colon = path[at] == L':' && at == start + 1;
+        const bool forbidden = std::wstring(L"\"*:<>?|").find(path[at]) != std::wstring::npos;
+        if (path[at] < L' ' || (forbidden && !drive_colon)) {
             return true;
         }
     }
     return false;
-}
-
-bool lost_a_surrogate(const PluginConfig& config, const std::wstring& host_path) {
-    return HasLoneSurrogate(host_path) && WideToUtf8(host_path) == config.sceneFile;
-}
-
-// The stem of a path with backslashes keeps its slashes: with ".." among them the archive would lie outside
-// the compress folder. A drive's colon right before the name ("D:b.max") would make the rest of the archive's
-// name a file's second stream.
-bool leaves_compress_folder(const std::wstring& stem) {
-    return (L"/" + stem + L"/").find(L"/../") != std::wstring::npos || stem.find(L':') != std::wstring::npos;
 }
 
 } // namespace
@@ -84,8 +65,13 @@ ArchiveRefusal FindArchiveRefusal(const PluginConfig& config, const std::wstring
     if (!IsUsableArchiveStem(stem)) {
         return ArchiveRefusal::unusable_name;
     }
-    if (lost_a_surrogate(config, host_path) || has_impossible_character(Utf8ToWide(config.sceneFile)) ||
-        leaves_compress_folder(stem)) {
+    const bool lost_a_surrogate = HasLoneSurrogate(host_path) && WideToUtf8(host_path) == config.sceneFile;
+    // The stem of a path with backslashes keeps its slashes, so ".." could lead out of the compress folder. A
+    // drive's colon right before the name ("D:b.max") would make the rest of the archive's name a file's
+    // second stream.
+    const bool leaves_folder =
+        (L"/" + stem + L"/").find(L"/../") != std::wstring::npos || stem.find(L':') != std::wstring::npos;
+    if (lost_a_surrogate || leaves_folder || has_impossible_character(Utf8ToWide(config.sceneFile))) {
         return ArchiveRefusal::impossible_character;
     }
     const std::wstring::size_type file_name =

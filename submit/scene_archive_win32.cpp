@@ -10,7 +10,7 @@ namespace tarvo {
 
 namespace {
 
-// What 7-Zip writes when it found nothing to pack: a header alone.
+// Bytes. 7-Zip writes only a header when it finds no file to pack.
 constexpr long long kEmptyArchive = 32;
 
 void log_outcome(DWORD exit_code, const std::wstring& archive, Logger& log) {
@@ -27,8 +27,8 @@ void log_outcome(DWORD exit_code, const std::wstring& archive, Logger& log) {
 } // namespace
 
 void RunSevenZip(SceneData& scene, std::string, const PluginConfig& config) {
-    // The program's path holds a blank and is not quoted (C-33): the system finds the program by trying the
-    // path up to each blank in turn. CreateProcessW writes into the command line while it does so.
+    // The program's path has a blank and is not quoted (C-33): CreateProcessW tries the path up to each blank
+    // in turn and writes into the command line meanwhile.
     const std::wstring text = PackCommandLine(config);
     std::vector<wchar_t> command_line(text.c_str(), text.c_str() + text.size() + 1);
 
@@ -44,7 +44,7 @@ void RunSevenZip(SceneData& scene, std::string, const PluginConfig& config) {
     const KernelHandle thread(information.hThread);
     const KernelHandle process(information.hProcess);
     ::WaitForSingleObject(process.get(), INFINITE);
-    DWORD exit_code = STILL_ACTIVE; // when the system does not say
+    DWORD exit_code = STILL_ACTIVE; // if the call below fails
     ::GetExitCodeProcess(process.get(), &exit_code);
     const std::wstring archive = Utf8ToWide(config.archivePath);
     scene.made_archive.path = archive;

@@ -21,7 +21,7 @@ bool has_comment(const Json::Value& value) {
            value.hasComment(Json::commentAfter);
 }
 
-// The document takes nothing of an entry but its path, so the analysis's comments go too.
+// Of an entry the document takes only the path: the analysis's comments go too.
 void drop_comments(Json::Value& value) {
     if (has_comment(value)) {
         Json::Value bare;
@@ -30,7 +30,7 @@ void drop_comments(Json::Value& value) {
     }
 }
 
-// Reduces an entry to its path, as text. False when that is the scene's own.
+// Reduces an entry to its path, as text. False when that is the scene's own path.
 bool reduce_to_foreign_path(Json::Value& entry, const std::string& scene_path) {
     Json::Value& path = entry["path"];
     if (!path.isString()) {
@@ -52,7 +52,7 @@ bool reduce_to_foreign_path(Json::Value& entry, const std::string& scene_path) {
     return true;
 }
 
-// In place: there may be a hundred thousand entries, and nearly all of them stay as they are.
+// In place, for speed: there may be a hundred thousand entries, and nearly all stay unchanged.
 void keep_foreign_references(Json::Value& analysis, const std::string& scene_path) {
     Json::Value& listed = analysis["reference_file"];
     if (listed.isObject() && !listed.empty()) {
@@ -77,12 +77,12 @@ void keep_foreign_references(Json::Value& analysis, const std::string& scene_pat
     drop_comments(listed);
 }
 
-// The analysis writes frames as text; a number counts as its text.
+// Frames are text in the analysis; a number counts as its text.
 bool is_negative(const Json::Value& frame) {
     return DecimalInt(frame.asString()) < 0;
 }
 
-// The static names are not copied into each object.
+// StaticString saves a copy of each name in each object.
 Json::Value camera_object(const std::wstring& name, const CameraRecord& camera) {
     Json::Value object(Json::objectValue);
     object[Json::StaticString("name")] = WideToUtf8(name);
@@ -108,37 +108,37 @@ void set_checked_cameras(Json::Value& analysis, const CameraMap& cameras) {
     }
 }
 
-Json::Value max_options(const DocumentChoices& choices) {
+Json::Value max_options(const SceneData& scene) {
     Json::Value options(Json::objectValue);
-    options["color_channel"] = choices.color_channel;
-    options["ao_channel"] = choices.ao_channel;
-    if (choices.ao_channel) {
-        options["ao_radius"] = choices.ao_radius;
-        options["ao_subdivs"] = choices.ao_subdivs;
+    options["color_channel"] = scene.color_channel;
+    options["ao_channel"] = scene.ao_channel;
+    if (scene.ao_channel) {
+        options["ao_radius"] = scene.ao_radius;
+        options["ao_subdivs"] = scene.ao_subdivs;
     }
-    options["gamma_out"] = static_cast<double>(choices.gamma_out);
+    options["gamma_out"] = static_cast<double>(scene.gamma_out);
     return options;
 }
 
 } // namespace
 
-DocumentProblem BuildSubmitDocument(Json::Value& analysis, const DocumentChoices& choices) {
+DocumentProblem BuildSubmitDocument(Json::Value& analysis, SceneData& scene, const std::string& scene_file) {
     drop_unless_null(analysis, "cameras");
-    keep_foreign_references(analysis, choices.scene_path);
+    keep_foreign_references(analysis, scene.scene_path);
     drop_unless_null(analysis, "errors");
     drop_unless_null(analysis, "missing_file");
-    analysis["name"] = choices.scene_file;
+    analysis["name"] = scene_file;
     if (is_negative(analysis["start_frame"])) {
         return DocumentProblem::start_frame_negative;
     }
     if (is_negative(analysis["end_frame"])) {
         return DocumentProblem::end_frame_negative;
     }
-    set_checked_cameras(analysis, *choices.cameras);
-    const bool in_blocks = choices.num_blocks != 1;
+    set_checked_cameras(analysis, scene.cameras());
+    const bool in_blocks = scene.num_blocks != 1;
     analysis["enable_blocking"] = in_blocks ? 1 : 0; // a number (C-35)
-    analysis["num_blocks"] = in_blocks ? choices.num_blocks : 0;
-    analysis["max_options"] = max_options(choices);
+    analysis["num_blocks"] = in_blocks ? scene.num_blocks : 0;
+    analysis["max_options"] = max_options(scene);
     return DocumentProblem::none;
 }
 

@@ -42,20 +42,6 @@ void report(DocumentProblem problem, Logger& log, WindowHandle owner) {
     }
 }
 
-DocumentChoices collect_choices(SceneData& scene, const PluginConfig& config) {
-    DocumentChoices choices;
-    choices.scene_file = config.sceneFile;
-    choices.scene_path = scene.scene_path;
-    choices.cameras = &scene.cameras();
-    choices.num_blocks = scene.num_blocks;
-    choices.color_channel = scene.color_channel;
-    choices.ao_channel = scene.ao_channel;
-    choices.ao_radius = scene.ao_radius;
-    choices.ao_subdivs = scene.ao_subdivs;
-    choices.gamma_out = scene.gamma_out;
-    return choices;
-}
-
 struct BuiltDocument {
     Json::Value root;
     std::string app_version;
@@ -65,10 +51,8 @@ DocumentProblem build(SceneData& scene, const PluginConfig& config, BuiltDocumen
     std::string refusal;
     if (ParseJson(WideToUtf8(scene.analysis_text()), document.root, &refusal)) {
         try {
-            const DocumentProblem problem =
-                BuildSubmitDocument(document.root, collect_choices(scene, config));
-            // After the checks of the frames, which have boxes of their own, before anything is written, and
-            // without creating the member, which is no part of the edits.
+            const DocumentProblem problem = BuildSubmitDocument(document.root, scene, config.sceneFile);
+            // Only for good frames: a bad frame has its own box. Const: reading must not create the member.
             const Json::Value& analysis = document.root;
             document.app_version =
                 problem == DocumentProblem::none ? analysis["app_version"].asString() : std::string();
@@ -77,9 +61,7 @@ DocumentProblem build(SceneData& scene, const PluginConfig& config, BuiltDocumen
             refusal = error.what();
         }
     }
-    if (!refusal.empty()) {
-        scene.log().Write("The analysis text cannot be used: " + refusal, kError);
-    }
+    LogUnusableAnalysis(refusal, scene.log());
     return DocumentProblem::unusable_analysis;
 }
 
@@ -90,16 +72,14 @@ struct StdioFileTraits {
 };
 using StdioFile = UniqueHandle<StdioFileTraits>;
 
-// The C runtime's error that cut the file short, 0 when it is whole. Binary: the file's bytes are the styled
-// text's, with bare line feeds.
+// 0, or the C runtime's error that cut the file short.
 int write_whole(StdioFile file, const std::string& text) {
     const int write_error = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() ? 0 : errno;
     const int close_error = std::fclose(file.release()) == 0 ? 0 : errno;
     return write_error != 0 ? write_error : close_error;
 }
 
-// A torn document stays where it is and is announced: the client answers that it cannot be read. Only the log
-// says why.
+// A document that was cut short is submitted all the same; the client rejects it.
 void log_written(const std::wstring& path, int error, Logger& log) {
     if (error == 0) {
         log.Write("Write json file at: " + WideToLocale(path) + " successfully.", kInfo);
@@ -124,7 +104,7 @@ bool WriteSubmitDocument(SceneData& scene, WindowHandle owner, PluginConfig& con
         CreateFolder(config.jsonPath);
     }
     const std::wstring path = config.jsonPath + L"/" + guid + L".json";
-    StdioFile file(::_wfopen(path.c_str(), L"wb"));
+    StdioFile file(::_wfopen(path.c_str(), L"wb")); // binary: bare line feeds
     if (!file) {
         report(DocumentProblem::not_opened, scene.log(), owner);
         return false;

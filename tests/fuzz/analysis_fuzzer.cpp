@@ -1,7 +1,7 @@
 // Feeds any bytes, and documents made by one who knows the format, to the analysis reader and the store
 // behind it.
 #include "common/text.h"
-#include "scene/camera_name.h"
+#include "scene/camera.h"
 #include "scene/scene_data.h"
 #include "tests/fuzz/support/analysis_mutator.h"
 #include "tests/fuzz/support/json_tree.h"

@@ -1,5 +1,5 @@
 // The shipped analysis script when the host cannot answer: the rest of the result is what it was.
-#include "scene/analysis_codes.h"
+#include "scene/analysis_reader.h"
 #include "tests/support/scripted_scene.h"
 
 #include <gtest/gtest.h>

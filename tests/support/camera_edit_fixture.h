@@ -1,8 +1,7 @@
 // The camera edit dialog over one picked camera: "Cam", 1500 x 1000, frame 7, PNG, rendered as "Render".
 #pragma once
 
-#include "dialog/camera_edit_dialog.h"
-#include "dialog/main_dialog.h"
+#include "dialog/dialogs.h"
 #include "tests/support/dialog_fixture.h"
 
 namespace support {

@@ -2,7 +2,7 @@
 // with it.
 #pragma once
 
-#include "dialog/main_dialog.h"
+#include "dialog/dialogs.h"
 #include "tests/support/dialog_fixture.h"
 
 namespace support {

@@ -1,4 +1,4 @@
-#include "dialog/camera_edit_dialog.h"
+#include "dialog/dialogs.h"
 #include "tests/support/camera_edit_fixture.h"
 
 #include <stdexcept>

@@ -1,5 +1,5 @@
 #include "dialog/controls.h"
-#include "scene/camera_rules.h"
+#include "scene/camera.h"
 #include "tests/support/dialog_fixture.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // What goes along with the camera edit dialog: the same object as with the main dialog, and no memory of an
 // earlier message.
-#include "common/config_mgr.h"
+#include "dialog/dialogs.h"
 #include "tests/support/main_dialog_fixture.h"
 #include "tests/support/patched_import.h"
 

@@ -1,5 +1,5 @@
 #include "common/platform.h"
-#include "dialog/help_link.h"
+#include "dialog/controls.h"
 #include "tests/support/main_dialog_fixture.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/patience.h"

@@ -1,4 +1,4 @@
-#include "dialog/opening_checks.h"
+#include "dialog/opening_sequence.h"
 
 #include <gtest/gtest.h>
 

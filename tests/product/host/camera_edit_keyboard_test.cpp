@@ -1,5 +1,5 @@
 // The camera edit dialog with the host's own spinner and field, by keyboard.
-#include "dialog/camera_edit_dialog.h"
+#include "dialog/dialogs.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
 #include "resources/resource_ids.h"

@@ -1,8 +1,7 @@
 #include "plugin/action_table.h"
 
-#include "common/config_mgr.h"
 #include "common/message_box.h"
-#include "dialog/main_dialog.h"
+#include "dialog/dialogs.h"
 #include "scene/scene_data.h"
 #include "tests/product/plugin/plugin_fixture.h"
 #include "tests/support/test_boxes.h"

@@ -1,5 +1,4 @@
 #include "plugin/action_table.h"
-#include "plugin/menu.h"
 #include "tests/product/plugin/plugin_fixture.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "scene/camera_rules.h"
+#include "scene/camera.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -9,15 +9,6 @@ using tarvo::CameraCheck;
 using tarvo::CameraMap;
 using tarvo::CameraRow;
 
-class Rows : public tarvo::CameraRows {
-public:
-    explicit Rows(std::vector<CameraRow> rows) : rows_(std::move(rows)) {}
-    CameraRow row(std::size_t index) override { return rows_.at(index); }
-
-private:
-    std::vector<CameraRow> rows_;
-};
-
 constexpr unsigned kClear = 1;
 constexpr unsigned kTicked = 2;
 
@@ -26,11 +17,11 @@ struct Result {
     std::vector<std::string> lines;
 };
 
-Result check(std::vector<CameraRow> rows, CameraMap& cameras) {
+Result check(const std::vector<CameraRow>& rows, CameraMap& cameras) {
     tarvo::Logger log("t_rules", 5, 2, 0);
     const std::size_t mark = support::log_mark("t_rules");
-    Rows source(std::move(rows));
-    const CameraCheck result = tarvo::CheckCameras(source, cameras, log);
+    const auto row = [&rows](int index) { return rows.at(static_cast<std::size_t>(index)); };
+    const CameraCheck result = tarvo::CheckCameras(row, cameras, log);
     return {result, support::log_lines_since("t_rules", mark)};
 }
 

@@ -1,5 +1,4 @@
-#include "scene/camera_name.h"
-#include "scene/scene_backup.h"
+#include "scene/camera.h"
 #include "scene/scene_file.h"
 
 #include <gtest/gtest.h>

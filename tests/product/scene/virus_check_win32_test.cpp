@@ -3,7 +3,8 @@
 
 #include "common/text.h"
 #include "common/win32_handles.h"
-#include "submit/client_configuration.h"
+#include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
 

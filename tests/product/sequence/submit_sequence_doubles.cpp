@@ -2,16 +2,15 @@
 
 #include "common/platform.h"
 #include "common/string_table.h"
-#include "dialog/dialog_window.h"
+#include "dialog/submit_sequence.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
+#include "scene/scene_data.h"
 #include "scene/virus_check.h"
-#include "submit/client_configuration.h"
 #include "submit/client_link.h"
+#include "submit/plugin_config.h"
 #include "submit/scene_archive.h"
-#include "submit/scene_archive_refusal.h"
 #include "submit/submit_document.h"
-#include "submit/task_guid.h"
 #include "tests/support/native/native_platform.h"
 
 #include <gtest/gtest.h>

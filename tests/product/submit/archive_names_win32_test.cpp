@@ -2,7 +2,8 @@
 // hit. TARVO_NAMES says how many names (100 when missing), TARVO_NAMES_SEED which; tools/names.sh sets both.
 #include "common/platform.h"
 #include "common/text.h"
-#include "submit/client_configuration.h"
+#include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 #include "submit/scene_archive.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/random_names.h"

@@ -1,4 +1,5 @@
-#include "submit/client_configuration.h"
+#include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 
 #include "common/platform.h"
 #include "common/text.h"

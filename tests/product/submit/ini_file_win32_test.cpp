@@ -1,5 +1,6 @@
 // The configuration as the system's own ini reader sees it.
-#include "submit/client_configuration.h"
+#include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 
 #include "common/platform.h"
 #include "tests/support/test_folder.h"

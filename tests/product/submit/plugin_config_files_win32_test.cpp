@@ -1,6 +1,7 @@
 // Ini files as people and other programs leave them, and the records that come of them.
 #include "common/platform.h"
-#include "submit/client_configuration.h"
+#include "scene/scene_data.h"
+#include "submit/plugin_config.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/wide_file.h"
 

@@ -3,7 +3,6 @@
 #include "common/platform.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
-#include "submit/scene_archive_refusal.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
 

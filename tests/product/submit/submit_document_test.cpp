@@ -16,7 +16,6 @@
 namespace {
 
 using tarvo::BuildSubmitDocument;
-using tarvo::DocumentChoices;
 using tarvo::DocumentProblem;
 
 constexpr const char* kInputEnding = ".in.json";
@@ -56,29 +55,23 @@ tarvo::CameraMap cameras_of(const Json::Value& list) {
     return cameras;
 }
 
-DocumentChoices choices_of(const Json::Value& input, const tarvo::CameraMap& cameras) {
-    DocumentChoices choices;
-    choices.scene_file = input["scene_file"].asString();
-    choices.scene_path = input["scene_path"].asString();
-    choices.cameras = &cameras;
-    choices.num_blocks = input.get("num_blocks", 1).asInt();
-    choices.color_channel = input["color_channel"].asBool();
-    choices.ao_channel = input["ao_channel"].asBool();
-    choices.ao_radius = input.get("ao_radius", 1000.0).asDouble();
-    choices.ao_subdivs = input.get("ao_subdivs", 16).asInt();
-    choices.gamma_out = input.get("gamma_out", 2.2).asFloat();
-    return choices;
+void choose(tarvo::SceneData& scene, const Json::Value& choices) {
+    scene.scene_path = choices["scene_path"].asString();
+    scene.cameras() = cameras_of(choices["cameras"]);
+    scene.num_blocks = choices.get("num_blocks", 1).asInt();
+    scene.color_channel = choices["color_channel"].asBool();
+    scene.ao_channel = choices["ao_channel"].asBool();
+    scene.ao_radius = choices.get("ao_radius", 1000.0).asDouble();
+    scene.ao_subdivs = choices.get("ao_subdivs", 16).asInt();
+    scene.gamma_out = choices.get("gamma_out", 2.2).asFloat();
 }
 
 // Builds from the text of an analysis, with one unticked camera and no options.
 DocumentProblem build(const std::string& analysis, Json::Value& document) {
     EXPECT_TRUE(tarvo::ParseJson(analysis, document)) << analysis;
-    tarvo::CameraMap cameras;
-    cameras[L"Camera01"];
-    DocumentChoices choices;
-    choices.scene_file = "C:\\a.max";
-    choices.cameras = &cameras;
-    return BuildSubmitDocument(document, choices);
+    tarvo::SceneData scene;
+    scene.cameras()[L"Camera01"];
+    return BuildSubmitDocument(document, scene, "C:\\a.max");
 }
 
 DocumentProblem build(const std::string& analysis) {
@@ -95,14 +88,15 @@ TEST_P(SubmitDocumentGolden, DocumentAndBodyAreAsExpected) {
     Json::Value document = input["analysis"];
     const std::string app_version = document.get("app_version", Json::Value()).asString();
     const Json::Value& choices = input["choices"];
-    const tarvo::CameraMap cameras = cameras_of(choices["cameras"]);
+    const std::string scene_file = choices["scene_file"].asString();
+    tarvo::SceneData scene;
+    choose(scene, choices);
 
-    ASSERT_EQ(BuildSubmitDocument(document, choices_of(choices, cameras)), DocumentProblem::none);
+    ASSERT_EQ(BuildSubmitDocument(document, scene, scene_file), DocumentProblem::none);
     EXPECT_EQ(tarvo::StyledJson(document), support::read_file(base + ".out.json"));
 
-    const Json::Value body =
-        tarvo::BuildRequestBody(choices["scene_file"].asString(), choices["document_file"].asString(),
-                                app_version, choices["archive_path"].asString());
+    const Json::Value body = tarvo::BuildRequestBody(scene_file, choices["document_file"].asString(),
+                                                     app_version, choices["archive_path"].asString());
     EXPECT_EQ(tarvo::StyledJson(body), support::read_file(base + ".body.json"));
 }
 
@@ -173,14 +167,12 @@ TEST(SubmitDocumentSize, LargeScene) {
     for (unsigned i = 0; i < kReferences; ++i) {
         references[i]["path"] = "D:\\maps\\" + std::to_string(i) + ".png";
     }
-    tarvo::CameraMap cameras;
+    tarvo::SceneData scene;
     for (unsigned i = 0; i < kCameras; ++i) {
-        cameras[L"Camera" + std::to_wstring(i)].checked = true;
+        scene.cameras()[L"Camera" + std::to_wstring(i)].checked = true;
     }
-    DocumentChoices choices;
-    choices.scene_path = "D:\\maps\\7.png";
-    choices.cameras = &cameras;
-    ASSERT_EQ(BuildSubmitDocument(analysis, choices), DocumentProblem::none);
+    scene.scene_path = "D:\\maps\\7.png";
+    ASSERT_EQ(BuildSubmitDocument(analysis, scene, "C:\\a.max"), DocumentProblem::none);
     EXPECT_EQ(analysis["reference_file"].size(), kReferences - 1);
     EXPECT_EQ(analysis["cameras"].size(), kCameras);
     EXPECT_EQ(analysis["reference_file"][7]["path"].asString(), "D:\\maps\\8.png");

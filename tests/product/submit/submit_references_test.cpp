@@ -10,11 +10,9 @@ namespace {
 std::string references_of(const std::string& list, const std::string& scene_path = "S") {
     Json::Value document;
     EXPECT_TRUE(tarvo::ParseJson("{\"reference_file\": " + list + "}", document));
-    const tarvo::CameraMap cameras;
-    tarvo::DocumentChoices choices;
-    choices.scene_path = scene_path;
-    choices.cameras = &cameras;
-    EXPECT_EQ(tarvo::BuildSubmitDocument(document, choices), tarvo::DocumentProblem::none);
+    tarvo::SceneData scene;
+    scene.scene_path = scene_path;
+    EXPECT_EQ(tarvo::BuildSubmitDocument(document, scene, ""), tarvo::DocumentProblem::none);
     return document.isMember("reference_file") ? tarvo::StyledJson(document["reference_file"])
                                                : std::string();
 }

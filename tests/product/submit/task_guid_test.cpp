@@ -1,4 +1,4 @@
-#include "submit/task_guid.h"
+#include "submit/client_link.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The task id when the system cannot make one.
-#include "submit/task_guid.h"
+#include "submit/client_link.h"
 
 #include "tests/support/patched_import.h"
 #include "tests/support/test_folder.h"

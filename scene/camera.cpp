@@ -1,13 +1,10 @@
-#include "scene/camera_rules.h"
+#include "scene/camera.h"
 
-#include "common/logger.h"
 #include "common/text.h"
 
 namespace tarvo {
 
 namespace {
-
-constexpr unsigned kClearBox = 1; // state image
 
 struct CheckLine {
     CameraCheck result;
@@ -22,12 +19,20 @@ constexpr CheckLine kLines[] = {
     {CameraCheck::none_checked, "No camera checked!", kError},
 };
 
-CameraCheck check_rows(CameraRows& rows, CameraMap& cameras) {
+void cut(std::wstring& name) {
+    if (name.size() > kMaxCameraName) {
+        const wchar_t last = name[kMaxCameraName - 1];
+        const bool splits_a_pair = last >= 0xD800 && last <= 0xDBFF;
+        name.resize(splits_a_pair ? kMaxCameraName - 1 : kMaxCameraName);
+    }
+}
+
+CameraCheck check_rows(const std::function<CameraRow(int)>& row_at, CameraMap& cameras) {
     bool any_checked = false;
-    // The rows are counted by the collection as it was at the start: an unknown row adds to it.
-    const std::size_t count = cameras.size();
-    for (std::size_t index = 0; index < count; ++index) {
-        const CameraRow row = rows.row(index);
+    // Take the count before the loop: an unknown row inserts a camera.
+    const int count = static_cast<int>(cameras.size());
+    for (int index = 0; index < count; ++index) {
+        const CameraRow row = row_at(index);
         CameraRecord& record = cameras[row.text];
         record.checked = row.state_image != kClearBox;
         if (!record.checked) {
@@ -46,13 +51,29 @@ CameraCheck check_rows(CameraRows& rows, CameraMap& cameras) {
 
 } // namespace
 
+CameraName SplitCameraName(const std::string& name) {
+    CameraName result;
+    std::wstring whole = Utf8ToWide(name);
+    cut(whole);
+    if (!whole.empty() && (whole.back() == L' ' || whole.back() == L'.')) {
+        result.has_bad_ending = true;
+        return result;
+    }
+    result.key = TrimSpaces(whole);
+    result.has_forbidden_characters = ContainsAnyOf(result.key, kForbiddenNameCharacters) != 0;
+    // Removed from the untrimmed name: a leading blank stays (C-23).
+    result.output_name =
+        result.has_forbidden_characters ? RemoveChars(whole, kForbiddenNameCharacters) : result.key;
+    return result;
+}
+
 bool IsUsableCameraName(const std::wstring& name) {
     return !name.empty() && name.front() != L' ' && name.back() != L' ' && name.back() != L'.' &&
            ContainsAnyOf(name, kForbiddenNameCharacters) == 0;
 }
 
-CameraCheck CheckCameras(CameraRows& rows, CameraMap& cameras, Logger& log) {
-    const CameraCheck result = check_rows(rows, cameras);
+CameraCheck CheckCameras(const std::function<CameraRow(int index)>& row, CameraMap& cameras, Logger& log) {
+    const CameraCheck result = check_rows(row, cameras);
     for (const CheckLine& line : kLines) {
         if (line.result == result) {
             log.Write(line.text, line.level);

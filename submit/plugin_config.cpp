@@ -1,7 +1,8 @@
-#include "submit/client_configuration.h"
+#include "submit/plugin_config.h"
 
 #include "common/platform.h"
 #include "common/text.h"
+#include "scene/scene_data.h"
 
 #include <string>
 
@@ -27,7 +28,7 @@ constexpr FolderEntry kEntries[] = {
 } // namespace
 
 bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
-    // Both kinds of separators (C-30), and no port is 0 (C-31).
+    // Both kinds of separators (C-30); a missing port is 0 (C-31).
     const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     for (const FolderEntry& entry : kEntries) {
         config.*entry.field = plugin_folder + entry.below_plugin_folder;

@@ -1,7 +1,7 @@
 // Runs the three scene checks in the host. Their findings are not reported back and never stop a submission.
 #pragma once
 
-// The one upward include of this layer: a plain record without behaviour.
+// The one upward include of this layer: it only reads the record.
 #include "submit/plugin_config.h"
 
 namespace tarvo {

@@ -156,7 +156,7 @@ def main() -> int:
     problems += check_zip(zips[0], version) if len(zips) == 1 else [f"there are {len(zips)} zips"]
     for problem in problems:
         print(problem, file=sys.stderr)
-    print(f"the release {version} was looked at: {len(problems)} problems")
+    print(f"release {version} checked: {len(problems)} problems")
     return 1 if problems else 0
 
 

@@ -12,7 +12,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 # A file includes from its own layer and those before it.
 LAYERS = ["common", "host", "scene", "submit", "dialog", "plugin"]
-# The one look upwards: a plain record without behaviour.
+# The one upward include: the check reads the paths of its scripts from the record.
 ALLOWED_UPWARD = {("scene/virus_check.h", "submit/plugin_config.h")}
 
 HOST_HEADERS = {

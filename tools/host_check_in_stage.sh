@@ -10,7 +10,7 @@ run_check() {
     python3 "$ROOT/tools/read_host_report.py" "$1/TarvoHostCheck.txt"
 }
 run_check "$folder" || die "the stage's host differs from the facts" "The lines above name them."
-answer=$(run_check "$folder/changed") && die "a wrong expectation went unseen" "$answer"
+answer=$(run_check "$folder/changed") && die "the report shows no difference for a wrong expectation" "$answer"
 for fact in language.operators.Arithmetic.1 size.numbers; do
     grep -q "^$fact: " <<<"$answer" || die "the reader does not name $fact" "$answer"
 done

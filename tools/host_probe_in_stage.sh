@@ -19,7 +19,7 @@ probe "$ROOT/tools/host_check/probe_stage.json" probe || die "the stage's host i
 mkdir -p "$folder"
 sed 's/"steps"/"host": {"no_main_menu_bar": true, "save_as_fails": true}, "steps"/' \
     "$ROOT/tools/host_check/probe_stage.json" >"$folder/probe_faults.json"
-answer=$(probe "$folder/probe_faults.json" probe_faults) && die "a host without a menu bar went unseen" "$answer"
+answer=$(probe "$folder/probe_faults.json" probe_faults) && die "the report shows no difference for a host without a menu bar" "$answer"
 for line in 'menu.bar: start.main_menu_bar: expected object, got null' 'stands in: host/max_host.cpp, `MainMenuBar`' \
     'host.saving: saving.under_a_name: expected yes, got no'; do
     grep -qF "$line" <<<"$answer" || die "the reader does not say: $line" "$answer"

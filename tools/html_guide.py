@@ -206,7 +206,7 @@ def main() -> int:
     except Problem as problem:
         print(problem, file=sys.stderr)
         return 1
-    print(f"{count} pages of the guide were made")
+    print(f"{count} pages of the guide written")
     return 0
 
 

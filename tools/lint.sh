@@ -7,8 +7,8 @@ python3 tools/check_sources.py
 python3 tools/check_boxes.py
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
-clang-format --dry-run --Werror "${sources[@]}" || die "the format differs" "Run: clang-format -i on the files above"
-say "${#sources[@]} files have the house format"
+clang-format --dry-run --Werror "${sources[@]}" || die "the files above are not formatted" "Run clang-format -i on them."
+say "${#sources[@]} files are formatted"
 
 python3 tools/clang_checks.py "$TARVO_BUILD_DIR/clang_checks" "$TARVO_BUILD_DIR/mingw-release" "$DEPS_DIR"
 python3 tools/check_windows_target.py "$TARVO_BUILD_DIR/windows_target" "$TARVO_BUILD_DIR/mingw-release"

@@ -61,9 +61,9 @@ quietly "$TARVO_BUILD_DIR/logs/mock-sdk-build.log" "The first error above says w
 for module in TarvoRendering.gup TarvoHostProbe.gup; do
     found=$(imports "$BUILT/bin/$module")
     for library in core maxutil maxscrpt gup paramblk2 menus; do
-        grep -qw "$library.dll" <<<"$found" || die "$module takes nothing from $library.dll" "It imports: $found"
+        grep -qw "$library.dll" <<<"$found" || die "$module imports nothing from $library.dll" "It imports: $found"
     done
     grep -q host_standin <<<"$found" && die "$module imports the stand-in" "It imports: $found"
 done
 [ ! -e "$BUILT/bin/stage.exe" ] || die "with MAXSDK_ROOT the stage is built" "Look at CMakeLists.txt."
-say "module and probe build with MAXSDK_ROOT against the layout of the host's SDK, and import its six libraries"
+say "module and probe build with MAXSDK_ROOT against the layout of the host's SDK, and import all of its libraries"

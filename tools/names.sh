@@ -23,7 +23,7 @@ for ((done = 0, chunk = 0; done < COUNT; done += CHUNK, chunk++)); do
     export TARVO_NAMES=$((COUNT - done < CHUNK ? COUNT - done : CHUNK)) TARVO_NAMES_SEED=$((SEED + chunk))
     output=$(in_wine_buffered "$language" "$PROGRAM" --gtest_brief=1 --gtest_filter='ArchiveNames.*') || {
         printf '%s\n' "$output"
-        die "a name was not packed as it should be" \
+        die "a scene was not packed correctly" \
             "Again: TARVO_NAMES=$TARVO_NAMES TARVO_NAMES_SEED=$TARVO_NAMES_SEED, ArchiveNames.* in win32_tests ($language)."
     }
     line=$(printf '%s\n' "$output" | grep '^names: ')

@@ -46,7 +46,7 @@ fetch_run_dependencies
 step "Building the module and the diagnostics"
 build_preset mingw-release tarvo_module tarvo_diagnostics
 bin=$TARVO_BUILD_DIR/mingw-release/bin
-step "Putting everything together"
+step "Assembling the release"
 make_release "$bin" "$scripts" "$out" "${module:-$bin/TarvoRendering.gup}"
 "$PYTHON" "$ROOT/tools/check_release.py" "$out" "$(release_version)"
 (cd "$out" && ls -l -- *)

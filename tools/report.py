@@ -21,7 +21,7 @@ Json = dict[str, Any]
 # What went wrong, and what to do about it.
 Problem = tuple[str, str]
 
-SEE_CHECK = "This is a fault of the plugin or of the client program: ./test shows which."
+SEE_CHECK = "This is a bug of the plugin or of the client program: ./test shows which."
 SEE_SCENE_FOLDER = "Make sure that nothing removes or changes files while the run lasts, and run again."
 SEE_SEVEN_ZIP = "Remove the folder deps/7-Zip from the build folder and run again; it is then fetched anew."
 CHECK_ADVICE = {
@@ -65,7 +65,7 @@ def read_transcript(path: pathlib.Path) -> Json:
     try:
         transcript = json.loads(path.read_text(encoding="utf-8"))
     except FileNotFoundError:
-        raise Unreadable(f"there is no transcript {path}: the stage did not get to its end") from None
+        raise Unreadable(f"there is no transcript {path}: the stage stopped early") from None
     except (OSError, UnicodeDecodeError, ValueError, RecursionError) as error:
         raise Unreadable(f"the transcript {path} cannot be read: {one_line(error)}") from None
     if not isinstance(transcript, dict):
@@ -180,13 +180,13 @@ def show_pictures(english: list[pathlib.Path], chinese: list[pathlib.Path]) -> N
 
 
 def stage_problems(transcript: Json) -> list[Problem]:
-    """Steps and expectations that failed, and exceptions that the module let out."""
+    """Steps and expectations that failed, and exceptions that escaped from the module."""
     problems = [(f"{outcome.get('place')}: expected {one_line(outcome.get('expected'))}, "
                  f"got {one_line(outcome.get('got'))}",
                  "The step could not be done as the scenario says; run ./test.")
                 for outcome in objects_of(transcript, "outcomes") if not outcome.get("held")]
-    problems += [(f"the module let an exception out: {one_line(entry.get('what'))}",
-                  "This is a fault of the plugin; run ./test.")
+    problems += [(f"an exception escaped from the module: {one_line(entry.get('what'))}",
+                  "This is a bug of the plugin; run ./test.")
                  for entry in objects_of(transcript, "exceptions")]
     return problems
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Everything that can fail: the cross build and its tests under Wine; beside them, with the time that those only wait, the
-# native build under the sanitizers, its tests, the fuzz targets and the checks of the sources. The exit status says it all.
+# Runs every check: the cross build and its tests under Wine; beside them, while those wait, the native build under the
+# sanitizers, its tests, the fuzz targets and the checks of the sources. The exit status is 0 when everything passed.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"
 . "$ROOT/tools/lib/dependencies.sh"
@@ -39,10 +39,10 @@ rest() {
 
 closing_lines() {
     echo
-    step "What the tests came to"
+    step "Results of the tests"
     grep -hE '^[0-9]+% tests passed|^Total Test time' "$LOGS/native-tests.log" "$LOGS/wine-tests.log" || true
     python3 "$ROOT/tools/slowest.py" "$CROSS" "$NATIVE" "$FUZZ"
-    [ -d "$TARVO_REAL_SCENES" ] || say "No real scene was there: the folder $TARVO_REAL_SCENES is missing."
+    [ -d "$TARVO_REAL_SCENES" ] || say "No real scene was tested: the directory $TARVO_REAL_SCENES does not exist."
 }
 
 install_packages "${RUN_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"

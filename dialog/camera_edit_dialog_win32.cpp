@@ -27,7 +27,6 @@ constexpr float kRatioMaximum = 2048.0f;
 constexpr float kRatioStep = 0.001f;
 
 constexpr unsigned kLargestSize = 32768; // pixels
-constexpr const wchar_t* kLargestSizeText = L"32768";
 
 constexpr std::size_t kLongestName = 100;
 
@@ -97,7 +96,7 @@ void show_ratio(HWND dialog, RatioSpinner& spinner) {
 bool cut_to_largest_size(HWND dialog, int id) {
     const bool too_large = static_cast<unsigned>(read_int(dialog, id)) > kLargestSize;
     if (too_large) {
-        ::SetDlgItemTextW(dialog, id, kLargestSizeText);
+        write_int(dialog, id, static_cast<int>(kLargestSize));
     }
     return too_large;
 }

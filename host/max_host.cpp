@@ -38,6 +38,11 @@ BOOL execute_script(const wchar_t* command, FPValue& value) {
 #endif
 }
 
+// The host may return null for an empty text.
+std::wstring or_empty(const wchar_t* text) {
+    return text == nullptr ? std::wstring() : std::wstring(text);
+}
+
 // Copies the text: the host may collect the script value at any time.
 ScriptResult text_of(const FPValue& value) {
     const wchar_t* text = nullptr;
@@ -53,16 +58,9 @@ ScriptResult text_of(const FPValue& value) {
         break;
     }
     ScriptResult result;
-    if (text != nullptr) {
-        result.has_text = true;
-        result.text = text;
-    }
+    result.has_text = text != nullptr;
+    result.text = or_empty(text);
     return result;
-}
-
-// The host may return null for an empty text.
-std::wstring or_empty(const wchar_t* text) {
-    return text == nullptr ? std::wstring() : std::wstring(text);
 }
 
 } // namespace

@@ -20,8 +20,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr double kFullCircle = 360.0; // degrees
-
 // All are loaded at the start of every reading, also those that it does not need.
 struct NoticeTexts {
     std::wstring heading = Text(IDS_NOTICE_HEADING);
@@ -184,19 +182,16 @@ private:
         const Json::Value& errors = root_["errors"];
         if (errors.isNull()) {
             log_.Write("No errors!", kInfo);
-            return;
+        } else if (errors.size() > 0) {
+            for_each_entry(errors["error_code"], [this](const Json::Value& entry) {
+                const int code = DecimalInt(entry["code"].asString());
+                log_.Write(AnalysisCodeLine(code), kWarn);
+                if (code == kIncompleteAnalysis) {
+                    add_notice(texts_.error_107);
+                }
+                return true;
+            });
         }
-        if (errors.size() == 0) {
-            return;
-        }
-        for_each_entry(errors["error_code"], [this](const Json::Value& entry) {
-            const int code = DecimalInt(entry["code"].asString());
-            log_.Write(AnalysisCodeLine(code), kWarn);
-            if (code == kIncompleteAnalysis) {
-                add_notice(texts_.error_107);
-            }
-            return true;
-        });
     }
 
     // Each of these lists has a heading of its own; heading_shown_ is neither tested nor changed.
@@ -227,6 +222,7 @@ private:
             return false;
         }
         const bool overrides = setting["camera_override_fov"].asBool();
+        constexpr double kFullCircle = 360.0; // degrees
         const double fov = setting.isMember("camera_fov")
                                ? std::atof(setting["camera_fov"].asString().c_str())
                                : kFullCircle;

@@ -6,12 +6,8 @@
 
 namespace tarvo {
 
-namespace {
-
 constexpr const char* kExtension = ".max";
 constexpr std::size_t kExtensionLength = 4;
-
-} // namespace
 
 SceneFilePlan PlanSceneFile(const std::string& entered_name, const std::string& current_name,
                             const std::string& current_path) {

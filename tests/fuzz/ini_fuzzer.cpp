@@ -1,9 +1,9 @@
 // Feeds any text as the plugin's ini file to the reading of the configuration and to what the diagnostics
 // make of it. The ini file itself is read by Windows; a double reads it here by the same rules.
-#include "dialog/opening_checks.h"
+#include "dialog/opening_sequence.h"
 #include "packaging/diagnostics/findings.h"
 #include "standin/base/text.h"
-#include "submit/client_configuration.h"
+#include "submit/plugin_config.h"
 #include "tests/fuzz/support/outside.h"
 #include "tests/fuzz/support/rule.h"
 

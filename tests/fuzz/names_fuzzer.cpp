@@ -1,16 +1,12 @@
 // Names of scenes and cameras as UTF-16. The input: a first byte for so many letters in front (the limits lie
 // at 255 and 259 units; most inputs are short), a second that says where the text is parted, then UTF-16
 // units.
-#include "common/path_text.h"
 #include "common/text.h"
-#include "dialog/opening_checks.h"
-#include "scene/camera_name.h"
-#include "scene/camera_rules.h"
-#include "scene/scene_backup.h"
+#include "dialog/opening_sequence.h"
+#include "scene/camera.h"
 #include "scene/scene_file.h"
 #include "standin/base/text.h"
 #include "submit/scene_archive.h"
-#include "submit/scene_archive_refusal.h"
 #include "tests/fuzz/support/outside.h"
 #include "tests/fuzz/support/rule.h"
 
@@ -244,22 +240,18 @@ void check_archive(const std::wstring& scene) {
          "nothing of a name becomes an argument of its own");
 }
 
-struct Rows : tarvo::CameraRows {
-    tarvo::CameraRow row(std::size_t index) override { return rows[index % rows.size()]; }
-    std::vector<tarvo::CameraRow> rows;
-};
-
 void check_table(const std::wstring& one, const std::wstring& other) {
     static tarvo::Logger log(tarvo::kUiChannel);
     tarvo::CameraMap cameras;
     cameras[one];
     cameras[other];
-    Rows rows;
+    std::vector<tarvo::CameraRow> rows;
     for (const auto& camera : cameras) {
-        rows.rows.push_back({camera.first, camera.first.size() % 3 == 0 ? 1u : 2u});
+        rows.push_back({camera.first, camera.first.size() % 3 == 0 ? 1u : 2u});
     }
     outside().forget();
-    const tarvo::CameraCheck result = tarvo::CheckCameras(rows, cameras, log);
+    const auto row = [&rows](int index) { return rows[static_cast<std::size_t>(index) % rows.size()]; };
+    const tarvo::CameraCheck result = tarvo::CheckCameras(row, cameras, log);
     rule(outside().lines.size() == 1, "a check leaves one line");
     bool any = false;
     bool all_usable = true;

@@ -32,8 +32,8 @@ const std::set<std::string> kEdited = {"cameras",    "reference_file", "errors",
                                        "num_blocks", "max_options"};
 
 struct Job {
-    tarvo::DocumentChoices choices;
-    tarvo::CameraMap cameras;
+    tarvo::SceneData scene; // has the choices
+    std::string scene_file;
 };
 
 // Any kind of value is a text, as far as it goes.
@@ -69,16 +69,16 @@ void fill_cameras(const Json::Value& list, tarvo::CameraMap& cameras) {
 }
 
 void fill(const Json::Value& given, Job& job) {
-    fill_cameras(member(given, "cameras"), job.cameras);
-    job.choices.cameras = &job.cameras;
-    job.choices.scene_file = text_of(member(given, "scene_file"));
-    job.choices.scene_path = text_of(member(given, "scene_path"));
-    job.choices.num_blocks = number_of(member(given, "num_blocks"), 1);
-    job.choices.color_channel = member(given, "color_channel") == Json::Value(true);
-    job.choices.ao_channel = member(given, "ao_channel") == Json::Value(true);
-    job.choices.ao_radius = real_of(member(given, "ao_radius"));
-    job.choices.ao_subdivs = number_of(member(given, "ao_subdivs"), 16);
-    job.choices.gamma_out = static_cast<float>(real_of(member(given, "gamma_out")));
+    job.scene.clear_cameras();
+    fill_cameras(member(given, "cameras"), job.scene.cameras());
+    job.scene_file = text_of(member(given, "scene_file"));
+    job.scene.scene_path = text_of(member(given, "scene_path"));
+    job.scene.num_blocks = number_of(member(given, "num_blocks"), 1);
+    job.scene.color_channel = member(given, "color_channel") == Json::Value(true);
+    job.scene.ao_channel = member(given, "ao_channel") == Json::Value(true);
+    job.scene.ao_radius = real_of(member(given, "ao_radius"));
+    job.scene.ao_subdivs = number_of(member(given, "ao_subdivs"), 16);
+    job.scene.gamma_out = static_cast<float>(real_of(member(given, "gamma_out")));
 }
 
 Node tree_of(const Json::Value& value) {
@@ -148,9 +148,9 @@ Outcome expected(const Node& before) {
     return is_negative(at(before, "end_frame")) ? Outcome::end_negative : Outcome::built;
 }
 
-Outcome build(Json::Value& analysis, const tarvo::DocumentChoices& choices) {
+Outcome build(Json::Value& analysis, Job& job) {
     try {
-        switch (tarvo::BuildSubmitDocument(analysis, choices)) {
+        switch (tarvo::BuildSubmitDocument(analysis, job.scene, job.scene_file)) {
         case DocumentProblem::none:
             return Outcome::built;
         case DocumentProblem::start_frame_negative:
@@ -253,31 +253,31 @@ void check_cameras(const Node& before, const Node& after, const tarvo::CameraMap
     }
 }
 
-void check_options(const Node& after, const tarvo::DocumentChoices& choices) {
-    const bool blocks = choices.num_blocks != 1;
+void check_options(const Node& after, const tarvo::SceneData& scene) {
+    const bool blocks = scene.num_blocks != 1;
     rule(is_number(at(after, "enable_blocking"), blocks ? 1 : 0) &&
-             is_number(at(after, "num_blocks"), blocks ? choices.num_blocks : 0),
+             is_number(at(after, "num_blocks"), blocks ? scene.num_blocks : 0),
          "the blocks are the user's");
     const Node& options = at(after, "max_options");
-    rule(options.members.size() == (choices.ao_channel ? 5u : 3u), "the options have no other members");
-    rule(is_truth(at(options, "color_channel"), choices.color_channel) &&
-             is_truth(at(options, "ao_channel"), choices.ao_channel) &&
-             is_number(at(options, "gamma_out"), static_cast<double>(choices.gamma_out)),
+    rule(options.members.size() == (scene.ao_channel ? 5u : 3u), "the options have no other members");
+    rule(is_truth(at(options, "color_channel"), scene.color_channel) &&
+             is_truth(at(options, "ao_channel"), scene.ao_channel) &&
+             is_number(at(options, "gamma_out"), static_cast<double>(scene.gamma_out)),
          "the options are the user's");
-    rule(!choices.ao_channel || (is_number(at(options, "ao_radius"), choices.ao_radius) &&
-                                 is_number(at(options, "ao_subdivs"), choices.ao_subdivs)),
+    rule(!scene.ao_channel || (is_number(at(options, "ao_radius"), scene.ao_radius) &&
+                               is_number(at(options, "ao_subdivs"), scene.ao_subdivs)),
          "the occlusion's numbers are the user's");
 }
 
-void check_document(const Node& before, const Node& after, const Job& job) {
+void check_document(const Node& before, const Node& after, Job& job) {
     rule(after.kind == Kind::object, "a document is an object");
     check_kept(before, after);
     check_dropped(before, after, "errors");
     check_dropped(before, after, "missing_file");
-    check_references(before, after, job.choices.scene_path);
-    check_cameras(before, after, job.cameras);
-    check_options(after, job.choices);
-    rule(at(after, "name") == text_node(job.choices.scene_file), "the name is the scene's that is submitted");
+    check_references(before, after, job.scene.scene_path);
+    check_cameras(before, after, job.scene.cameras());
+    check_options(after, job.scene);
+    rule(at(after, "name") == text_node(job.scene_file), "the name is the scene's that is submitted");
     for (const char* frame : {"start_frame", "end_frame"}) {
         rule(after.find(frame) != nullptr && at(after, frame) == at(before, frame),
              "frames stay, or become null");
@@ -285,9 +285,9 @@ void check_document(const Node& before, const Node& after, const Job& job) {
 }
 
 // Built again from itself, a document differs in explicit nulls alone.
-void check_again(const Json::Value& document, const Node& after, const Job& job) {
+void check_again(const Json::Value& document, const Node& after, Job& job) {
     Json::Value again = document;
-    rule(build(again, job.choices) == Outcome::built, "a document can be built from a document");
+    rule(build(again, job) == Outcome::built, "a document can be built from a document");
     Node twice = tree_of(again);
     Node once = after;
     for (Node* each : {&once, &twice}) {
@@ -321,13 +321,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     Json::Value analysis = member(root, "analysis");
-    Job job;
+    static Job job;
     fill(member(root, "choices"), job);
     const fuzz::JsonText before = fuzz::read_json(fuzz::compact(analysis, size * 8 + 64));
     if (!before.good) {
         return 0; // nested more deeply than our reader goes
     }
-    const Outcome outcome = build(analysis, job.choices);
+    const Outcome outcome = build(analysis, job);
     rule(outcome == expected(before.root), "an analysis is refused for its kinds and its frames alone");
     if (outcome == Outcome::built) {
         const Node after = tree_of(analysis);

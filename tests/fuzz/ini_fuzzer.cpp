@@ -2,6 +2,7 @@
 // make of it. The ini file itself is read by Windows; a double reads it here by the same rules.
 #include "dialog/opening_sequence.h"
 #include "packaging/diagnostics/findings.h"
+#include "scene/scene_data.h"
 #include "standin/base/text.h"
 #include "submit/plugin_config.h"
 #include "tests/fuzz/support/outside.h"

@@ -86,12 +86,15 @@ BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
 }
 
 ActionTable* InstallActionTable() {
-    IActionManager* manager = ActionManager();
-    if (manager == nullptr) {
+    if (CoreInterface() == nullptr) {
         return nullptr;
     }
     TSTR name(Text(IDS_ACTION_OPEN).c_str());
     std::unique_ptr<Tarvo_ActionTable> table(new Tarvo_ActionTable(name));
+    IActionManager* manager = ActionManager();
+    if (manager == nullptr) {
+        return nullptr;
+    }
     manager->RegisterActionContext(kActionContextId, kActionContextName);
     manager->RegisterActionTable(table.get());
     ActionTable* registered = table.release(); // the host's from now on

@@ -274,12 +274,18 @@ def used_marks(sources: dict, mutants: list, without_switch: set) -> dict:
         for other in refers.get(name, ()):
             found += numbers(other, seen)
         return found
+    def calls(names, separator):
+        used = [number for name in names for number in numbers(name, set())]
+        return "".join(f"mutants_used({first}, {last}){separator} " for first, last in ranges(used))
     marks = {}
     for source in sources.values():
+        places = marks.setdefault(source.name, [])
         for (start, end), name in source.uses.items():
-            calls = "".join(f"mutants_used({first}, {last}), " for first, last in ranges(numbers(name, set())))
-            if calls:
-                marks.setdefault(source.name, []).append(Edit(start, end, "(" + calls, ")"))
+            if calls([name], ","):
+                places.append(Edit(start, end, "(" + calls([name], ","), ")"))
+        for start, names in source.uses_in.items():
+            if calls(names, ";"):
+                places.append(Edit(start, start + 1, calls(sorted(names), ";")))
     return marks
 
 

@@ -34,6 +34,8 @@ class Source:
         self.is_read = False
         # variable -> places where a function uses it
         self.uses = {}
+        # the place behind a function's opening brace -> variables that it uses as the argument of a macro
+        self.uses_in = {}
         # variable -> the variables that its initializer uses
         self.refers = {}
         self.seen = set()
@@ -57,6 +59,7 @@ class Finder:
         self.sources = {}
         self.function = ""
         self.variable = ""
+        self.body = 0
         # constants of the product: (file, type) -> names in order of declaration
         self.siblings = {}
 
@@ -101,10 +104,12 @@ class Finder:
                 start, end = extent(cursor)
                 source.preparations.append(("", Edit(start, end, blank(source.piece(start, end)), replaces=True)))
             return
-        outer_function, outer_variable = self.function, self.variable
+        outer_function, outer_variable, outer_body = self.function, self.variable, self.body
         if kind in FUNCTIONS:
             self.function = cursor.spelling
             self.variable = ""
+            bodies = [child for child in cursor.get_children() if child.kind == Kind.COMPOUND_STMT]
+            self.body = extent(bodies[0])[0] + 1 if bodies else 0
             self.early_return(source, cursor)
         elif kind in (Kind.CLASS_DECL, Kind.STRUCT_DECL):
             self.function = cursor.spelling
@@ -117,7 +122,7 @@ class Finder:
         for child in children:
             if child.location.file is not None and self.source(child.location.file.name) is source:
                 self.visit(source, child)
-        self.function, self.variable = outer_function, outer_variable
+        self.function, self.variable, self.body = outer_function, outer_variable, outer_body
 
     def look_at(self, source, cursor):
         kind = cursor.kind
@@ -328,10 +333,14 @@ class Finder:
         start, end = extent(cursor)
         text = source.piece(start, end)
         name = re.split(r"::", text)[-1]
-        if target is None or not NAME.match(name) or target.location.file is None:
+        if target is None or target.location.file is None:
             return
         home = self.source(target.location.file.name)
         if home is None:
+            return
+        if name != target.spelling:
+            if target.kind == Kind.VAR_DECL and self.body:
+                source.uses_in.setdefault(self.body, set()).add(target.spelling)
             return
         if target.kind == Kind.ENUM_CONSTANT_DECL:
             names = [one.spelling for one in target.semantic_parent.get_children()]

@@ -190,7 +190,9 @@ class Programs:
 
     def list_tests(self, program: str) -> str:
         builds = self.workshop.builds
-        environment = self.environment(0, {})
+        # Tests with a parameter for each file of the data are listed from the data.
+        drive = "" if program in NATIVE else "Z:"
+        environment = self.environment(0, {"TARVO_TEST_DATA": f"{drive}{self.workshop.tree}/tests/data"})
         if program in NATIVE:
             command = [str(builds / "native-asan/bin" / program), "--gtest_list_tests"]
         else:

@@ -2,6 +2,7 @@
 #include "common/own_file.h"
 
 #include "common/platform.h"
+#include "common/text.h"
 #include "tests/support/patched_import.h"
 
 #include <gtest/gtest.h>
@@ -92,6 +93,20 @@ TEST(Platform, PluginFilesLieInTheMachinesFolder) {
     wchar_t folder[MAX_PATH] = {};
     ASSERT_NE(::GetEnvironmentVariableW(L"ProgramData", folder, MAX_PATH), 0u);
     EXPECT_EQ(tarvo::CommonAppDataFolder(), folder);
+}
+
+TEST(Platform, FolderIsMadeOnce) {
+    wchar_t temporary[MAX_PATH] = {};
+    ASSERT_NE(::GetTempPathW(MAX_PATH, temporary), 0u);
+    const std::wstring wide = std::wstring(temporary) + L"tarvo made once";
+    const std::string narrow = tarvo::WideToLocale(wide);
+    ::RemoveDirectoryW(wide.c_str());
+    EXPECT_TRUE(tarvo::CreateFolder(wide));
+    EXPECT_FALSE(tarvo::CreateFolder(wide));
+    ASSERT_TRUE(::RemoveDirectoryW(wide.c_str()));
+    EXPECT_TRUE(tarvo::CreateFolder(narrow));
+    EXPECT_FALSE(tarvo::CreateFolder(narrow));
+    EXPECT_TRUE(::RemoveDirectoryW(wide.c_str()));
 }
 
 struct CodePage {

@@ -1,5 +1,6 @@
 #include "common/text.h"
 #include "tests/support/dialog_fixture.h"
+#include "tests/support/patched_import.h"
 
 namespace {
 
@@ -197,6 +198,31 @@ TEST_F(Fields, ALongNoticeCanBeScrolledSideways) {
     int highest = -1;
     ASSERT_TRUE(::GetScrollRange(warnings, SB_HORZ, &lowest, &highest));
     EXPECT_GE(highest, measured(std::wstring(500, L'W')) - 1);
+}
+
+int g_contexts = 0;
+int WINAPI count_release(HWND window, HDC context) {
+    --g_contexts;
+    const auto release = reinterpret_cast<decltype(&::ReleaseDC)>(
+        ::GetProcAddress(::GetModuleHandleW(L"user32.dll"), "ReleaseDC"));
+    return release(window, context);
+}
+
+HDC WINAPI count_context(HWND window) {
+    ++g_contexts;
+    const auto get =
+        reinterpret_cast<decltype(&::GetDC)>(::GetProcAddress(::GetModuleHandleW(L"user32.dll"), "GetDC"));
+    return get(window);
+}
+
+TEST_F(Fields, TheDeviceContextOfTheListIsReleased) {
+    const PatchedImport get("user32.dll", "GetDC", reinterpret_cast<void*>(&count_context));
+    const PatchedImport release("user32.dll", "ReleaseDC", reinterpret_cast<void*>(&count_release));
+    ASSERT_TRUE(get.installed());
+    ASSERT_TRUE(release.installed());
+    g_contexts = 0;
+    EXPECT_TRUE(ui.ShowWarnings(warnings, {L"one", L"two"}));
+    EXPECT_EQ(g_contexts, 0);
 }
 
 } // namespace

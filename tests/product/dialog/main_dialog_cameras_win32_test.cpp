@@ -96,6 +96,15 @@ TEST_F(MainDialogCameras, ADoubleClickWithoutAFocusedSelectedRowKeepsTheTicksAnd
     EXPECT_EQ(ui.selected_cameras(), Names({L"Cam C"}));
 }
 
+TEST_F(MainDialogCameras, ADoubleClickOnTheFirstRowEditsIt) {
+    open();
+    focus(0);
+    const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
+    EXPECT_EQ(double_click(0), 1);
+    EXPECT_TRUE(driver.has_acted());
+    EXPECT_EQ(ui.selected_cameras(), Names({L"Cam A"}));
+}
+
 TEST_F(MainDialogCameras, ARowBeyondTheCameraCollectionIsNotEdited) {
     open();
     scene.cameras().erase(L"Cam C");

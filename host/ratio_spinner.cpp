@@ -9,12 +9,22 @@
 
 #include "host/end_host_headers.h"
 
+#include <new>
+
 namespace tarvo {
 
 namespace {
 
+// Without memory for the owner the interface is still released.
 std::unique_ptr<RatioSpinner> owned(ISpinnerControl* control) {
-    return std::unique_ptr<RatioSpinner>(control == nullptr ? nullptr : new RatioSpinner(control));
+    std::unique_ptr<RatioSpinner> spinner;
+    if (control != nullptr) {
+        spinner.reset(new (std::nothrow) RatioSpinner(control));
+        if (spinner == nullptr) {
+            ::ReleaseISpinner(control);
+        }
+    }
+    return spinner;
 }
 
 } // namespace

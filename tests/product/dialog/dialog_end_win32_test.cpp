@@ -1,5 +1,5 @@
 // What the dialogs end with.
-#include "dialog/camera_edit_dialog.h"
+#include "dialog/dialogs.h"
 #include "tests/support/main_dialog_fixture.h"
 #include "tests/support/patched_import.h"
 

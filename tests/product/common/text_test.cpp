@@ -139,6 +139,7 @@ TEST(Text, EverySurrogateIsKnownAndNoNeighbourTakenForOne) {
         EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high)));
         for (const unsigned low : {0xDC00u, 0xDFFFu}) {
             EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(low)));
+            EXPECT_TRUE(tarvo::HasLoneSurrogate(L"a" + unit(low)));
             EXPECT_FALSE(tarvo::HasLoneSurrogate(unit(high) + unit(low)));
             EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high) + unit(low) + unit(low)));
             EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high) + unit(high) + unit(low)));

@@ -60,7 +60,12 @@ bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted
     for (const std::wstring& option : client_options(wanted)) {
         arguments += L" " + base::quoted(option);
     }
-    base::StartedProgram started = base::start_program(program, arguments);
+    // What it prints goes nowhere: to the console that it would get otherwise each line takes long under
+    // Wine.
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    const tarvo::FileHandle nowhere(
+        ::CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr));
+    base::StartedProgram started = base::start_program(program, arguments, nowhere.get());
     if (!started.process) {
         problem =
             base::to_utf8(program) + ": cannot be started (error " + std::to_string(started.error) + ")";
@@ -101,13 +106,17 @@ void ClientProcess::stop() {
     port_ = 0;
 }
 
+void ClientProcess::forget_requests() {
+    forgotten_ = static_cast<std::size_t>(base::file_size(record_file_));
+}
+
 Json::Value ClientProcess::requests() const {
     Json::Value list(Json::arrayValue);
     std::string content;
     if (record_file_.empty() || !base::read_file(record_file_, content)) {
         return list;
     }
-    std::size_t from = 0;
+    std::size_t from = forgotten_;
     while (from < content.size()) {
         const std::size_t end = content.find('\n', from);
         Json::Value request =

@@ -14,8 +14,8 @@ class ClientProcess {
 public:
     ClientProcess() = default;
     ~ClientProcess() { stop(); }
-    ClientProcess(const ClientProcess&) = delete;
-    ClientProcess& operator=(const ClientProcess&) = delete;
+    ClientProcess(ClientProcess&&) = default;
+    ClientProcess& operator=(ClientProcess&&) = default;
 
     // `wanted`: the scenario's "client". Its files go into `folder`; port 0: a free one. Returns false and
     // sets `problem` to an error message.
@@ -24,6 +24,10 @@ public:
     void stop();
 
     int port() const { return port_; }
+
+    bool is_running() const { return static_cast<bool>(process_); }
+    // What was recorded so far is not among the requests.
+    void forget_requests();
 
     // Every request so far, also of clients that were stopped: the lines of the record, with the body as
     // "json" where it is JSON.
@@ -37,6 +41,7 @@ private:
     std::wstring ready_file_;
     std::wstring record_file_;
     std::wstring stop_file_;
+    std::size_t forgotten_ = 0; // bytes of the record
     int port_ = 0;
 };
 

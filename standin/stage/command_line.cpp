@@ -46,6 +46,8 @@ base::Arguments parse_options(const std::vector<std::wstring>& arguments, const 
     base::add_path(app, "--seven-zip", options.seven_zip,
                    "the directory that 7z.exe and 7z.dll are copied from");
     base::add_path(app, "--scripts", options.scripts, "the directory that the scripts are copied from");
+    base::add_path(app, "--faults", options.faults,
+                   "plays the scenario once for each fault in this file (see tools/sweep.py)");
     base::add_path(app, "--print-language", options.print_language,
                    "prints the language that this scenario wants (en or zh)");
     app.add_flag("--installed", options.installed,

@@ -22,6 +22,7 @@ struct Options {
     std::wstring seven_zip;             // --seven-zip; empty: none is copied
     std::wstring scripts;               // --scripts
     std::wstring print_language;        // --print-language
+    std::wstring faults;                // --faults; empty: the scenario is played once
     bool installed = false;             // --installed
     bool windows_radio_buttons = false; // --windows-radio-buttons
 };

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 namespace stage {
 
 using AnyFunction = void (*)();
@@ -15,5 +17,9 @@ struct ImportPatch {
 
 // True when the module imports the function and its entry was replaced.
 bool replace_import(HMODULE module, const ImportPatch& patch);
+
+// Calls `visit` with the name and the address of each import; what it returns, unless null, replaces the
+// function.
+void visit_imports(HMODULE module, const std::function<AnyFunction(const char*, AnyFunction)>& visit);
 
 } // namespace stage

@@ -6,6 +6,7 @@
 #include "standin/stage/scenario.h"
 #include "standin/stage/stage_for_person.h"
 #include "standin/stage/stage_run.h"
+#include "standin/stage/sweep.h"
 
 #include <windows.h>
 
@@ -74,11 +75,14 @@ int run_scenario(const Options& options) {
                       system_language() + "' (under Wine LC_ALL decides; see --print-language)");
     }
     const OneAtATime turn;
-    StageRun run(options, scenario);
-    g_run = &run;
     ::SetUnhandledExceptionFilter(&on_crash);
     std::signal(SIGABRT, &on_abort);
     try {
+        if (!options.faults.empty()) {
+            return sweep_faults(options, scenario, [](StageRun* run) { g_run = run; });
+        }
+        StageRun run(options, scenario);
+        g_run = &run;
         return run.run();
     } catch (const Json::Exception& error) { // a value of the wrong type
         return refuse(base::to_utf8(base::name_of(options.scenario)) +

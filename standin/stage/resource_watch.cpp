@@ -130,13 +130,17 @@ BOOL WINAPI watched_find_close(HANDLE search) {
 
 HDC WINAPI watched_get_dc(HWND window) {
     const HDC context = ORIGINAL(GetDC, get_dc)(window);
-    g_ledger->created("device context", context);
+    if (context != nullptr) {
+        g_ledger->created("device context", context);
+    }
     return context;
 }
 
 HDC WINAPI watched_get_window_dc(HWND window) {
     const HDC context = ORIGINAL(GetWindowDC, get_window_dc)(window);
-    g_ledger->created("device context", context);
+    if (context != nullptr) {
+        g_ledger->created("device context", context);
+    }
     return context;
 }
 

@@ -3,10 +3,12 @@
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
 #include "standin/stage/expectations.h"
+#include "standin/stage/fault_injector.h"
 #include "standin/stage/heap_watch.h"
 #include "standin/stage/resource_watch.h"
 #include "standin/stage/scenario.h"
 #include "standin/stage/steps.h"
+#include "standin/stage/sweep.h"
 
 #include <cstdio>
 #include <thread>
@@ -74,6 +76,7 @@ void CallList::on_call(const char* name, const std::wstring& arguments) {
     entry["name"] = name;
     entry["arguments"] = base::to_utf8(arguments);
     transcript_.append("host_calls", entry);
+    count_host_call(name);
 }
 
 StageRun::StageRun(const Options& given, const Json::Value& wanted)
@@ -120,13 +123,18 @@ bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis
 }
 
 bool StageRun::start_client(const Json::Value& wanted, std::string& problem) {
+    if (!fault.isNull() && client.is_running()) {
+        client.forget_requests();
+        return true;
+    }
     return client.start(base::absolute_path(options.client), wanted, out_, data.adopted_port(), problem);
 }
 
 // Everything outside the module: folders, the client, the plugin's data folder.
 bool StageRun::prepare_outside(std::string& problem) {
     for (const wchar_t* old : {L"transcript.json", L"client-requests.jsonl", L"scene"}) {
-        if (!base::remove_tree(out_file(old))) {
+        const bool in_use = client.is_running() && std::wstring(old) == L"client-requests.jsonl";
+        if (!in_use && !base::remove_tree(out_file(old))) {
             problem = base::to_utf8(out_file(old)) + ": cannot be removed";
             return false;
         }
@@ -183,6 +191,17 @@ bool StageRun::play_earlier_run(std::string& problem) {
     return true;
 }
 
+// A file's name begins with "scene/" or is below the data folder.
+void StageRun::install_fault() {
+    const std::wstring name = base::to_wide(fault.get("file", "").asString());
+    const bool of_scene = name.compare(0, 6, L"scene/") == 0;
+    const std::wstring file = of_scene ? out_file(name) : base::joined(data.path(), name);
+    install_shortcuts(module.handle());
+    install_fault_injector(module.handle(), fault, [this, file] {
+        file_fault_.begin(fault["action"].asString(), file, out_file(L"aside"));
+    });
+}
+
 bool StageRun::open_module(std::string& problem) {
     if (!module.load(base::absolute_path(options.module), problem)) {
         return false;
@@ -192,6 +211,9 @@ bool StageRun::open_module(std::string& problem) {
     dialogs.reset(new DialogWatch(transcript, frame.window(), options.windows_radio_buttons));
     boxes.reset(new BoxWatch(transcript, module, *dialogs));
     boxes->prepare(scenario);
+    if (!fault.isNull()) {
+        install_fault();
+    }
     boxes->install(module.handle());
     dialogs->install(module.handle());
     install_resource_watch(module.handle(), transcript, ledger);
@@ -266,7 +288,10 @@ void StageRun::end() {
     plugin.stop();
     transcript.set("menus_after_stop", menu_lines());
     module.unload();
-    client.stop();
+    end_faults();
+    if (fault.isNull()) {
+        client.stop();
+    }
     transcript.set("leaks", ledger.open());
 }
 
@@ -275,6 +300,19 @@ void StageRun::gather() {
     transcript.set("files", data.appeared());
     transcript.set("logs", data.logs());
     transcript.set("milliseconds", static_cast<Json::Int64>(::GetTickCount64() - started_));
+}
+
+// What the scenario's main part came to, before the part that shows that everything still works.
+void StageRun::end_of_faults() {
+    end_faults();
+    file_fault_.restore();
+    transcript.set("leaks", ledger.open());
+    gather();
+    Json::Value so_far = transcript.copy();
+    for (const char* key : {"texts", "commands", "module", "watched_imports", "start_scripts"}) {
+        so_far.removeMember(key);
+    }
+    transcript.set("before_recovery", so_far);
 }
 
 void StageRun::judge(const Json::Value& expect, const std::string& place) {
@@ -315,6 +353,7 @@ int StageRun::report() {
 }
 
 int StageRun::run() {
+    blocks_before_ = heap_use().blocks;
     std::string problem;
     if (!prepare(problem)) {
         std::fputs(("error: " + problem + "\n").c_str(), stderr);
@@ -323,6 +362,12 @@ int StageRun::run() {
     play();
     end();
     gather();
+    if (!fault.isNull()) {
+        transcript.set("faults", fault_report());
+        transcript.set("escaped", static_cast<Json::Int64>(host_sdk::escaped_exceptions()));
+        transcript.set("heap_blocks_kept", static_cast<Json::Int64>(heap_use().blocks - blocks_before_));
+        return kExitHeld;
+    }
     return report();
 }
 

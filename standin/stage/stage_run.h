@@ -7,6 +7,7 @@
 #include "standin/stage/command_line.h"
 #include "standin/stage/data_folder.h"
 #include "standin/stage/dialog_watch.h"
+#include "standin/stage/file_fault.h"
 #include "standin/stage/frame_window.h"
 #include "standin/stage/ledger.h"
 #include "standin/stage/module_file.h"
@@ -59,12 +60,14 @@ public:
     std::string place();
     void fail(const std::string& place, const std::string& expected, const std::string& got);
     void judge(const Json::Value& expect, const std::string& place);
+    void end_of_faults();
 
     std::wstring out_file(const std::wstring& name) const;
     std::wstring scene_folder() const { return out_file(L"scene"); }
 
     const Options& options;
     const Json::Value& scenario;
+    Json::Value fault; // of a sweep; else null
     Transcript transcript;
     Ledger ledger;
     FrameWindow frame;
@@ -84,6 +87,7 @@ private:
     bool prepare_outside(std::string& problem);
     bool play_earlier_run(std::string& problem);
     void connect_host();
+    void install_fault();
     bool open_module(std::string& problem);
     bool start_plugin();
     void play();
@@ -94,6 +98,8 @@ private:
     std::wstring out_;
     std::wstring kept_menus_;
     unsigned long long started_;
+    std::size_t blocks_before_ = 0;
+    FileFault file_fault_;
     std::mutex place_mutex_;
     std::string place_;
     std::atomic<bool> given_up_{false};

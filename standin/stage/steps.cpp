@@ -79,10 +79,15 @@ void Steps::start_clock() {
 void Steps::run_all() {
     const Json::Value& limits = run_.scenario["limits"];
     total_ = Deadline::in_seconds(limits.get("total_seconds", kDefaultTotalSeconds).asUInt());
-    run_steps(run_.scenario["steps"], "steps");
-    run_.place("closing what is still open");
-    start_clock();
-    close_everything();
+    for (const char* part : {"steps", "recovery"}) {
+        run_steps(run_.scenario[part], part);
+        run_.place("closing what is still open");
+        start_clock();
+        close_everything();
+        if (std::string(part) == "steps" && !run_.fault.isNull()) {
+            run_.end_of_faults();
+        }
+    }
     locks_.clear();
 }
 
@@ -154,7 +159,7 @@ void Steps::settle() {
 
 HWND Steps::wait_for_box() {
     BoxSearch search = {run_.dialogs.get(), nullptr};
-    while (search.found == nullptr) {
+    while (search.found == nullptr && run_.boxes->any_open()) { // a box that is not shown ends at once
         call([&search] {
             ::EnumThreadWindows(::GetCurrentThreadId(), &look_for_box, reinterpret_cast<LPARAM>(&search));
         });
@@ -167,6 +172,9 @@ HWND Steps::wait_for_box() {
 
 void Steps::answer(const OpenBox& box) {
     const HWND window = wait_for_box();
+    if (window == nullptr) {
+        return;
+    }
     if (!box.screenshot.empty()) {
         picture(window, box.screenshot);
     }

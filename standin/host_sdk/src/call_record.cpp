@@ -64,7 +64,7 @@ std::wstring show(const void* pointer) {
 }
 
 void report(const char* name, const std::wstring& arguments) {
-    run_foreign([&] { state().recorder->on_call(name, arguments); });
+    state().recorder->on_call(name, arguments); // what it throws, the host throws
 }
 
 } // namespace host_sdk

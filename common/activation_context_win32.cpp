@@ -24,14 +24,18 @@ ActivationContextHandle create_context() {
 }
 
 struct ModuleContext {
-    ActivationContextHandle handle = create_context();
-    DWORD error = ::GetLastError();
+    ActivationContextHandle handle;
+    DWORD error = ERROR_SUCCESS;
 };
 
 class ActivationScope {
 public:
     ActivationScope() {
-        static const ModuleContext context;
+        static ModuleContext context;
+        if (!context.handle) { // the first time, or it could not be made: without it no window opens
+            context.handle = create_context();
+            context.error = ::GetLastError();
+        }
         active_ = context.handle && ::ActivateActCtx(context.handle.get(), &cookie_) != FALSE;
         error_ = context.handle ? ::GetLastError() : context.error;
     }

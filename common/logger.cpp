@@ -49,9 +49,13 @@ void Logger::open_current() {
     stream->open(baseName + ".log", std::ios_base::out | std::ios_base::app);
 }
 
+// What cannot be written is lost (C-62).
 void Logger::Write(std::string message, std::string level) {
     if (!stream) {
         return;
+    }
+    if (stream->is_open()) {
+        stream->clear(); // a line that could not be written does not silence the ones after it
     }
     *stream << time_stamp() << " [" << level << "] " << message << std::endl;
     const std::fstream::pos_type position = stream->tellp();

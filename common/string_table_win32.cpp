@@ -1,5 +1,7 @@
 #include "common/string_table.h"
 
+#include "common/logger.h"
+
 #include <windows.h>
 
 namespace tarvo {
@@ -27,7 +29,13 @@ const wchar_t* LookUpText(unsigned id) {
 
 std::wstring Text(unsigned id) {
     const wchar_t* text = LookUpText(id);
-    return text == nullptr ? std::wstring() : std::wstring(text);
+    if (text == nullptr) {
+        const DWORD error = ::GetLastError();
+        WriteErrorLine(kUiChannel, "A text could not be loaded: number " + std::to_string(id) +
+                                       ", system error " + std::to_string(error));
+        return std::wstring();
+    }
+    return text;
 }
 
 } // namespace tarvo

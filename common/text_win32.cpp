@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* kChineseLocale = "chs";
 
-// No encoding needs more units than the text has bytes, so one pass is enough.
+// Empty when the system does not convert (C-65). No encoding needs more units than the text has bytes, so one
+// pass is enough.
 std::wstring to_wide(UINT code_page, const char* text, int length) {
     std::wstring wide(static_cast<std::size_t>(length), L'\0');
     if (length > 0) {

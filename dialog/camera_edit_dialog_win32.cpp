@@ -52,7 +52,7 @@ int read_int(HWND dialog, int id) {
 }
 
 void write_int(HWND dialog, int id, int value) {
-    ::SetDlgItemTextW(dialog, id, std::to_wstring(value).c_str());
+    SetControlText(dialog, id, std::to_wstring(value));
 }
 
 void place_caret(HWND dialog, int id, std::size_t position) {
@@ -80,10 +80,16 @@ private:
     LONG_PTR before_;
 };
 
+void log_no_spinner() {
+    WriteErrorLine(kUiChannel, "The host gave no spinner: width and height do not follow each other.");
+}
+
 std::unique_ptr<RatioSpinner> linked_spinner(HWND dialog) {
-    std::unique_ptr<RatioSpinner> spinner = RatioSpinnerOf(::GetDlgItem(dialog, IDC_EDIT_RATIO_SPIN));
+    std::unique_ptr<RatioSpinner> spinner = RatioSpinnerOf(DialogItem(dialog, IDC_EDIT_RATIO_SPIN));
     if (spinner) {
-        spinner->link_to_edit(::GetDlgItem(dialog, IDC_EDIT_RATIO));
+        spinner->link_to_edit(DialogItem(dialog, IDC_EDIT_RATIO));
+    } else {
+        log_no_spinner();
     }
     return spinner;
 }
@@ -169,6 +175,8 @@ void lock_ratio(HWND dialog, const CameraRecord& camera) {
     ::SendDlgItemMessageW(dialog, IDC_EDIT_RATIO_LOCK, BM_SETCHECK, BST_CHECKED, 0);
     if (spinner) {
         spinner->disable();
+    } else {
+        log_no_spinner();
     }
 }
 
@@ -184,12 +192,12 @@ void on_confirm(HWND dialog) {
     if (name.front() == L' ' || name.back() == L' ') {
         show_name_box(dialog, IDS_NAME_BLANKS_TRIMMED);
         name = TrimSpaces(name);
-        ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, name.c_str());
+        SetControlText(dialog, IDC_EDIT_NAME, name);
         place_caret(dialog, IDC_EDIT_NAME, name.size());
     }
     if (name.empty()) {
         show_name_box(dialog, IDS_NAME_EMPTY);
-        ::SetFocus(::GetDlgItem(dialog, IDC_EDIT_NAME));
+        ::SetFocus(DialogItem(dialog, IDC_EDIT_NAME));
         return;
     }
     UiState::instance().ApplyCameraEdits(dialog, SceneData::instance().cameras());
@@ -264,18 +272,25 @@ void UiState::InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND d
     write_int(dialog, IDC_EDIT_WIDTH, camera.image_width);
     write_int(dialog, IDC_EDIT_HEIGHT, camera.image_height);
     if (camera.image_height != 0) {
-        lock_ratio(dialog, camera);
+        // What the host's spinner throws must not leave the other fields empty.
+        Guarded(
+            "LockRatio", 0,
+            [&] {
+                lock_ratio(dialog, camera);
+                return 0;
+            },
+            kUiChannel);
     }
     write_int(dialog, IDC_EDIT_START_FRAME, camera.start_frame);
-    ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, camera.img_output_name.c_str());
+    SetControlText(dialog, IDC_EDIT_NAME, camera.img_output_name);
 
-    HWND formats = ::GetDlgItem(dialog, IDC_EDIT_FORMAT);
+    HWND formats = DialogItem(dialog, IDC_EDIT_FORMAT);
     fill_combo(formats, kFormatTexts);
     const LRESULT found = ::SendMessageW(formats, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
                                          reinterpret_cast<LPARAM>(camera.image_format.c_str()));
     ::SendMessageW(formats, CB_SETCURSEL, static_cast<WPARAM>(found == CB_ERR ? 0 : found), 0);
 
-    HWND spherical = ::GetDlgItem(dialog, IDC_EDIT_SPHERICAL);
+    HWND spherical = DialogItem(dialog, IDC_EDIT_SPHERICAL);
     fill_combo(spherical, kSphericalTexts);
     ::SendMessageW(spherical, CB_SETCURSEL, camera.is_spherical ? kSphericalYes : 0, 0);
 }
@@ -288,7 +303,7 @@ void UiState::CheckCameraNameField(HWND dialog, int id, const std::wstring& inva
     } else if (ContainsAnyOf(name, invalid_set) != 0) {
         log.Write("You are setting camera name that contain invalid characters.", kWarn);
         show_name_box(dialog, IDS_NAME_CHARACTERS_REMOVED);
-        ::SetDlgItemTextW(dialog, IDC_EDIT_NAME, RemoveChars(name, invalid_set).c_str());
+        SetControlText(dialog, IDC_EDIT_NAME, RemoveChars(name, invalid_set));
         log.Write("Remove invalid characters successfully.", kInfo);
         place_caret(dialog, IDC_EDIT_NAME, name.size());
     }

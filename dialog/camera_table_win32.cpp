@@ -48,14 +48,15 @@ void insert_column(HWND list, const ColumnHead& head) {
 }
 
 // Takes the text by value: the control's record has a pointer to non-const text.
-void write_cell(HWND list, UINT message, int row, Column column, std::wstring text) {
+bool write_cell(HWND list, UINT message, int row, Column column, std::wstring text) {
     LVITEMW item = {};
     item.mask = LVIF_TEXT;
     item.iItem = row;
     item.iSubItem = column;
     item.pszText = &text[0];
     item.cchTextMax = kControlTextLimit;
-    ::SendMessageW(list, message, 0, reinterpret_cast<LPARAM>(&item));
+    const LRESULT result = ::SendMessageW(list, message, 0, reinterpret_cast<LPARAM>(&item));
+    return message == LVM_INSERTITEMW ? result == row : result != FALSE;
 }
 
 void set_box(HWND list, int row, bool ticked) {
@@ -67,8 +68,25 @@ void set_box(HWND list, int row, bool ticked) {
 
 enum class Boxes { unticked, from_records };
 
+// Whether every cell took its text.
+bool add_row(HWND list, int row, const CameraMap::value_type& entry, Boxes boxes) {
+    const CameraRecord& camera = entry.second;
+    bool whole = write_cell(list, LVM_INSERTITEMW, row, kCamera, entry.first);
+    if (boxes == Boxes::from_records) {
+        set_box(list, row, camera.checked);
+    }
+    whole = write_cell(list, LVM_SETITEMW, row, kWidth, std::to_wstring(camera.image_width)) && whole;
+    whole = write_cell(list, LVM_SETITEMW, row, kHeight, std::to_wstring(camera.image_height)) && whole;
+    whole = write_cell(list, LVM_SETITEMW, row, kStartFrame, std::to_wstring(camera.start_frame)) && whole;
+    whole = write_cell(list, LVM_SETITEMW, row, kFormat, camera.image_format) && whole;
+    whole = write_cell(list, LVM_SETITEMW, row, kRenderName, camera.img_output_name) && whole;
+    // After the cells to its right (C-15).
+    return write_cell(list, LVM_SETITEMW, row, kSpherical, Text(camera.is_spherical ? IDS_YES : IDS_NO)) &&
+           whole;
+}
+
 // False without a list or cameras; the list then stays as it is.
-bool show_cameras(HWND list, const CameraMap& cameras, Boxes boxes) {
+bool show_cameras(HWND list, const CameraMap& cameras, Boxes boxes, Logger& log) {
     if (list == nullptr || cameras.empty()) {
         return false;
     }
@@ -77,20 +95,13 @@ bool show_cameras(HWND list, const CameraMap& cameras, Boxes boxes) {
         ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
     }
     int row = 0;
+    int broken = 0;
     for (const CameraMap::value_type& entry : cameras) {
-        const CameraRecord& camera = entry.second;
-        write_cell(list, LVM_INSERTITEMW, row, kCamera, entry.first);
-        if (boxes == Boxes::from_records) {
-            set_box(list, row, camera.checked);
-        }
-        write_cell(list, LVM_SETITEMW, row, kWidth, std::to_wstring(camera.image_width));
-        write_cell(list, LVM_SETITEMW, row, kHeight, std::to_wstring(camera.image_height));
-        write_cell(list, LVM_SETITEMW, row, kStartFrame, std::to_wstring(camera.start_frame));
-        write_cell(list, LVM_SETITEMW, row, kFormat, camera.image_format);
-        write_cell(list, LVM_SETITEMW, row, kRenderName, camera.img_output_name);
-        // After the cells to its right (C-15).
-        write_cell(list, LVM_SETITEMW, row, kSpherical, Text(camera.is_spherical ? IDS_YES : IDS_NO));
+        broken += add_row(list, row, entry, boxes) ? 0 : 1;
         ++row;
+    }
+    if (broken > 0 || ::SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) != row) {
+        log.Write("The camera table is not whole: rows with empty cells: " + std::to_string(broken), kError);
     }
     return true;
 }
@@ -126,13 +137,13 @@ bool UiState::CreateCameraTableHead(HWND list) {
 }
 
 bool UiState::CreateCameraTable(HWND list, const CameraMap& cameras) {
-    const bool shown = show_cameras(list, cameras, Boxes::unticked);
+    const bool shown = show_cameras(list, cameras, Boxes::unticked, log);
     log.Write(shown ? "Create camera table successfully." : kNothingToShow, shown ? kInfo : kWarn);
     return shown;
 }
 
 bool UiState::UpdateCameraTable(HWND list, const CameraMap& cameras) {
-    const bool shown = show_cameras(list, cameras, Boxes::from_records);
+    const bool shown = show_cameras(list, cameras, Boxes::from_records, log);
     log.Write(shown ? "Update camera table successfully." : kNothingToShow, shown ? kInfo : kWarn);
     return shown;
 }
@@ -141,11 +152,11 @@ bool UiState::SelectAllCameras(HWND dialog, CameraMap& cameras) {
     for (CameraMap::value_type& entry : cameras) {
         entry.second.checked = true;
     }
-    return UpdateCameraTable(::GetDlgItem(dialog, IDC_MAIN_CAMERAS), cameras);
+    return UpdateCameraTable(DialogItem(dialog, IDC_MAIN_CAMERAS), cameras);
 }
 
 bool UiState::InvertCameraSelection(HWND dialog, CameraMap& cameras) {
-    HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    HWND list = DialogItem(dialog, IDC_MAIN_CAMERAS);
     // Take the count before the loop: an unknown row inserts a camera.
     const int count = static_cast<int>(cameras.size());
     for (int index = 0; index < count; ++index) {
@@ -156,7 +167,7 @@ bool UiState::InvertCameraSelection(HWND dialog, CameraMap& cameras) {
 }
 
 std::int32_t UiState::validate_cameras(HWND dialog, CameraMap& cameras) {
-    HWND list = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    HWND list = DialogItem(dialog, IDC_MAIN_CAMERAS);
     const auto row = [list](int index) { return ReadCameraRow(list, index); };
     return static_cast<std::int32_t>(CheckCameras(row, cameras, log));
 }

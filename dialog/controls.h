@@ -1,6 +1,7 @@
 // Helpers for controls. Needs windows.h.
 #pragma once
 
+#include "dialog/submit_sequence.h"
 #include "scene/camera.h"
 
 #include <windows.h>
@@ -12,15 +13,18 @@ namespace tarvo {
 // A control's text is read into buffers of this size, the closing zero included.
 constexpr int kControlTextLimit = 260;
 
-inline std::wstring ControlText(HWND control) {
-    wchar_t buffer[kControlTextLimit] = {};
-    ::GetWindowTextW(control, buffer, kControlTextLimit);
-    return buffer;
-}
+// What could not be read is empty, and the log has a line.
+std::wstring ControlText(HWND control);
 
 inline std::wstring ControlText(HWND dialog, int id) {
-    return ControlText(::GetDlgItem(dialog, id));
+    return ControlText(DialogItem(dialog, id));
 }
+
+// Shows `text` in a control; the log has a line when that fails.
+void SetControlText(HWND dialog, int id, const std::wstring& text);
+
+// Of the radio buttons for the block count the first one.
+void CheckNoBlocks(HWND dialog);
 
 // A row of the camera table; a row that does not exist has an empty text and no box.
 CameraRow ReadCameraRow(HWND list, int index);

@@ -57,10 +57,41 @@ std::wstring installed_page(std::wstring page) {
     return CommonAppDataFolder() + kPackageFolder + page;
 }
 
+void log_control(const char* line, int control, DWORD error) {
+    WriteErrorLine(kUiChannel, line + std::to_string(control) + ", system error " + std::to_string(error));
+}
+
 } // namespace
 
 WindowHandle DialogItem(WindowHandle dialog, int control) {
-    return ::GetDlgItem(dialog, control);
+    const HWND window = ::GetDlgItem(dialog, control);
+    if (window == nullptr) {
+        log_control("The dialog has no control ", control, ::GetLastError());
+    }
+    return window;
+}
+
+std::wstring ControlText(HWND control) {
+    wchar_t buffer[kControlTextLimit] = {};
+    if (::GetWindowTextW(control, buffer, kControlTextLimit) == 0) {
+        const DWORD error = ::GetLastError();
+        if (::GetWindowTextLengthW(control) > 0) { // else it is empty
+            log_control("What a control shows could not be read: control ", ::GetDlgCtrlID(control), error);
+        }
+    }
+    return buffer;
+}
+
+void SetControlText(HWND dialog, int id, const std::wstring& text) {
+    if (::SetDlgItemTextW(dialog, id, text.c_str()) == FALSE) {
+        log_control("A control could not be set: control ", id, ::GetLastError());
+    }
+}
+
+void CheckNoBlocks(HWND dialog) {
+    if (::CheckRadioButton(dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1) == FALSE) {
+        log_control("A control could not be set: control ", IDC_MAIN_BLOCKS_1, ::GetLastError());
+    }
 }
 
 bool IsBoxChecked(WindowHandle dialog, int control) {
@@ -73,7 +104,7 @@ void CloseDialog(WindowHandle dialog, int result) {
 
 void UiState::InitOutputControls(HWND dialog) {
     ::SendDlgItemMessageW(dialog, IDC_MAIN_AO_RADIUS_SPIN, UDM_SETRANGE32, 0, kRadiusSpinMaximum);
-    ::SetDlgItemTextW(dialog, IDC_MAIN_AO_RADIUS, kInitialRadius);
+    SetControlText(dialog, IDC_MAIN_AO_RADIUS, kInitialRadius);
     ::SendDlgItemMessageW(dialog, IDC_MAIN_AO_SUBDIVS_SPIN, UDM_SETRANGE, 0,
                           MAKELPARAM(kSubdivsMaximum, kSubdivsMinimum));
     ::SendDlgItemMessageW(dialog, IDC_MAIN_AO_SUBDIVS_SPIN, UDM_SETPOS, 0, MAKELPARAM(kInitialSubdivs, 0));
@@ -81,14 +112,15 @@ void UiState::InitOutputControls(HWND dialog) {
 }
 
 void UiState::ShowGamma(HWND dialog, float value) {
-    ::SetDlgItemTextW(dialog, IDC_MAIN_GAMMA, OneDecimal(value).c_str());
+    SetControlText(dialog, IDC_MAIN_GAMMA, OneDecimal(value));
 }
 
 void UiState::StepFloatField(HWND dialog, int id, float delta, float step, float minimum, float maximum) {
     const double value = StepNumber(ReadFloatField(dialog, id), delta, step, minimum, maximum);
-    ::SetDlgItemTextW(dialog, id, OneDecimal(value).c_str());
+    SetControlText(dialog, id, OneDecimal(value));
 }
 
+// Anything but a number is 0 (C-64).
 double UiState::ReadFloatField(HWND dialog, int id) {
     return ::_wtof(ControlText(dialog, id).c_str());
 }
@@ -125,6 +157,9 @@ bool UiState::ShowWarnings(HWND list, const std::vector<std::wstring>& messages)
             }
             ::SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(message.c_str()));
         }
+    }
+    if (::SendMessageW(list, LB_GETCOUNT, 0, 0) != static_cast<LRESULT>(messages.size())) {
+        log.Write("The list of notices is not whole.", kError);
     }
     log.Write("Get warnning infomation of current scene successfully.", kInfo);
     return true;

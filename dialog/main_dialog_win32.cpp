@@ -53,7 +53,7 @@ INT_PTR submit(const Call& call) {
 }
 
 HWND camera_table(const Call& call) {
-    return ::GetDlgItem(call.dialog, IDC_MAIN_CAMERAS);
+    return DialogItem(call.dialog, IDC_MAIN_CAMERAS);
 }
 
 INT_PTR refill_table(const Call& call) {
@@ -71,7 +71,8 @@ INT_PTR select_all_cameras(const Call& call) {
     return kHandled;
 }
 
-// Writes the table's check marks into the store; returns the number of rows.
+// Writes the table's check marks into the store; returns the number of rows. A row that no camera belongs to
+// adds one (C-67).
 int store_check_marks(HWND list) {
     CameraMap& cameras = SceneData::instance().cameras();
     CameraMap marked = cameras;
@@ -156,9 +157,9 @@ INT_PTR choose_blocks(const Call& call) {
     SceneData& scene = SceneData::instance();
     if (scene.is_region() == "true") {
         ShowBox(call.dialog, IDS_BLOCKS_WITH_REGION);
-        ::CheckRadioButton(call.dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
+        CheckNoBlocks(call.dialog);
         // On the refused button the focus would show the box again each time the dialog is activated.
-        ::SetFocus(::GetDlgItem(call.dialog, IDC_MAIN_BLOCKS_1));
+        ::SetFocus(DialogItem(call.dialog, IDC_MAIN_BLOCKS_1));
         return choose_no_blocks(call);
     }
     const std::int32_t blocks = LOWORD(call.w_param) == IDC_MAIN_BLOCKS_10 ? kSomeBlocks : kMostBlocks;

@@ -1,6 +1,7 @@
 #include "dialog/opening_sequence.h"
 
 #include "common/message_box.h"
+#include "dialog/controls.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
 #include "scene/analysis_run.h"
@@ -60,11 +61,11 @@ bool findings_accepted(HWND dialog, std::int32_t code) {
 
 void fill(HWND dialog, SceneData& scene, bool first_opening) {
     UiState& ui = UiState::instance();
-    ::CheckRadioButton(dialog, IDC_MAIN_BLOCKS_1, IDC_MAIN_BLOCKS_LAST, IDC_MAIN_BLOCKS_1);
+    CheckNoBlocks(dialog);
     scene.set_num_blocks(1);
-    ui.SetSceneName(::GetDlgItem(dialog, IDC_MAIN_SCENE_NAME), scene.scene_name_from_analysis());
-    ui.ShowWarnings(::GetDlgItem(dialog, IDC_MAIN_WARNINGS), scene.messages());
-    HWND table = ::GetDlgItem(dialog, IDC_MAIN_CAMERAS);
+    ui.SetSceneName(DialogItem(dialog, IDC_MAIN_SCENE_NAME), scene.scene_name_from_analysis());
+    ui.ShowWarnings(DialogItem(dialog, IDC_MAIN_WARNINGS), scene.messages());
+    HWND table = DialogItem(dialog, IDC_MAIN_CAMERAS);
     if (table != nullptr) {
         ::SendMessageW(table, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
                        LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);

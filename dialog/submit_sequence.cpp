@@ -66,7 +66,7 @@ int RunSubmitSequence(WindowHandle dialog) {
         return kStopped;
     }
     store_options(dialog, ui, scene);
-    SaveScene();
+    SaveScene(); // its outcome is not tested (C-68)
     const WindowHandle name_field = DialogItem(dialog, IDC_MAIN_SCENE_NAME);
     const std::string entered_name = ui.GetSceneName(name_field); // UTF-8, with the extension
     const std::string scene_file = scene.prepare_scene_file(entered_name, name_field);
@@ -75,7 +75,7 @@ int RunSubmitSequence(WindowHandle dialog) {
         return kNothingToSubmit;
     }
     const std::wstring task_id = NewTaskGuid();
-    if (task_id.empty()) {
+    if (task_id.empty()) { // without a box (C-66)
         return kNothingToSubmit;
     }
     PluginConfig config;
@@ -90,7 +90,7 @@ int RunSubmitSequence(WindowHandle dialog) {
         CloseDialog(dialog, 0); // the only stop that does (C-10)
         return kStopped;
     }
-    RunSevenZip(scene, entered_name, config);
+    RunSevenZip(scene, entered_name, config); // its outcome is not tested (C-60)
     SleepMilliseconds(kWaitAfterPacking);
     std::string body;
     if (!WriteSubmitDocument(scene, dialog, config, task_id, body)) {

@@ -9,6 +9,7 @@ namespace tarvo {
 int RunSubmitSequence(WindowHandle dialog);
 
 // Its calls on the dialog's window. fields_win32.cpp implements them; native tests define their own.
+// Null, with a line in the log, when the dialog has no such control.
 WindowHandle DialogItem(WindowHandle dialog, int control);
 bool IsBoxChecked(WindowHandle dialog, int control);
 void CloseDialog(WindowHandle dialog, int result);

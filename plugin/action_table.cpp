@@ -109,8 +109,9 @@ ActionTable* FindActionTable() {
 
 ActionTable* ActivateInstalledTable() {
     ActionTable* table = FindActionTable();
-    if (table != nullptr) {
-        activate(*ActionManager());
+    IActionManager* manager = table == nullptr ? nullptr : ActionManager(); // it may be gone by now
+    if (manager != nullptr) {
+        activate(*manager);
     }
     return table;
 }

@@ -1,5 +1,6 @@
 #include "plugin/action_table.h"
 
+#include "common/guard.h"
 #include "common/string_table.h"
 #include "host/core_access.h"
 #include "resources/resource_ids.h"
@@ -24,20 +25,33 @@ IMenuBarContext* own_context(IMenuManager& manager) {
     return static_cast<IMenuBarContext*>(manager.GetContext(kMenuBarContextId));
 }
 
-// Appends a new item, which `set_up` has made an action, a separator or a sub-menu.
+// Appends a new item, which `set_up` has made an action, a separator or a sub-menu. False without one.
 template <class SetUp>
-void append_item(IMenu& menu, SetUp set_up) {
+bool append_item(IMenu& menu, SetUp set_up) {
     IMenuItem* item = ::GetIMenuItem();
-    if (item != nullptr) {
-        set_up(*item);
-        menu.AddItem(item, -1);
+    if (item == nullptr) {
+        WriteErrorLine(kDataChannel, "The host gave no menu item.");
+        return false;
     }
+    set_up(*item);
+    menu.AddItem(item, -1);
+    return true;
+}
+
+void add_action(IMenu& menu, ActionTable& table, int command_id) {
+    append_item(menu, [&](IMenuItem& item) {
+        ActionItem* action = table.GetAction(command_id);
+        if (action == nullptr) {
+            WriteErrorLine(kDataChannel, "The host has no action " + std::to_string(command_id));
+        }
+        item.SetActionItem(action);
+    });
 }
 
 void add_items(IMenu& menu, ActionTable& table) {
-    append_item(menu, [&](IMenuItem& item) { item.SetActionItem(table.GetAction(kActionOpenDialog)); });
+    add_action(menu, table, kActionOpenDialog);
     append_item(menu, [](IMenuItem& item) { item.ActAsSeparator(); });
-    append_item(menu, [&](IMenuItem& item) { item.SetActionItem(table.GetAction(kActionAbout)); });
+    add_action(menu, table, kActionAbout);
 }
 
 void remove_items(IMenu& menu) {
@@ -46,10 +60,12 @@ void remove_items(IMenu& menu) {
     }
 }
 
-void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, const std::wstring& title) {
+// Whether the menu is on the main menu bar.
+bool create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table, const std::wstring& title) {
     IMenu* menu = ::GetIMenu();
     if (menu == nullptr) {
-        return;
+        WriteErrorLine(kDataChannel, "The host gave no menu.");
+        return false;
     }
     menu->SetTitle(MSTR(title.c_str()));
     manager.RegisterMenu(menu, 0);
@@ -58,8 +74,20 @@ void create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table,
         context->SetMenu(menu);
     }
     add_items(*menu, table);
-    append_item(main_bar, [menu](IMenuItem& item) { item.SetSubMenu(menu); });
+    const bool on_bar = append_item(main_bar, [menu](IMenuItem& item) { item.SetSubMenu(menu); });
     manager.UpdateMenuBar();
+    return on_bar;
+}
+
+// A menu that was registered and is not on the menu bar would be found and filled later, and never be seen:
+// it is removed, and the host's next notification makes it again.
+void create_menu_or_none(IMenuManager& manager, IMenu& main_bar, ActionTable& table,
+                         const std::wstring& title) {
+    const bool on_bar =
+        Guarded("CreateMenu", false, [&] { return create_own_menu(manager, main_bar, table, title); });
+    if (!on_bar) {
+        RemoveMenu(title);
+    }
 }
 
 } // namespace
@@ -76,7 +104,7 @@ void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
         add_items(*menu, table);
         manager.UpdateMenuBar();
     } else {
-        create_own_menu(manager, main_bar, table, title);
+        create_menu_or_none(manager, main_bar, table, title);
     }
 }
 

@@ -28,17 +28,21 @@ void remove_earlier_menus() {
     RemoveMenu(Text(IDS_EARLIER_MENU_TITLE));
 }
 
-// Takes the host's menu bar first, then the table from `find_table`. Does nothing without both.
+// Takes the host's menu bar first, then the table from `find_table`. Without both there is a line in the log.
 void ensure_own_menu(ActionTable* (*find_table)()) {
     IMenuManager* manager = MenuManager();
     IMenu* main_bar = manager == nullptr ? nullptr : MainMenuBar(*manager);
     ActionTable* table = find_table();
     if (main_bar != nullptr && table != nullptr) {
         EnsureMenu(*manager, *main_bar, *table);
+    } else {
+        WriteErrorLine(kDataChannel,
+                       "The plugin's menu was not made: the host has no main menu bar or no action table.");
     }
 }
 
-// The host discards its menu bar and builds it again after the plugins have started.
+// The host discards its menu bar and builds it again after the plugins have started. The action table is not
+// made again (C-63).
 void on_system_startup(void*, NotifyInfo*) {
     Guarded("OnSystemStartup", 0, [] {
         ensure_own_menu(FindActionTable);
@@ -46,9 +50,12 @@ void on_system_startup(void*, NotifyInfo*) {
     });
 }
 
+// Each step in a guard of its own: one that fails leaves the others what they can do.
 ActionTable* install_actions() {
-    InstallActionTable();
-    return ActivateInstalledTable(); // a second time (C-18)
+    Guarded<ActionTable*>("InstallActionTable", nullptr, [] { return InstallActionTable(); });
+    return Guarded<ActionTable*>("ActivateInstalledTable", nullptr, [] {
+        return ActivateInstalledTable(); // a second time (C-18)
+    });
 }
 
 } // namespace
@@ -62,8 +69,12 @@ Tarvo_Rendering::~Tarvo_Rendering() {
 
 DWORD Tarvo_Rendering::Start() {
     return Guarded<DWORD>("Start", GUPRESULT_KEEP, [this] {
-        ::RegisterNotification(on_system_startup, this, kSystemStartup);
-        remove_earlier_menus();
+        Guarded("RegisterNotification", 0,
+                [this] { return ::RegisterNotification(on_system_startup, this, kSystemStartup); });
+        Guarded("RemoveEarlierMenus", 0, [] {
+            remove_earlier_menus();
+            return 0;
+        });
         ensure_own_menu(install_actions);
         return GUPRESULT_KEEP;
     });
@@ -71,7 +82,8 @@ DWORD Tarvo_Rendering::Start() {
 
 void Tarvo_Rendering::Stop() {
     Guarded("Stop", 0, [this] {
-        ::UnRegisterNotification(on_system_startup, this, kSystemStartup);
+        Guarded("UnRegisterNotification", 0,
+                [this] { return ::UnRegisterNotification(on_system_startup, this, kSystemStartup); });
         remove_own_menu();
         return 0;
     });

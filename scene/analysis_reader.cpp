@@ -212,7 +212,11 @@ private:
         record.image_width = DecimalInt(root_["image_width"].asString());
         record.image_height = DecimalInt(root_["image_height"].asString());
         record.start_frame = DecimalInt(root_["start_frame"].asString());
-        record.image_format = ToUpper(LocaleToWide(root_["image_format"].asString()));
+        const std::string format = root_["image_format"].asString();
+        record.image_format = ToUpper(LocaleToWide(format));
+        if (record.image_format.empty() && !format.empty()) {
+            log_.Write("The image format cannot be read: " + format, kWarn);
+        }
         record.is_spherical = is_spherical(root_["vray_setting"]);
         return record;
     }

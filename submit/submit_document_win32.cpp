@@ -79,7 +79,7 @@ int write_whole(StdioFile file, const std::string& text) {
     return write_error != 0 ? write_error : close_error;
 }
 
-// A document that was cut short is submitted all the same; the client rejects it.
+// A document that was cut short is submitted all the same; the client rejects it (C-61).
 void log_written(const std::wstring& path, int error, Logger& log) {
     if (error == 0) {
         log.Write("Write json file at: " + WideToLocale(path) + " successfully.", kInfo);

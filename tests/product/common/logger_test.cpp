@@ -9,6 +9,8 @@
 #include <regex>
 
 #ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
 #include <unistd.h>
 #endif
 
@@ -132,6 +134,24 @@ TEST(Logger, AFullDiskLosesTheLinesAndFailsNobody) {
     log.Write(std::string(3 * 1024 * 1024, 'x'), "INFO");
     EXPECT_EQ(support::read_file(numbered("t_full", 1)), "");
     std::remove(file.c_str());
+}
+
+TEST(Logger, ALineThatCouldNotBeWrittenDoesNotSilenceTheOnesAfterIt) {
+    remove_logs("t_glitch");
+    Logger log("t_glitch", 5, 2, 0);
+    log.Write("before", "INFO");
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit nothing_more = {1, limit.rlim_max};
+    std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &nothing_more), 0);
+    log.Write("meanwhile", "INFO");
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    log.Write("after", "INFO");
+    const std::vector<std::string> lines = support::log_lines("t_glitch");
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(lines.front(), "[INFO] before");
+    EXPECT_EQ(lines.back(), "[INFO] after");
 }
 #endif
 

@@ -86,6 +86,12 @@ TEST_F(CameraTable, ARowShowsTheRecord) {
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] Create camera table successfully."}));
 }
 
+TEST_F(CameraTable, ATableThatTakesNoRowIsLogged) {
+    ui.CreateCameraTable(::GetDlgItem(dialog, IDC_MAIN_GAMMA), cameras);
+    EXPECT_EQ(new_log_lines(), Lines({"[ERROR] The camera table is not whole: rows with empty cells: 3",
+                                      "[INFO] Create camera table successfully."}));
+}
+
 TEST_F(CameraTable, TheUpdateWritesTheSameCells) {
     add_columns();
     cameras[L"Two"].image_width = 2147483647;

@@ -1,4 +1,5 @@
 #include "common/text.h"
+#include "dialog/submit_sequence.h"
 #include "tests/support/dialog_fixture.h"
 #include "tests/support/patched_import.h"
 
@@ -176,6 +177,23 @@ TEST_F(Fields, WithoutWarningsTheListIsEmptied) {
     EXPECT_FALSE(ui.ShowWarnings(warnings, {}));
     EXPECT_EQ(ask(IDC_MAIN_WARNINGS, LB_GETCOUNT), 0);
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] There is no warnning in this scene."}));
+}
+
+TEST_F(Fields, AListThatTakesNoNoticeIsLogged) {
+    ui.ShowWarnings(::GetDlgItem(dialog, IDC_MAIN_GAMMA), {L"lost"});
+    EXPECT_EQ(new_log_lines(), Lines({"[ERROR] The list of notices is not whole.",
+                                      "[INFO] Get warnning infomation of current scene successfully."}));
+}
+
+TEST_F(Fields, AControlOrATextThatIsMissingIsLogged) {
+    constexpr int none = 4711;
+    EXPECT_EQ(tarvo::DialogItem(dialog, none), nullptr);
+    EXPECT_EQ(tarvo::Text(none), L"");
+    const Lines lines = new_log_lines();
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].find("[ERROR] The dialog has no control 4711, system error "), 0u) << lines[0];
+    EXPECT_EQ(lines[1].find("[ERROR] A text could not be loaded: number 4711, system error "), 0u)
+        << lines[1];
 }
 
 TEST_F(Fields, TheWidestWarningSetsTheHorizontalExtent) {

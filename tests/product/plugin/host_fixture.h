@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,20 @@ public:
     void on_call(const char* name, const std::wstring& arguments) override {
         names.push_back(name);
         lines.push_back(std::wstring(names.back().begin(), names.back().end()) + L"(" + arguments + L")");
+        if (names.back() == throws_in) {
+            throws_in.clear();
+            throw std::runtime_error("from the host");
+        }
+        if (names.back() == refuses_from && --refuses_after < 0) {
+            host_sdk::Faults faults;
+            faults.no_action_manager = true;
+            host_sdk::set_faults(faults);
+        }
     }
+
+    std::string throws_in;    // the next call of this name throws
+    std::string refuses_from; // after `refuses_after` calls of this name the host has no action manager
+    int refuses_after = 0;
 
     long count(const std::string& name) const { return std::count(names.begin(), names.end(), name); }
     bool has(const std::wstring& line) const {

@@ -154,6 +154,42 @@ TEST_F(PluginMenu, StartUpDoesNothingWhenSomethingIsMissing) {
     }
 }
 
+TEST_F(PluginMenu, OneThatDidNotReachTheBarIsMadeAgainAtStartUp) {
+    for (const char* call : {"GetIMenuItem", "IMenuItem::SetSubMenu", "IMenuBarContext::SetMenu",
+                             "IMenu::AddItem", "IMenuItem::ActAsSeparator", "IMenuManager::RegisterMenu"}) {
+        host_sdk::reset();
+        calls_.throws_in = call;
+        start();
+        EXPECT_EQ("", calls_.throws_in) << call;
+        host_sdk::broadcast_notification(80);
+        EXPECT_EQ(own_menu(), host_sdk::describe_menus()) << call;
+    }
+}
+
+TEST_F(PluginMenu, AHostThatThrowsOnceAtTheStartGetsItsActionsAllTheSame) {
+    for (const char* call : {"RegisterNotification", "IMenuManager::FindMenu",
+                             "IActionManager::ActivateActionTable", "Interface::GetMenuManager"}) {
+        host_sdk::reset();
+        calls_.throws_in = call;
+        start();
+        EXPECT_EQ("", calls_.throws_in) << call;
+        EXPECT_LE(1, host_sdk::active_callback_count(0x45AA4389)) << call;
+    }
+}
+
+// Asked for at the start twice for the first activation and once for the second.
+TEST_F(PluginMenu, AnActionManagerThatGoesAwayDuringTheStartIsNoCrash) {
+    for (int calls = 0; calls < 4; ++calls) {
+        host_sdk::reset();
+        calls_.refuses_from = "Interface::GetActionManager";
+        calls_.refuses_after = calls;
+        start();
+        plugin_->Stop();
+        calls_.refuses_from.clear();
+        host_sdk::set_faults(host_sdk::Faults());
+    }
+}
+
 TEST_F(PluginMenu, StartUpNeedsTheTable) {
     start();
     const std::wstring file = host_sdk::save_menus();

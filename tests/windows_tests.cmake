@@ -133,6 +133,15 @@ foreach(scenario ${TARVO_SCENARIOS})
     endif()
 endforeach()
 
+# Of the sweep of faults a part that the module's content chooses, and its tables against the module's imports.
+add_test(NAME faults.sample
+    COMMAND python3 ${PROJECT_SOURCE_DIR}/tools/sweep.py
+        --bin ${PROJECT_BINARY_DIR}/bin --out ${PROJECT_BINARY_DIR}/faults --sample module)
+set_tests_properties(faults.sample PROPERTIES ENVIRONMENT "TARVO_BUILD_DIR=${PROJECT_BINARY_DIR}/.." ${TARVO_WINE_LANE}
+    TIMEOUT ${TARVO_NET} COST 30)
+add_test(NAME docs.faults
+    COMMAND python3 ${PROJECT_SOURCE_DIR}/tools/sweep.py --check $<TARGET_FILE:tarvo_module>)
+
 # What the scenarios really wrote and posted, held against the schemas.
 find_program(TARVO_DEBIAN_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
 add_test(NAME docs.formats_of_runs

@@ -17,7 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 SCHEMA = ROOT / "docs/scenario.schema.json"
 PAGE = ROOT / "docs/scenario.md"
 REFUSED = ROOT / "tests/data/scenarios_refused.json"
-SCENARIOS = ("tests/scenarios/*.json", "tools/scenarios/*.json", "tests/packaging/*_job.json")
+SCENARIOS = ("tests/scenarios/*.json", "tests/faults/*.json", "tools/scenarios/*.json", "tests/packaging/*_job.json")
 
 
 def validator():

@@ -68,6 +68,18 @@ class Image:
                 place += size
         return sorted(set(found))
 
+    def imported_functions(self) -> list:
+        """The names of the functions that it imports, those of every library in one list."""
+        found, library = set(), self.place(self.directories[IMPORT][0])
+        while self.number(library + 12) != 0:
+            place = self.place(self.number(library))
+            while (entry := struct.unpack_from("<Q", self.data, place)[0]) != 0:
+                if not entry >> 63:
+                    found.add(self.text(entry + 2))
+                place += 8
+            library += 20
+        return sorted(found)
+
     def exports(self) -> dict:
         """Name → address."""
         address, _ = self.directories[EXPORT]

@@ -56,6 +56,8 @@ class Programs:
         self.lanes = lanes
         self.folder = workshop.folder
         self.tests = []
+        tests = sorted((workshop.tree / "tests").rglob("*.cpp")) + sorted((workshop.tree / "tests").rglob("*.h"))
+        self.tests_text = hashlib.sha256(b"".join(path.read_bytes() for path in tests)).hexdigest()
         self.reach_file = self.folder / "reach.json"
 
     # ---- one run

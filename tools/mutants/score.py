@@ -99,10 +99,10 @@ class Runner:
             tests.sort(key=lambda test: test.seconds)
         return found
 
-    @staticmethod
-    def tests_key(reaching: dict) -> str:
+    def tests_key(self, reaching: dict) -> str:
+        """Of the tests that reach a mutant, and of what all tests say: a test can change under its name."""
         names = sorted(f"{test.program} {test.name}" for tests in reaching.values() for test in tests)
-        return hashlib.sha256("\n".join(names).encode()).hexdigest()[:16]
+        return hashlib.sha256("\n".join([self.programs.tests_text, *names]).encode()).hexdigest()[:16]
 
     def steps(self, reaching: dict) -> list:
         """(program, language, tests): what is cheap first; the last ones only when `wide`."""

@@ -41,12 +41,6 @@ public:
     ~ActionCallback() override;
 
     virtual BOOL ExecuteAction(int id);
-
-    ActionTable* GetTable() const { return table_; }
-    void SetTable(ActionTable* table) { table_ = table; }
-
-private:
-    ActionTable* table_;
 };
 
 class CoreExport ActionTable : public BaseInterfaceServer {
@@ -79,7 +73,6 @@ class IActionManager : public InterfaceServer {
 public:
     virtual void RegisterActionTable(ActionTable* table) = 0;
     virtual int NumActionTables() = 0;
-    virtual ActionTable* GetTable(int index) = 0;
     virtual int ActivateActionTable(ActionCallback* callback, ActionTableId id) = 0;
     virtual int DeactivateActionTable(ActionCallback* callback, ActionTableId id) = 0;
     virtual ActionTable* FindTable(ActionTableId id) = 0;

@@ -16,5 +16,4 @@ public:
     virtual DWORD Start() = 0;
     virtual void Stop() = 0;
     virtual void DeleteThis() = 0;
-    virtual DWORD_PTR Control(DWORD parameter);
 };

@@ -7,12 +7,8 @@ typedef int MenuContextId;
 
 const MenuContextId kMainMenuBar = 1;
 
-enum MenuContextType { kMenuContextMenuBar = 0, kMenuContextQuadMenu, kMenuContextPopupMenu };
-
 class IMenuContext : public InterfaceServer {
 public:
-    virtual MenuContextId GetId() = 0;
-    virtual MenuContextType GetType() = 0;
     virtual MSTR& GetName() = 0;
 };
 

@@ -40,19 +40,11 @@ public:
         return static_cast<int>(actions().tables.size());
     }
 
-    ActionTable* GetTable(int index) override {
-        record("IActionManager::GetTable", index);
-        const std::vector<ActionTable*>& tables = actions().tables;
-        return index >= 0 && static_cast<std::size_t>(index) < tables.size() ? tables[index] : nullptr;
-    }
-
     int ActivateActionTable(ActionCallback* callback, ActionTableId id) override {
         record("IActionManager::ActivateActionTable", static_cast<const void*>(callback), id);
-        ActionTable* table = find_action_table(id);
-        if (callback == nullptr || table == nullptr) {
+        if (callback == nullptr || find_action_table(id) == nullptr) {
             return FALSE;
         }
-        callback->SetTable(table);
         actions().activations.push_back({id, callback});
         return TRUE;
     }

@@ -136,7 +136,7 @@ ActionItem* ActionTable::GetAction(int command_id) {
 ActionItem::ActionItem() {}
 ActionItem::~ActionItem() {}
 
-ActionCallback::ActionCallback() : table_(nullptr) {}
+ActionCallback::ActionCallback() {}
 ActionCallback::~ActionCallback() {}
 BOOL ActionCallback::ExecuteAction(int) {
     return FALSE;

@@ -51,8 +51,8 @@ std::wstring show(IMenuItem* item) {
         return L"null";
     }
     const MenuItem& known = *static_cast<MenuItem*>(item);
-    return known.mode() == IMenuItem::AM_SEPARATOR ? L"separator"
-                                                   : L"item " + show(known.shown_text().c_str());
+    return known.mode() == MenuItem::Mode::separator ? L"separator"
+                                                     : L"item " + show(known.shown_text().c_str());
 }
 
 std::wstring show(ActionTable* table) {

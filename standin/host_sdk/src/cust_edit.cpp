@@ -27,22 +27,13 @@ std::wstring text_of(HWND window) {
     return text;
 }
 
-LPARAM as_parameter(HWND window) {
-    return reinterpret_cast<LPARAM>(window);
-}
-
 void confirm(HWND window, Field& field) {
     const std::wstring text = text_of(field.inner);
     if (text != field.confirmed) {
         field.confirmed = text;
         ::SendMessageW(::GetParent(window), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(window), EN_CHANGE),
-                       as_parameter(window));
+                       reinterpret_cast<LPARAM>(window));
     }
-}
-
-void tell_enter(HWND window) {
-    ::SendMessageW(::GetParent(window), WM_CUSTEDIT_ENTER, static_cast<WPARAM>(::GetDlgCtrlID(window)),
-                   as_parameter(window));
 }
 
 bool is_enter_key(LPARAM l_param) {
@@ -61,7 +52,6 @@ LRESULT CALLBACK inner_procedure(HWND inner, UINT message, WPARAM w_param, LPARA
     }
     if (message == WM_KEYDOWN && w_param == VK_RETURN) {
         confirm(window, field);
-        tell_enter(window);
         return 0;
     }
     return message == WM_CHAR && w_param == VK_RETURN ? 0 : original();
@@ -87,14 +77,6 @@ LRESULT set_text(HWND window, Field& field, LPARAM l_param) {
     return result;
 }
 
-void on_inner_notification(HWND window, Field& field, WORD code) {
-    if (code == EN_SETFOCUS) {
-        tell_enter(window);
-    } else if (code == EN_KILLFOCUS) {
-        confirm(window, field);
-    }
-}
-
 bool is_forwarded(UINT message) {
     return message == WM_GETTEXT || message == WM_GETTEXTLENGTH || message == WM_SETFONT ||
            message == WM_GETFONT || message == WM_GETDLGCODE ||
@@ -115,7 +97,9 @@ LRESULT field_procedure(HWND window, Field& field, UINT message, WPARAM w_param,
         ::MoveWindow(field.inner, 0, 0, LOWORD(l_param), HIWORD(l_param), TRUE);
         return 0;
     case WM_COMMAND:
-        on_inner_notification(window, field, HIWORD(w_param));
+        if (HIWORD(w_param) == EN_KILLFOCUS) {
+            confirm(window, field);
+        }
         return 0;
     default:
         return is_forwarded(message) ? ::SendMessageW(field.inner, message, w_param, l_param)

@@ -33,12 +33,12 @@ HMENU build(const Menu& menu, HMENU handle, int depth);
 void append_item(HMENU handle, const MenuItem& item, int depth) {
     const std::wstring text = item.shown_text();
     const UINT look = MF_STRING | (item.is_usable() ? MF_ENABLED : MF_GRAYED);
-    if (item.mode() == IMenuItem::AM_SEPARATOR) {
+    if (item.mode() == MenuItem::Mode::separator) {
         ::AppendMenuW(handle, MF_SEPARATOR, 0, nullptr);
-    } else if (item.mode() == IMenuItem::AM_SUBMENU && depth < kDeepestMenu) {
+    } else if (item.mode() == MenuItem::Mode::sub_menu && depth < kDeepestMenu) {
         const HMENU sub = build(*static_cast<Menu*>(item.sub_menu()), ::CreatePopupMenu(), depth + 1);
         ::AppendMenuW(handle, look | MF_POPUP, reinterpret_cast<UINT_PTR>(sub), text.c_str());
-    } else if (item.mode() == IMenuItem::AM_ITEM) {
+    } else if (item.mode() == MenuItem::Mode::action) {
         const UINT id = kFirstMenuCommand + static_cast<UINT>(bar().commands.size());
         bar().commands.push_back({item.table_id(), item.command_id()});
         ::AppendMenuW(handle, look, id, text.c_str());

@@ -20,7 +20,7 @@ namespace {
 const wchar_t kHeader[] = L"host menus 1";
 
 struct KeptItem {
-    IMenuItem::ActionMode mode;
+    MenuItem::Mode mode;
     DWORD table_id;
     int command_id;
     int sub_menu;
@@ -106,12 +106,12 @@ std::wstring item_line(const MenuItem& item) {
     const std::wstring title =
         std::wstring(item.has_custom_title() ? L"\t1\t" : L"\t0\t") + escaped(item.shown_text());
     switch (item.mode()) {
-    case IMenuItem::AM_SEPARATOR:
+    case MenuItem::Mode::separator:
         return L"separator\n";
-    case IMenuItem::AM_ITEM:
+    case MenuItem::Mode::action:
         return L"action\t" + std::to_wstring(item.table_id()) + L"\t" + std::to_wstring(item.command_id()) +
                title + L"\n";
-    case IMenuItem::AM_SUBMENU:
+    case MenuItem::Mode::sub_menu:
         return L"submenu\t" + std::to_wstring(menu_number(item.sub_menu())) + title + L"\n";
     default:
         return L"text" + title + L"\n";
@@ -157,18 +157,18 @@ private:
 
 bool read_item(const std::wstring& kind, Fields& fields, KeptItem& item) {
     if (kind == L"separator") {
-        item.mode = IMenuItem::AM_SEPARATOR;
+        item.mode = MenuItem::Mode::separator;
         return true;
     }
     if (kind == L"action") {
-        item.mode = IMenuItem::AM_ITEM;
+        item.mode = MenuItem::Mode::action;
         item.table_id = static_cast<DWORD>(fields.number());
         item.command_id = static_cast<int>(fields.number());
     } else if (kind == L"submenu") {
-        item.mode = IMenuItem::AM_SUBMENU;
+        item.mode = MenuItem::Mode::sub_menu;
         item.sub_menu = static_cast<int>(fields.number());
     } else if (kind == L"text") {
-        item.mode = IMenuItem::AM_INACTIVE;
+        item.mode = MenuItem::Mode::inactive;
     } else {
         return false;
     }
@@ -204,7 +204,7 @@ bool has_sound_numbers(const KeptMenus& kept) {
     const int count = static_cast<int>(kept.menus.size());
     for (const KeptMenu& menu : kept.menus) {
         for (const KeptItem& item : menu.items) {
-            if (item.mode == IMenuItem::AM_SUBMENU && (item.sub_menu < 1 || item.sub_menu >= count)) {
+            if (item.mode == MenuItem::Mode::sub_menu && (item.sub_menu < 1 || item.sub_menu >= count)) {
                 return false;
             }
         }
@@ -238,11 +238,11 @@ Menu* menu_by_number(int number) {
 void fill_menu(Menu& menu, const KeptMenu& kept) {
     for (const KeptItem& from : kept.items) {
         std::unique_ptr<MenuItem> item = make_host_item();
-        if (from.mode == IMenuItem::AM_SEPARATOR) {
+        if (from.mode == MenuItem::Mode::separator) {
             item->set_separator();
-        } else if (from.mode == IMenuItem::AM_ITEM) {
+        } else if (from.mode == MenuItem::Mode::action) {
             item->set_action(from.table_id, from.command_id);
-        } else if (from.mode == IMenuItem::AM_SUBMENU) {
+        } else if (from.mode == MenuItem::Mode::sub_menu) {
             item->set_sub_menu(menu_by_number(from.sub_menu));
         }
         item->set_kept_title(from.title, from.custom);

@@ -115,16 +115,6 @@ MenuStore* make_store() {
 
 } // namespace
 
-MenuContextId BarContext::GetId() {
-    record("IMenuContext::GetId");
-    return id;
-}
-
-MenuContextType BarContext::GetType() {
-    record("IMenuContext::GetType");
-    return kMenuContextMenuBar;
-}
-
 MSTR& BarContext::GetName() {
     record("IMenuContext::GetName");
     return name;

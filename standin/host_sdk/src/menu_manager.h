@@ -14,8 +14,6 @@ namespace host_sdk {
 
 class BarContext : public IMenuBarContext {
 public:
-    MenuContextId GetId() override;
-    MenuContextType GetType() override;
     MSTR& GetName() override;
     void SetMenu(IMenu* menu) override;
     IMenu* GetMenu() override;

@@ -11,21 +11,15 @@ namespace host_sdk {
 
 class MenuItem : public IMenuItem {
 public:
+    enum class Mode { inactive, separator, action, sub_menu };
+
     void SetTitle(const MSTR& title) override;
-    const MSTR& GetTitle() override;
-    void SetUseCustomTitle(bool use) override;
-    bool GetUseCustomTitle() override;
     void ActAsSeparator() override;
-    bool IsSeparator() const override;
     void SetActionItem(ActionItem* action) override;
-    ActionItem* GetActionItem() const override;
     void SetSubMenu(IMenu* menu) override;
-    IMenu* GetSubMenu() override;
-    ActionMode GetActionMode() const override;
-    bool ExecuteAction() const override;
 
     // The host's own look at the item; nothing of it is recorded.
-    ActionMode mode() const { return mode_; }
+    Mode mode() const { return mode_; }
     bool has_custom_title() const { return custom_title_; }
     ActionTableId table_id() const { return table_id_; }
     int command_id() const { return command_id_; }
@@ -39,7 +33,7 @@ public:
     void set_separator();
 
 private:
-    ActionMode mode_ = AM_INACTIVE;
+    Mode mode_ = Mode::inactive;
     MSTR title_;
     bool custom_title_ = false;
     ActionTableId table_id_ = 0;
@@ -50,12 +44,9 @@ private:
 class Menu : public IMenu {
 public:
     void SetTitle(const MSTR& title) override;
-    const MSTR& GetTitle() override;
     int NumItems() const override;
-    IMenuItem* GetItem(int index) override;
     void AddItem(IMenuItem* item, int position) override;
     void RemoveItem(int index) override;
-    void RemoveItem(IMenuItem* item) override;
 
     std::wstring title() const { return title_.data(); }
     void set_title(const std::wstring& title) { title_ = title.c_str(); }

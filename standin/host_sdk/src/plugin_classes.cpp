@@ -25,6 +25,3 @@ int ClassDesc2::NumParamBlockDescs() {
 
 GUP::GUP() {}
 GUP::~GUP() {}
-DWORD_PTR GUP::Control(DWORD) {
-    return 0;
-}

@@ -26,11 +26,6 @@ std::wstring decimal_text(float value) {
 
 } // namespace
 
-HWND Spinner::GetHwnd() {
-    record("ICustomControl::GetHwnd");
-    return window_;
-}
-
 void Spinner::Enable(BOOL on) {
     record("ICustomControl::Enable", on);
     enable(on != FALSE);
@@ -51,16 +46,6 @@ float Spinner::GetFVal() {
     return read_value();
 }
 
-int Spinner::GetIVal() {
-    record("ISpinnerControl::GetIVal");
-    return static_cast<int>(std::lround(read_value()));
-}
-
-void Spinner::SetScale(float scale) {
-    record("ISpinnerControl::SetScale", scale);
-    scale_ = scale;
-}
-
 void Spinner::SetValue(float value, int notify) {
     record("ISpinnerControl::SetValue", value, notify);
     change_value(value, notify != FALSE);
@@ -71,26 +56,13 @@ void Spinner::SetValue(int value, int notify) {
     change_value(static_cast<float>(value), notify != FALSE);
 }
 
-void Spinner::SetLimits(int minimum, int maximum, int limit_value) {
-    SetLimits(static_cast<float>(minimum), static_cast<float>(maximum), limit_value);
-}
-
-void Spinner::SetLimits(float minimum, float maximum, int limit_value) {
-    record("ISpinnerControl::SetLimits", minimum, maximum, limit_value);
-    minimum_ = minimum;
-    maximum_ = maximum;
-    if (limit_value != FALSE) {
-        value_ = limited(value_);
-    }
-}
-
 void Spinner::LinkToEdit(HWND edit, EditSpinnerType type) {
     record("ISpinnerControl::LinkToEdit", static_cast<const void*>(edit), static_cast<int>(type));
-    link(edit, type);
+    link(edit);
 }
 
 void Spinner::set_up(HWND edit, float minimum, float maximum, float value, float scale) {
-    link(edit, EDITTYPE_FLOAT);
+    link(edit);
     minimum_ = minimum;
     maximum_ = maximum;
     scale_ = scale;
@@ -147,12 +119,11 @@ void Spinner::enable(bool on) {
     }
 }
 
-void Spinner::link(HWND edit, EditSpinnerType type) {
+void Spinner::link(HWND edit) {
     if (edit_ != edit) {
         written_.clear();
     }
     edit_ = edit;
-    type_ = type;
 }
 
 // What was typed counts once it is confirmed. Text that this control wrote itself stands for the exact value,
@@ -172,7 +143,7 @@ float Spinner::read_value() {
 
 void Spinner::change_value(float value, bool notify) {
     if (!std::isnan(value)) {
-        value_ = limited(is_whole() ? std::round(value) : value);
+        value_ = limited(value);
     }
     write_text();
     if (notify) {
@@ -186,7 +157,7 @@ void Spinner::write_text() {
     if (edit_ == nullptr) {
         return;
     }
-    written_ = is_whole() ? std::to_wstring(std::lround(value_)) : decimal_text(value_);
+    written_ = decimal_text(value_);
     if (edit_text() != written_) {
         ::SetWindowTextW(edit_, std::wstring(written_).c_str());
     }

@@ -13,17 +13,12 @@ class Spinner : public ISpinnerControl {
 public:
     explicit Spinner(HWND window) : window_(window) {}
 
-    HWND GetHwnd() override;
     void Enable(BOOL on) override;
     void Disable() override;
     BOOL IsEnabled() override;
     float GetFVal() override;
-    int GetIVal() override;
-    void SetScale(float scale) override;
     void SetValue(float value, int notify) override;
     void SetValue(int value, int notify) override;
-    void SetLimits(int minimum, int maximum, int limit_value) override;
-    void SetLimits(float minimum, float maximum, int limit_value) override;
     void LinkToEdit(HWND edit, EditSpinnerType type) override;
 
     void set_up(HWND edit, float minimum, float maximum, float value, float scale);
@@ -37,18 +32,16 @@ public:
 
 private:
     void enable(bool on);
-    void link(HWND edit, EditSpinnerType type);
+    void link(HWND edit);
     float read_value();
     void change_value(float value, bool notify);
     void write_text();
     std::wstring edit_text() const;
     float limited(float value) const;
-    bool is_whole() const { return type_ == EDITTYPE_INT || type_ == EDITTYPE_POS_INT; }
     void tell_dialog(UINT message);
 
     HWND window_;
     HWND edit_ = nullptr;
-    EditSpinnerType type_ = EDITTYPE_FLOAT;
     float minimum_ = -1.0e30f;
     float maximum_ = 1.0e30f;
     float scale_ = 0.1f;

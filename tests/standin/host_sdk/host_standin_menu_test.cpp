@@ -147,14 +147,15 @@ TEST_F(StandinMenus, ItemsKeepTheirOrderAndBoundsAreChecked) {
     IMenuItem* first = GetIMenuItem();
     first->SetTitle(MSTR(L"First"));
     menu->AddItem(first, 0);
-    EXPECT_EQ(first, menu->GetItem(0));
-    EXPECT_EQ(nullptr, menu->GetItem(3));
-    EXPECT_EQ(nullptr, menu->GetItem(-1));
+    manager().UpdateMenuBar();
+    EXPECT_EQ(L"One > First\nOne > ---\nOne > ---\n", host_sdk::describe_menus());
     menu->RemoveItem(7);
+    menu->RemoveItem(-1);
     menu->AddItem(nullptr);
     EXPECT_EQ(3, menu->NumItems());
-    menu->RemoveItem(first);
-    EXPECT_EQ(2, menu->NumItems());
+    menu->RemoveItem(0);
+    manager().UpdateMenuBar();
+    EXPECT_EQ(L"One > ---\nOne > ---\n", host_sdk::describe_menus());
 }
 
 TEST_F(StandinMenus, CallsAreReportedWithTheirArguments) {

@@ -15,10 +15,10 @@ struct FindTraits {
 };
 using FindHandle = tarvo::UniqueHandle<FindTraits>;
 
-std::vector<WIN32_FIND_DATAW> children(const std::wstring& folder) {
+std::vector<WIN32_FIND_DATAW> matching(const std::wstring& pattern) {
     std::vector<WIN32_FIND_DATAW> found;
     WIN32_FIND_DATAW data = {};
-    FindHandle search(::FindFirstFileW((folder + L"\\*").c_str(), &data));
+    FindHandle search(::FindFirstFileW(pattern.c_str(), &data));
     if (!search) {
         return found;
     }
@@ -28,6 +28,10 @@ std::vector<WIN32_FIND_DATAW> children(const std::wstring& folder) {
         }
     } while (::FindNextFileW(search.get(), &data) != FALSE);
     return found;
+}
+
+std::vector<WIN32_FIND_DATAW> children(const std::wstring& folder) {
+    return matching(joined(folder, L"*"));
 }
 
 bool is_folder(const WIN32_FIND_DATAW& data) {
@@ -119,6 +123,16 @@ std::vector<std::wstring> list_names(const std::wstring& folder) {
     std::vector<std::wstring> names;
     for (const WIN32_FIND_DATAW& data : children(folder)) {
         names.emplace_back(data.cFileName);
+    }
+    return names;
+}
+
+std::vector<std::wstring> matching_files(const std::wstring& pattern) {
+    std::vector<std::wstring> names;
+    for (const WIN32_FIND_DATAW& data : matching(pattern)) {
+        if (!is_folder(data)) {
+            names.emplace_back(data.cFileName);
+        }
     }
     return names;
 }

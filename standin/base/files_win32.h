@@ -30,6 +30,9 @@ std::vector<FileEntry> list_files(const std::wstring& folder);
 // Only the folder itself, files and folders, names alone.
 std::vector<std::wstring> list_names(const std::wstring& folder);
 
+// The names of the files (no folders) that match; wildcards in the last part.
+std::vector<std::wstring> matching_files(const std::wstring& pattern);
+
 // -1 when the size cannot be read.
 long long file_size(const std::wstring& path);
 

@@ -83,14 +83,6 @@ ArrayObject& Arguments::array(std::size_t index) const {
     return value.as_array();
 }
 
-HostObject& Arguments::object(std::size_t index) const {
-    const Value value = (*this)[index];
-    if (!value.is(Kind::host_object)) {
-        fail_conversion(index, u"MAXWrapper");
-    }
-    return value.as_object();
-}
-
 Text Arguments::keyword_text(const Text& keyword_name, const Text& otherwise) const {
     const Value& value = keyword(keyword_name);
     if (value.is(Kind::unsupplied)) {
@@ -179,14 +171,6 @@ bool HostInterface::set_property(const Text& name, const Value& value) {
     }
     found->second.setter(value);
     return true;
-}
-
-std::vector<Text> HostInterface::property_names() const {
-    std::vector<Text> names;
-    for (const auto& member : members_) {
-        names.push_back(member.first);
-    }
-    return names;
 }
 
 } // namespace maxscript

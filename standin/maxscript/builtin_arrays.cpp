@@ -1,6 +1,5 @@
 // Functions of arrays.
 #include "standin/maxscript/engine.h"
-#include "standin/maxscript/streams.h"
 
 #include <algorithm>
 #include <functional>
@@ -38,22 +37,9 @@ void refuse_growth(Arguments& arguments, std::size_t size) {
 }
 
 Value append(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
-    Value target = arguments[0];
-    if (target.is(Kind::string)) {
-        engine.charge(arguments.text(1).size());
-        const Text& more = arguments.text(1);
-        target.as_string().text += more;
-        return target;
-    }
-    if (target.is(Kind::string_stream)) {
-        const Text& more = arguments.text(1);
-        write_to_stream(engine, target, more);
-        return target;
-    }
     refuse_growth(arguments, arguments.array(0).items.size());
     arguments.array(0).items.push_back(arguments[1]);
-    return target;
+    return arguments[0];
 }
 
 Value append_if_unique(Arguments& arguments) {
@@ -82,30 +68,6 @@ Value join(Arguments& arguments) {
     return arguments[0];
 }
 
-Value delete_item(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
-    const std::size_t index = index_from(engine, arguments[1]);
-    std::vector<Value>& items = arguments.array(0).items;
-    engine.charge(items.size());
-    if (index < items.size()) {
-        items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
-    }
-    return arguments[0];
-}
-
-Value insert_item(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
-    const std::size_t index = index_from(engine, arguments[2]);
-    std::vector<Value>& items = arguments.array(1).items;
-    refuse_growth(arguments, std::max(items.size(), index));
-    engine.charge((std::max(items.size(), index) - items.size()) * 16 + items.size());
-    if (index > items.size()) {
-        items.resize(index);
-    }
-    items.insert(items.begin() + static_cast<std::ptrdiff_t>(index), arguments[0]);
-    return arguments[1];
-}
-
 Value find_item(Arguments& arguments) {
     Engine& engine = arguments.interpreter().engine();
     const std::vector<Value>& items = arguments.array(0).items;
@@ -119,19 +81,8 @@ Value find_item(Arguments& arguments) {
     return Value::integer(0);
 }
 
-Value sort_array(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
-    std::vector<Value> items = arguments.array(0).items;
-    merge_sort(engine, items, [&](const Value& one, const Value& other) {
-        return compare_values(engine, u">", one, other) == 1;
-    });
-    arguments.array(0).items = std::move(items);
-    return arguments[0];
-}
-
 // Calls a script's order: below, at or above 0.
-std::int32_t ask_order(Arguments& arguments, const Value& function, const Value& one, const Value& other,
-                       const std::vector<Arguments::Keyword>& keywords) {
+std::int32_t ask_order(Arguments& arguments, const Value& function, const Value& one, const Value& other) {
     Engine& engine = arguments.interpreter().engine();
     engine.push(one);
     engine.push(other);
@@ -139,7 +90,7 @@ std::int32_t ask_order(Arguments& arguments, const Value& function, const Value&
         Engine& engine;
         ~Leave() { engine.drop_to(engine.top() - 2); }
     } leave{engine};
-    const Value answer = engine.call(function, 2, keywords);
+    const Value answer = engine.call(function, 2, arguments.keywords());
     std::int32_t order = 0;
     if (!number_to_integer(answer, order)) {
         engine.fail(u"Unable to convert: " + printed_text(engine, answer) + u" to type: Integer");
@@ -148,54 +99,13 @@ std::int32_t ask_order(Arguments& arguments, const Value& function, const Value&
 }
 
 Value quick_sort(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
     std::vector<Value> items = arguments.array(0).items;
     const Value function = arguments[1];
-    std::vector<Arguments::Keyword> keywords;
-    std::size_t first = 0;
-    std::size_t last = items.size();
-    for (const Arguments::Keyword& keyword : arguments.keywords()) {
-        if (keyword.name == u"start") {
-            first = index_from(engine, keyword.value);
-        } else if (keyword.name == u"end") {
-            last = index_from(engine, keyword.value) + 1;
-        } else {
-            keywords.push_back(keyword);
-        }
-    }
-    last = std::min(last, items.size());
-    if (first < last) {
-        const auto begin = items.begin();
-        std::vector<Value> part(begin + static_cast<std::ptrdiff_t>(first),
-                                begin + static_cast<std::ptrdiff_t>(last));
-        merge_sort(engine, part, [&](const Value& one, const Value& other) {
-            return ask_order(arguments, function, one, other, keywords) > 0;
-        });
-        std::copy(part.begin(), part.end(), begin + static_cast<std::ptrdiff_t>(first));
-    }
+    merge_sort(arguments.interpreter().engine(), items, [&](const Value& one, const Value& other) {
+        return ask_order(arguments, function, one, other) > 0;
+    });
     arguments.array(0).items = std::move(items);
     return Value::ok();
-}
-
-Value binary_search(Arguments& arguments) {
-    const std::vector<Value> items = arguments.array(1).items;
-    arguments.interpreter().charge(items.size());
-    std::size_t first = 0;
-    std::size_t last = items.size();
-    while (first < last) {
-        const std::size_t middle = first + (last - first) / 2;
-        const std::int32_t order =
-            ask_order(arguments, arguments[2], arguments[0], items[middle], arguments.keywords());
-        if (order == 0) {
-            return items[middle];
-        }
-        if (order < 0) {
-            last = middle;
-        } else {
-            first = middle + 1;
-        }
-    }
-    return Value();
 }
 
 // The least or greatest of an array, or of the arguments.
@@ -219,35 +129,16 @@ Value extreme(Arguments& arguments, int wanted) {
     return best;
 }
 
-Value unique_array(Arguments& arguments) {
-    Engine& engine = arguments.interpreter().engine();
-    std::vector<Value> unique;
-    for (const Value& item : std::vector<Value>(arguments.array(0).items)) {
-        engine.charge(unique.size() * 8);
-        const bool known = std::any_of(unique.begin(), unique.end(),
-                                       [&](const Value& other) { return equal_values(engine, item, other); });
-        if (!known) {
-            unique.push_back(item);
-        }
-    }
-    return Value::array(std::move(unique));
-}
-
 } // namespace
 
 void add_array_functions(Globals& globals) {
     globals.add_function(u"append", 2, 2, {}, append);
     globals.add_function(u"appendIfUnique", 2, 2, {}, append_if_unique);
     globals.add_function(u"join", 2, 2, {}, join);
-    globals.add_function(u"deleteItem", 2, 2, {}, delete_item);
-    globals.add_function(u"insertItem", 3, 3, {}, insert_item);
     globals.add_function(u"findItem", 2, 2, {}, find_item);
-    globals.add_function(u"sort", 1, 1, {}, sort_array);
     globals.add_function(u"qsort", 2, 2, {u"*"}, quick_sort);
-    globals.add_function(u"bsearch", 3, 3, {u"*"}, binary_search);
     globals.add_function(u"amin", 1, kAnyCount, {}, [](Arguments& a) { return extreme(a, -1); });
     globals.add_function(u"amax", 1, kAnyCount, {}, [](Arguments& a) { return extreme(a, 1); });
-    globals.add_function(u"makeUniqueArray", 1, 1, {}, unique_array);
 }
 
 } // namespace maxscript

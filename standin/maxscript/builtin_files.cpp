@@ -86,8 +86,6 @@ void add_file_functions(Globals& globals) {
                          [](Arguments& a) { return Value::boolean(files_of(a).folder_exists(a.text(0))); });
     globals.add_function(u"getFiles", 1, 1, {},
                          [](Arguments& a) { return text_array(files_of(a).list(a.text(0))); });
-    globals.add_function(u"getDirectories", 1, 1, {},
-                         [](Arguments& a) { return text_array(files_of(a).folders(a.text(0))); });
     globals.add_function(u"deleteFile", 1, 1, {},
                          [](Arguments& a) { return Value::boolean(files_of(a).remove(a.text(0))); });
     globals.add_function(u"renameFile", 2, 2, {}, [](Arguments& a) {

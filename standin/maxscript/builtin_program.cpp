@@ -2,8 +2,6 @@
 #include "standin/maxscript/engine.h"
 #include "standin/maxscript/streams.h"
 
-#include <chrono>
-
 namespace maxscript {
 
 namespace {
@@ -76,12 +74,6 @@ Value execute(Arguments& arguments) {
     return engine.run(text, u"execute");
 }
 
-Value time_stamp(Arguments&) {
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
-    return Value::integer(static_cast<std::int32_t>(milliseconds % 86400000));
-}
-
 Value source_file(Arguments& arguments) {
     const Spot& spot = arguments.interpreter().engine().spot();
     return spot.file != nullptr ? Value::string(*spot.file) : Value();
@@ -97,10 +89,7 @@ void add_program_functions(Globals& globals) {
     globals.add_function(u"execute", 1, 1, {}, execute);
     globals.add_function(u"fileIn", 1, 1, {u"quiet"},
                          [](Arguments& a) { return a.interpreter().engine().run_file(a.text(0)); });
-    globals.add_function(u"timeStamp", 0, 0, {}, time_stamp);
-    globals.add_function(u"getSourceFileName", 0, 0, {}, source_file);
     globals.add_function(u"getThisScriptFilename", 0, 0, {}, source_file);
-    globals.add_function(u"gc", 0, 0, {u"light", u"delayed"}, [](Arguments&) { return Value::ok(); });
 }
 
 } // namespace maxscript

@@ -1,9 +1,8 @@
 // Functions of strings.
+#include "standin/base/wildcards.h"
 #include "standin/maxscript/engine.h"
-#include "standin/maxscript/streams.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace maxscript {
 
@@ -31,18 +30,6 @@ Value find_string(Arguments& arguments) {
     arguments.interpreter().charge(arguments.text(0).size());
     const std::size_t found = arguments.text(0).find(arguments.text(1));
     return found == Text::npos ? Value() : Value::integer(static_cast<std::int32_t>(found) + 1);
-}
-
-Value replace(Arguments& arguments) {
-    Text text = arguments.text(0);
-    const std::int32_t first = arguments.integer(1);
-    const std::int32_t count = arguments.integer(2);
-    if (first < 1 || count < 0 || static_cast<std::size_t>(first) - 1 > text.size()) {
-        arguments.fail(u"Runtime error: replace is out of the string's range: " + text_from_number(first));
-    }
-    text.replace(static_cast<std::size_t>(first) - 1, static_cast<std::size_t>(count), arguments.text(3));
-    arguments.interpreter().charge(text.size());
-    return Value::string(std::move(text));
 }
 
 Value substitute(Arguments& arguments) {
@@ -101,31 +88,6 @@ Value filter(Arguments& arguments) {
     return Value::array(std::move(parts));
 }
 
-// ? is one unit, * any number. Goes back to the last * only, so the work is at most text times pattern.
-bool matches(Engine& engine, const Text& text, const Text& pattern) {
-    std::size_t at = 0;
-    std::size_t in_pattern = 0;
-    std::size_t star = Text::npos;
-    std::size_t star_at = 0;
-    while (at < text.size()) {
-        if (in_pattern < pattern.size() && pattern[in_pattern] == u'*') {
-            star = in_pattern++;
-            star_at = at;
-        } else if (in_pattern < pattern.size() &&
-                   (pattern[in_pattern] == u'?' || pattern[in_pattern] == text[at])) {
-            ++at;
-            ++in_pattern;
-        } else if (star != Text::npos) {
-            engine.charge(at - star_at);
-            in_pattern = star + 1;
-            at = ++star_at;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of(u'*', in_pattern) == Text::npos;
-}
-
 Value match_pattern(Arguments& arguments) {
     Text text = arguments.text(0);
     Text pattern = arguments.keyword_text(u"pattern", u"*");
@@ -134,47 +96,9 @@ Value match_pattern(Arguments& arguments) {
         text = folded(std::move(text));
         pattern = folded(std::move(pattern));
     }
-    return Value::boolean(matches(arguments.interpreter().engine(), text, pattern));
-}
-
-Value compare_strings(Arguments& arguments) {
-    arguments.interpreter().charge(arguments.text(0).size());
-    const int order = compare_folded(arguments.text(0), arguments.text(1));
-    return Value::integer(order < 0 ? -1 : order > 0 ? 1 : 0);
-}
-
-// formattedPrint value format:"…": flags, width and precision of printf with one letter.
-Value formatted(Arguments& arguments) {
-    const std::string given = utf8_from_text(arguments.keyword_text(u"format", u""));
-    const std::size_t letter = given.find_first_not_of("0123456789.+- #");
-    const std::string kinds = "diouxXeEfgG";
-    if (letter == std::string::npos || letter + 1 != given.size() || letter > 8 ||
-        kinds.find(given[letter]) == std::string::npos) {
-        arguments.fail(u"Runtime error: the format is not supported: " + text_from_utf8(given));
-    }
-    char text[1200] = "";
-    const std::string pattern = "%" + given;
-    if (kinds.find(given[letter]) < 6) {
-        std::snprintf(text, sizeof(text), pattern.c_str(), arguments.integer(0));
-    } else {
-        std::snprintf(text, sizeof(text), pattern.c_str(), static_cast<double>(arguments.real(0)));
-    }
-    return Value::string(text_from_utf8(text));
-}
-
-Value free_value(Arguments& arguments) {
-    const Value value = arguments[0];
-    if (value.is(Kind::string)) {
-        value.as_string().text.clear();
-    } else if (value.is(Kind::string_stream)) {
-        value.as_string_stream().text.clear();
-        value.as_string_stream().position = 0;
-    } else if (value.is(Kind::array)) {
-        value.as_array().items.clear();
-    } else {
-        arguments.fail_conversion(0, u"String");
-    }
-    return Value::ok();
+    Engine& engine = arguments.interpreter().engine();
+    return Value::boolean(
+        base::matches_wildcards(text, pattern, [&engine](std::size_t units) { engine.charge(units); }));
 }
 
 } // namespace
@@ -182,7 +106,6 @@ Value free_value(Arguments& arguments) {
 void add_string_functions(Globals& globals) {
     globals.add_function(u"substring", 3, 3, {}, substring);
     globals.add_function(u"findString", 2, 2, {}, find_string);
-    globals.add_function(u"replace", 4, 4, {}, replace);
     globals.add_function(u"substituteString", 3, 3, {}, substitute);
     globals.add_function(u"toLower", 1, 1, {}, [](Arguments& a) { return change_case(a, lower_unit); });
     globals.add_function(u"toUpper", 1, 1, {}, [](Arguments& a) { return change_case(a, upper_unit); });
@@ -190,9 +113,6 @@ void add_string_functions(Globals& globals) {
     globals.add_function(u"trimRight", 1, 2, {}, [](Arguments& a) { return trim(a, false); });
     globals.add_function(u"filterString", 2, 2, {u"splitEmptyTokens"}, filter);
     globals.add_function(u"matchPattern", 1, 1, {u"pattern", u"ignoreCase"}, match_pattern);
-    globals.add_function(u"stricmp", 2, 2, {}, compare_strings);
-    globals.add_function(u"formattedPrint", 1, 1, {u"format"}, formatted);
-    globals.add_function(u"free", 1, 1, {}, free_value);
 }
 
 } // namespace maxscript

@@ -33,7 +33,6 @@ struct Classes {
             {Kind::name, u"Name"},
             {Kind::string, u"String"},
             {Kind::array, u"Array"},
-            {Kind::bit_array, u"BitArray"},
             {Kind::struct_definition, u"StructDef"},
             {Kind::instance, u"Struct"},
             {Kind::function, u"MAXScriptFunction"},
@@ -93,18 +92,7 @@ Value to_integer(Engine& engine, const Value& value, const Value& to) {
         return Value::integer(
             parsed > -2147483649.0 && parsed < 2147483648.0 ? static_cast<std::int32_t>(parsed) : INT32_MIN);
     }
-    if (value.is(Kind::time)) {
-        return Value::integer(value.as_ticks());
-    }
     fail_conversion(engine, value, to);
-}
-
-Value to_integer64(Engine& engine, const Value& value, const Value& to) {
-    if (value.is(Kind::integer64)) {
-        return value;
-    }
-    const Value number = to_integer(engine, value, to);
-    return number.is(Kind::integer) ? Value::integer64(number.as_integer()) : number;
 }
 
 Value to_real(Engine& engine, const Value& value, const Value& to) {
@@ -115,50 +103,7 @@ Value to_real(Engine& engine, const Value& value, const Value& to) {
     if (value.is(Kind::string)) {
         return number_in(value.as_string().text, parsed) ? Value::real(static_cast<float>(parsed)) : Value();
     }
-    if (value.is(Kind::time)) {
-        return Value::real(static_cast<float>(value.as_ticks()));
-    }
     fail_conversion(engine, value, to);
-}
-
-Value to_number(Engine& engine, const Value& value, const Value& to) {
-    if (value.is_number()) {
-        return value;
-    }
-    const bool has_point =
-        value.is(Kind::string) && value.as_string().text.find_first_of(u".eE") != Text::npos;
-    return has_point ? to_real(engine, value, to) : to_integer(engine, value, to);
-}
-
-Value to_array(Engine& engine, const Value& value, const Value& to) {
-    std::vector<Value> items;
-    if (!elements_of(engine, value, items)) {
-        fail_conversion(engine, value, to);
-    }
-    return Value::array(std::move(items));
-}
-
-Value to_time(Engine& engine, const Value& value, const Value& to) {
-    if (value.is_number()) {
-        std::int32_t ticks = 0;
-        number_to_integer(Value::real(number_to_real(value) * 160), ticks);
-        return Value::time(ticks);
-    }
-    if (value.is(Kind::time)) {
-        return value;
-    }
-    fail_conversion(engine, value, to);
-}
-
-Value to_bit_array(Engine& engine, const Value& value, const Value& to) {
-    if (!value.is(Kind::array)) {
-        fail_conversion(engine, value, to);
-    }
-    Value result = Value::shared(Kind::bit_array, std::make_shared<BitArrayObject>());
-    for (const Value& item : value.as_array().items) {
-        set_element_of(engine, result, item, Value::boolean(true));
-    }
-    return result;
 }
 
 Value to_name(Engine& engine, const Value& value, const Value& to) {
@@ -167,13 +112,6 @@ Value to_name(Engine& engine, const Value& value, const Value& to) {
     }
     if (value.is(Kind::string)) {
         return Value::name(value.as_string().text);
-    }
-    fail_conversion(engine, value, to);
-}
-
-Value to_stream(Engine& engine, const Value& value, const Value& to) {
-    if (value.is(Kind::string)) {
-        return Value::string_stream(value.as_string().text);
     }
     fail_conversion(engine, value, to);
 }
@@ -211,18 +149,15 @@ Value class_of(Engine&, const Value& value) {
 Value convert(Engine& engine, const Value& value, const Value& to) {
     using Conversion = Value (*)(Engine&, const Value&, const Value&);
     static const std::pair<Kind, Conversion> kConversions[] = {
-        {Kind::integer, to_integer}, {Kind::integer64, to_integer64},  {Kind::real, to_real},
-        {Kind::name, to_name},       {Kind::array, to_array},          {Kind::bit_array, to_bit_array},
-        {Kind::time, to_time},       {Kind::string_stream, to_stream},
+        {Kind::integer, to_integer},
+        {Kind::real, to_real},
+        {Kind::name, to_name},
     };
     if (!to.is(Kind::host_class)) {
         engine.fail(u"Type error: as needs a class, got: " + printed_text(engine, to));
     }
     if (to.identity() == class_of_kind(Kind::string).get()) {
         return Value::string(text_of(engine, value));
-    }
-    if (to.identity() == classes().number.get()) {
-        return to_number(engine, value, to);
     }
     for (const auto& conversion : kConversions) {
         if (to.identity() == class_of_kind(conversion.first).get()) {

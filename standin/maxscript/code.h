@@ -16,11 +16,10 @@ public:
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
-    // When a return, exit or continue is under way (Engine::interrupted) the result means nothing.
     virtual Value evaluate(Engine& engine) const = 0;
     virtual bool is_assignable() const { return false; }
     virtual void assign(Engine&, const Value&) const {}
-    // For &node; undefined: it cannot be referred to.
+    // For &node, a variable; undefined: it cannot be referred to.
     virtual Value refer(Engine&) const { return Value(); }
     // The text of a string literal; null: it is none.
     virtual const Text* literal_text() const { return nullptr; }
@@ -47,7 +46,7 @@ struct KeywordParameter {
 // Parameters come first in the frame: the positional ones, then those with keywords.
 struct FunctionCode {
     Text name;
-    std::vector<bool> by_reference; // one for each positional parameter
+    std::size_t parameters = 0; // positional ones
     std::vector<KeywordParameter> keywords;
     NodePointer body;
     std::size_t slots = 0;
@@ -63,7 +62,6 @@ struct FunctionObject : Container {
 
 struct StructMember {
     Text name;
-    bool is_public = true;
     bool is_function = false;
     std::size_t data_index = 0;
     // The function, or what computes the first value; null: undefined.
@@ -75,7 +73,6 @@ struct StructLayout {
     std::vector<StructMember> members;
     std::unordered_map<Text, std::size_t> index; // by folded name
     std::vector<std::size_t> data;               // the members that are data, in order
-    std::shared_ptr<FunctionCode> on_create;
 
     const StructMember* find(const Text& folded_name) const;
 };

@@ -71,8 +71,6 @@ void Engine::begin_from_outside() {
     if (calls_ == 0 && runs_ == 0) {
         steps_left_ = environment_.settings.step_limit;
         ++calls_from_outside_;
-        flow_ = Flow::normal;
-        print_all_elements = false;
         undo = false;
     }
 }
@@ -122,8 +120,6 @@ Value Engine::call(const Value& callee, std::size_t count, const std::vector<Arg
             return call_native(*callee.as_class().constructor, count, keywords);
         }
         break;
-    case Kind::host_object: // may answer to the empty name
-        return call_method(callee.as_object(), Text(), count, keywords);
     default:
         break;
     }
@@ -159,26 +155,22 @@ void Engine::bind_keywords(const FunctionCode& code, std::size_t count,
 
 Value Engine::call_function(const FunctionCode& code, const Value& self, std::size_t count,
                             const std::vector<Arguments::Keyword>& keywords) {
-    if (count != code.by_reference.size()) {
+    if (count != code.parameters) {
         fail(u"Argument count error: " + code.name + u" wanted " +
-             text_from_number(static_cast<int>(code.by_reference.size())) + u", got " +
+             text_from_number(static_cast<int>(code.parameters)) + u", got " +
              text_from_number(static_cast<int>(count)));
     }
     charge(0);
     const std::size_t first = stack_.size() - count;
     for (std::size_t i = 0; i < count; ++i) {
         Value& value = stack_[first + i];
-        if (value.is(Kind::reference) && !code.by_reference[i]) {
+        if (value.is(Kind::reference)) {
             value = Value(value.as_reference().get());
         }
     }
     FrameGuard guard(*this, self, first, code);
     bind_keywords(code, count, keywords);
-    Value result = code.body->evaluate(*this);
-    if (flow_ == Flow::returning) {
-        return resume();
-    }
-    return result;
+    return code.body->evaluate(*this);
 }
 
 Value Engine::call_native(const NativeFunction& native, std::size_t count,
@@ -217,9 +209,6 @@ Value Engine::call_method(HostObject& object, const Text& name, std::size_t coun
         spot_ = spot;
         return result;
     }
-    if (name.empty()) {
-        fail(u"Type error: Call needs function or class, got: " + object.text());
-    }
     if (!object.get_property(name, result)) {
         fail(u"Unknown property: \"" + name + u"\" in " + object.text());
     }
@@ -233,49 +222,22 @@ Value Engine::member_function(const StructMember& member, const Value& self) con
     return Value::shared(Kind::function, std::move(function));
 }
 
-void Engine::set_members(const Value& instance, std::size_t first, std::size_t count,
-                         const std::vector<Arguments::Keyword>& keywords, std::vector<bool>& given) {
-    const StructLayout& layout = *instance.as_instance().definition->layout;
-    std::vector<Value>& members = instance.as_instance().members;
-    if (count > members.size()) {
-        fail(u"Argument count error: " + layout.name + u" wanted " +
-             text_from_number(static_cast<int>(members.size())) + u", got " +
-             text_from_number(static_cast<int>(count)));
-    }
-    const auto give = [&](const StructMember& member, const Value& value) {
-        if (!member.is_public) {
-            fail(u"Runtime error: Attempting to access private member: \"" + member.name +
-                 u"\" in: #Struct:" + layout.name);
-        }
-        members[member.data_index] = value.is(Kind::reference) ? value.as_reference().get() : value;
-        given[member.data_index] = true;
-    };
-    for (std::size_t i = 0; i < count; ++i) {
-        give(layout.members[layout.data[i]], stack_[first + i]);
-    }
-    for (const Arguments::Keyword& keyword : keywords) {
-        const StructMember* member = layout.find(keyword.name);
-        if (member == nullptr || member->is_function) {
-            fail(u"Unknown property: \"" + keyword.name + u"\" in #Struct:" + layout.name);
-        }
-        give(*member, keyword.value);
-    }
-}
-
 Value Engine::construct(const Value& definition, std::size_t count,
                         const std::vector<Arguments::Keyword>& keywords) {
+    if (count > 0 || !keywords.empty()) {
+        fail(u"Argument count error: " + definition.as_struct().layout->name +
+             u" wanted 0: values of members are not supported here");
+    }
     charge(0);
     const auto object = std::make_shared<InstanceObject>();
     object->definition = definition.pointer<StructDefinition>();
     const std::shared_ptr<const StructLayout> layout = object->definition->layout;
     object->members.resize(layout->data.size());
     Value instance = Value::shared(Kind::instance, object);
-    std::vector<bool> given(layout->data.size());
-    set_members(instance, stack_.size() - count, count, keywords, given);
     static const std::vector<Arguments::Keyword> none;
     for (std::size_t i = 0; i < layout->data.size(); ++i) {
         const StructMember& member = layout->members[layout->data[i]];
-        if (!given[i] && member.code) {
+        if (member.code) {
             const Value value = call_function(*member.code, instance, 0, none);
             // Its computation may have emptied the instance.
             if (i < object->members.size()) {
@@ -283,17 +245,12 @@ Value Engine::construct(const Value& definition, std::size_t count,
             }
         }
     }
-    if (layout->on_create) {
-        call_function(*layout->on_create, instance, 0, none);
-    }
     return instance;
 }
 
 Value Engine::run_unit(const FunctionCode& code) {
     FrameGuard guard(*this, Value(), stack_.size(), code);
-    Value result = code.body->evaluate(*this);
-    flow_ = Flow::normal;
-    return result;
+    return code.body->evaluate(*this);
 }
 
 Value Engine::run(const Text& source, const Text& file_name) {

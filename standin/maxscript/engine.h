@@ -9,8 +9,6 @@
 
 namespace maxscript {
 
-enum class Flow : std::uint8_t { normal, returning, exiting, continuing };
-
 class Engine {
 public:
     Engine(Interpreter& interpreter, const Environment& environment);
@@ -33,19 +31,6 @@ public:
     const Spot& spot() const { return spot_; }
     [[noreturn]] void fail(const Text& message) const;
     [[noreturn]] void stop_at_limit(const char16_t* message) const;
-
-    // Flow.
-    bool interrupted() const { return flow_ != Flow::normal; }
-    Flow flow() const { return flow_; }
-    void interrupt(Flow flow, Value value) {
-        flow_ = flow;
-        flow_value_ = std::move(value);
-    }
-    // Ends the interruption and gives its value.
-    Value resume() {
-        flow_ = Flow::normal;
-        return std::move(flow_value_);
-    }
 
     // The stack. Its values never move, so native code may hold pointers to its arguments.
     Value& slot(std::size_t index) { return stack_[base_ + index]; }
@@ -82,7 +67,6 @@ public:
     const ScriptError* current_error() const { return current_error_; }
     const ScriptError* set_current_error(const ScriptError* error);
 
-    bool print_all_elements = false;
     bool undo = false;
 
 private:
@@ -90,8 +74,6 @@ private:
 
     void bind_keywords(const FunctionCode& code, std::size_t count,
                        const std::vector<Arguments::Keyword>& keywords);
-    void set_members(const Value& instance, std::size_t first, std::size_t count,
-                     const std::vector<Arguments::Keyword>& keywords, std::vector<bool>& given);
     Value run_unit(const FunctionCode& code);
 
     Interpreter& interpreter_;
@@ -100,8 +82,6 @@ private:
     std::vector<Value> stack_;
     std::size_t base_ = 0;
     Value self_;
-    Flow flow_ = Flow::normal;
-    Value flow_value_;
     Spot spot_;
     std::int64_t steps_left_ = 0;
     std::uint64_t calls_from_outside_ = 0;

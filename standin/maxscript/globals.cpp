@@ -130,10 +130,4 @@ void Globals::add_function(const Text& name, int fewest, int most, const std::ve
     add_function(std::move(function));
 }
 
-void Globals::tolerate(const Text& name) {
-    const CellPointer cell = declare(name);
-    cell->from_host = true;
-    cell->tolerated = true;
-}
-
 } // namespace maxscript

@@ -20,7 +20,6 @@ struct Cell : Container {
     bool constant = false;
     bool from_host = false;
     bool persistent = false;
-    bool tolerated = false; // only known so that scripts may ask for it
 };
 
 using CellPointer = std::shared_ptr<Cell>;
@@ -54,8 +53,6 @@ public:
     // The same, spelled out; keywords in any case.
     void add_function(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
                       NativeCode code);
-    // A name that is undefined here but may be another host's: a renderer's class.
-    void tolerate(const Text& name);
 
 private:
     std::unordered_map<Text, CellPointer> cells_; // by folded name

@@ -27,11 +27,6 @@ Value Interpreter::run(const Text& source, const Text& file_name) {
     return engine_->run(source, file_name);
 }
 
-Value Interpreter::run_file(const Text& path) {
-    engine_->begin_from_outside();
-    return engine_->run_file(path);
-}
-
 std::vector<ScriptError> Interpreter::check(const std::string& bytes, const Text& file_name) const {
     std::vector<ScriptError> problems;
     // What the text declares stays out of the real globals.
@@ -71,32 +66,12 @@ const Environment& Interpreter::environment() const {
     return engine_->environment();
 }
 
-Value Interpreter::get_property(const Value& object, const Text& name) {
-    return property_of(*engine_, object, folded(name));
-}
-
-void Interpreter::set_property(const Value& object, const Text& name, const Value& value) {
-    set_property_of(*engine_, object, folded(name), value);
-}
-
-bool Interpreter::has_property(const Value& object, const Text& name) {
-    return maxscript::has_property(*engine_, object, folded(name));
-}
-
-bool Interpreter::equal(const Value& one, const Value& other) {
-    return equal_values(*engine_, one, other);
-}
-
 Text Interpreter::as_string(const Value& value) {
     return text_of(*engine_, value);
 }
 
 Text Interpreter::printed(const Value& value) {
     return printed_text(*engine_, value);
-}
-
-Value Interpreter::class_of(const Value& value) {
-    return maxscript::class_of(*engine_, value);
 }
 
 void Interpreter::fail(const Text& message) const {

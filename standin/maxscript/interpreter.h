@@ -1,13 +1,13 @@
 // Reads, checks and runs the part of the host's script language that the shipped scripts use, as the host of
 // 2019 does. It refuses everything else, with file, line and column; among it:
 // - macroscripts, rollouts, utilities, plugins, menus, tools, `when`, `about`, `in`, `at`, `set`, `max`;
-// - point, matrix, colour, quaternion, ray and box values, and what is drawn or animated;
-// - object paths with wildcards, and every name that the embedder has not given (the host knows thousands);
+// - return, exit, continue and `do … while`; bit arrays and what else the shipped scripts do without;
+// - point, matrix, colour, quaternion, ray and box values, literals of times, and what is drawn or animated;
+// - object paths, and every name that the embedder has not given (the host knows thousands);
 // - what is newer than 2019: functions as callbacks, `asArray:`, for-loops with several variables,
-// executeScriptFile;
+//   executeScriptFile;
 // - in strict settings what the host lets pass and gets wrong: undeclared names, data in a format string,
-// bytes beyond
-//   ASCII in a file.
+//   bytes beyond ASCII in a file.
 // Integers and floats print as the host's do, as far as its documents tell.
 //
 // An embedder gives the files, the listener window and the host's names:
@@ -66,7 +66,7 @@ class FileAccess {
 public:
     virtual ~FileAccess() = default;
     virtual bool exists(const Text& path) = 0; // of a file
-    virtual bool folder_exists(const Text& path) { return !folders(path).empty(); }
+    virtual bool folder_exists(const Text& path) = 0;
     // In bytes; 0: there is none. Some know it of files that cannot be read.
     virtual std::int64_t size(const Text& path) {
         std::string bytes;
@@ -75,9 +75,8 @@ public:
     // False: there is none, or it cannot be read.
     virtual bool read(const Text& path, std::string& bytes) = 0;
     virtual bool write(const Text& path, const std::string& bytes) = 0;
-    // Full paths of the files (not folders) that match; wildcards in the last part only.
+    // Full paths of the files that match; wildcards in the last part only.
     virtual std::vector<Text> list(const Text& pattern) = 0;
-    virtual std::vector<Text> folders(const Text& pattern) = 0;
     virtual bool remove(const Text& path) = 0;
     virtual bool rename(const Text& from, const Text& to) = 0; // false when `to` exists
     virtual bool copy(const Text& from, const Text& to) = 0;   // false when `to` exists
@@ -104,8 +103,6 @@ struct Settings {
 struct Environment {
     FileAccess* files = nullptr;  // null: no file exists; not owned
     Listener* listener = nullptr; // null: output goes nowhere; not owned
-    // What `$name` stands for (the text without the dollar, quotes taken off); empty: undefined.
-    std::function<Value(const Text& path)> object_by_path;
     Settings settings;
 };
 
@@ -122,8 +119,6 @@ public:
     // value of the last; stops at the first error, and what ran before has taken effect. Throws ScriptError.
     // Each call from outside starts with a fresh count of steps.
     Value run(const Text& source, const Text& file_name);
-    // As fileIn does: run() on the file's text, which has to be ASCII when settings are strict.
-    Value run_file(const Text& path);
     // Reads all of the text and runs nothing: every problem that shows without running, in the order of the
     // text. A syntax error ends it. `bytes` is the content of a file.
     std::vector<ScriptError> check(const std::string& bytes, const Text& file_name) const;
@@ -135,15 +130,8 @@ public:
     Globals& globals();
     const Environment& environment() const;
 
-    // `object.name` and `object.name = value`; name in any case.
-    Value get_property(const Value& object, const Text& name);
-    void set_property(const Value& object, const Text& name, const Value& value);
-    bool has_property(const Value& object, const Text& name);
-
-    bool equal(const Value& one, const Value& other); // ==
-    Text as_string(const Value& value);               // `value as string`
-    Text printed(const Value& value);                 // as print shows it: strings in quotes
-    Value class_of(const Value& value);
+    Text as_string(const Value& value); // `value as string`
+    Text printed(const Value& value);   // as print shows it: strings in quotes
 
     // A runtime error at the expression that is running; scripts can catch it.
     [[noreturn]] void fail(const Text& message) const;
@@ -191,7 +179,6 @@ public:
     const Text& text(std::size_t index) const; // of a String
     const Text& name(std::size_t index) const; // folded, of a Name
     ArrayObject& array(std::size_t index) const;
-    HostObject& object(std::size_t index) const;
     Text keyword_text(const Text& keyword_name, const Text& otherwise) const;
     bool keyword_boolean(const Text& keyword_name, bool otherwise) const;
     Text keyword_name(const Text& keyword_name, const Text& otherwise) const; // folded
@@ -226,7 +213,6 @@ public:
     bool get_property(const Text& name, Value& value) override;
     bool set_property(const Text& name, const Value& value) override;
     bool has_property(const Text& name) const override { return members_.count(name) != 0; }
-    std::vector<Text> property_names() const override;
     Text text() const override { return class_->name; }
 
 private:

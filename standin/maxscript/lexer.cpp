@@ -15,10 +15,9 @@ Place place_of(const Spot& spot) {
 namespace {
 
 // The longer ones first.
-const char16_t* const kSymbols[] = {u"==", u"!=", u"<=", u">=", u"+=", u"-=", u"*=", u"/=",
-                                    u"#(", u"#{", u"::", u"..", u"=",  u"<",  u">",  u"+",
-                                    u"-",  u"*",  u"/",  u"^",  u"(",  u")",  u"[",  u"]",
-                                    u"{",  u"}",  u",",  u".",  u"&",  u"?",  u":"};
+const char16_t* const kSymbols[] = {u"==", u"!=", u"<=", u">=", u"+=", u"-=", u"*=", u"/=", u"#(",
+                                    u"=",  u"<",  u">",  u"+",  u"-",  u"*",  u"/",  u"^",  u"(",
+                                    u")",  u"[",  u"]",  u",",  u".",  u"&",  u":"};
 
 bool starts_word(char16_t unit) {
     return unit == u'_' || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || unit >= 0x80;
@@ -90,7 +89,7 @@ void Lexer::add_error(const Spot& spot, const char16_t* message) {
     add(TokenKind::error, spot).text = message;
 }
 
-// Blanks, comments, and line ends after a backslash.
+// Blanks and comments.
 void Lexer::skip_blanks() {
     while (!at_end()) {
         const char16_t unit = peek();
@@ -105,7 +104,7 @@ void Lexer::skip_blanks() {
             if (!skip_comment()) {
                 return;
             }
-        } else if (unit != u'\\' || !skip_joined_line()) {
+        } else {
             return;
         }
     }
@@ -123,19 +122,6 @@ bool Lexer::skip_comment() {
     }
     add_error(spot, u"unterminated comment");
     return false;
-}
-
-bool Lexer::skip_joined_line() {
-    std::size_t ahead = 1;
-    while (peek(ahead) == u' ' || peek(ahead) == u'\t' || peek(ahead) == u'\r') {
-        ++ahead;
-    }
-    if (peek(ahead) != u'\n') {
-        return false;
-    }
-    while (take() != u'\n') {
-    }
-    return true;
 }
 
 void Lexer::read_token(bool blank_before) {
@@ -158,9 +144,6 @@ void Lexer::read_token(bool blank_before) {
     } else if (peek() == u'#' && (is_word_unit(peek(1)) || peek(1) == u'\'')) {
         take();
         read_bare(TokenKind::name, spot);
-    } else if (peek() == u'$') {
-        take();
-        read_path(spot);
     } else {
         read_symbol(spot);
     }
@@ -202,18 +185,6 @@ bool Lexer::read_bare(TokenKind kind, const Spot& spot) {
     token.folded = folded(text);
     token.text = std::move(text);
     return true;
-}
-
-void Lexer::read_path(const Spot& spot) {
-    if (peek() == u'\'') {
-        read_bare(TokenKind::path, spot);
-        return;
-    }
-    Text text;
-    while (is_word_unit(peek()) || peek() == u'*' || peek() == u'?' || (peek() == u'/' && peek(1) != u'*')) {
-        text += take();
-    }
-    add(TokenKind::path, spot).text = std::move(text);
 }
 
 void Lexer::read_symbol(const Spot& spot) {

@@ -24,18 +24,15 @@ private:
 
     void skip_blanks();
     bool skip_comment();
-    bool skip_joined_line();
     void read_token(bool blank_before);
     void read_word(const Spot& spot);
     bool read_bare(TokenKind kind, const Spot& spot);
-    void read_path(const Spot& spot);
     void read_symbol(const Spot& spot);
 
     void read_number(const Spot& spot);
     void read_hex_number(const Spot& spot);
-    void read_time(const Spot& spot, std::size_t start);
     void read_integer(const Spot& spot, const std::string& digits);
-    bool scan_decimal(std::string& digits, bool& is_real);
+    void scan_decimal(std::string& digits, bool& is_real);
     void read_string(const Spot& spot);
     void read_escape(Text& text);
 

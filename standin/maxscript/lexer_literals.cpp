@@ -1,61 +1,23 @@
-// Numbers, times and strings.
+// Numbers and strings.
 #include "standin/maxscript/lexer.h"
 
 #include <cerrno>
-#include <cmath>
 #include <cstdlib>
 
 namespace maxscript {
 
-namespace {
-
-constexpr double kTicksPerSecond = 4800;
-constexpr double kTicksPerFrame = 160; // 30 frames to the second
-
-double ticks_of_unit(char16_t unit) {
-    switch (unit) {
-    case u's':
-        return kTicksPerSecond;
-    case u'm':
-        return 60 * kTicksPerSecond;
-    case u'f':
-        return kTicksPerFrame;
-    case u't':
-        return 1;
-    default:
-        return 0;
-    }
-}
-
-} // namespace
-
-// Digits with an optional fraction and exponent. `1..3` is a range, not a fraction.
-bool Lexer::scan_decimal(std::string& digits, bool& is_real) {
+// Digits with an optional fraction.
+void Lexer::scan_decimal(std::string& digits, bool& is_real) {
     while (is_digit(peek())) {
         digits += static_cast<char>(take());
     }
-    if (peek() == u'.' && peek(1) != u'.') {
+    if (peek() == u'.') {
         is_real = true;
         digits += static_cast<char>(take());
         while (is_digit(peek())) {
             digits += static_cast<char>(take());
         }
     }
-    const char16_t mark = lower_unit(peek());
-    const std::size_t sign = peek(1) == u'+' || peek(1) == u'-' ? 1 : 0;
-    if ((mark == u'e' || mark == u'd') && is_digit(peek(1 + sign))) {
-        is_real = true;
-        digits += 'e';
-        take();
-        for (std::size_t i = 0; i < sign; ++i) {
-            digits += static_cast<char>(take());
-        }
-        while (is_digit(peek())) {
-            digits += static_cast<char>(take());
-        }
-        return mark == u'e';
-    }
-    return true;
 }
 
 void Lexer::read_number(const Spot& spot) {
@@ -63,14 +25,10 @@ void Lexer::read_number(const Spot& spot) {
         read_hex_number(spot);
         return;
     }
-    const std::size_t start = at_;
     std::string digits;
     bool is_real = false;
-    if (!scan_decimal(digits, is_real)) {
-        add_error(spot, u"numbers of class Double are not supported");
-    } else if (ticks_of_unit(lower_unit(peek())) > 0) {
-        read_time(spot, start);
-    } else if (peek() == u'L' && !is_real) {
+    scan_decimal(digits, is_real);
+    if (peek() == u'L' && !is_real) {
         take();
         errno = 0;
         const long long number = std::strtoll(digits.c_str(), nullptr, 10);
@@ -118,29 +76,6 @@ void Lexer::read_hex_number(const Spot& spot) {
         return;
     }
     add(TokenKind::number, spot).value = Value::integer(static_cast<std::int32_t>(number));
-}
-
-// 10f, 2.5s, 1m20s, 160t.
-void Lexer::read_time(const Spot& spot, std::size_t start) {
-    at_ = start;
-    double ticks = 0;
-    while (is_digit(peek()) || (peek() == u'.' && is_digit(peek(1)))) {
-        std::string digits;
-        bool is_real = false;
-        scan_decimal(digits, is_real);
-        const double unit = ticks_of_unit(lower_unit(peek()));
-        if (unit <= 0) {
-            add_error(spot, u"a time needs a unit behind each number");
-            return;
-        }
-        take();
-        ticks += std::strtod(digits.c_str(), nullptr) * unit;
-    }
-    if (!(ticks < 2147483647.0)) {
-        add_error(spot, u"the time is too long");
-        return;
-    }
-    add(TokenKind::number, spot).value = Value::time(static_cast<std::int32_t>(std::lround(ticks)));
 }
 
 void Lexer::read_string(const Spot& spot) {

@@ -37,13 +37,6 @@ struct SlotNode : Node { // a local or parameter of a function
     std::size_t slot;
 };
 
-struct ReferenceSlotNode : SlotNode { // a parameter that was declared with &
-    using SlotNode::SlotNode;
-    Value evaluate(Engine& engine) const override;
-    void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
-};
-
 struct MemberNode : Node { // a struct's member by its bare name
     MemberNode(const Spot& spot, const StructLayout* owner, std::size_t place)
         : Node(spot), layout(owner), index(place) {}
@@ -51,20 +44,8 @@ struct MemberNode : Node { // a struct's member by its bare name
     Value evaluate(Engine& engine) const override;
     bool is_assignable() const override { return true; }
     void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
     const StructLayout* layout; // the engine keeps it; owning it from here would be a circle
     std::size_t index;
-};
-
-struct ThisNode : Node {
-    using Node::Node;
-    Value evaluate(Engine& engine) const override;
-};
-
-struct PathNode : Node {
-    PathNode(const Spot& spot, Text name) : Node(spot), path(std::move(name)) {}
-    Value evaluate(Engine& engine) const override;
-    Text path;
 };
 
 struct PropertyNode : Node {
@@ -73,7 +54,6 @@ struct PropertyNode : Node {
     Value evaluate(Engine& engine) const override;
     bool is_assignable() const override { return true; }
     void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
     NodePointer object;
     Text name;
 };
@@ -84,7 +64,6 @@ struct IndexNode : Node {
     Value evaluate(Engine& engine) const override;
     bool is_assignable() const override { return true; }
     void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
     NodePointer object;
     NodePointer index;
 };
@@ -99,16 +78,6 @@ struct ArrayNode : Node {
     using Node::Node;
     Value evaluate(Engine& engine) const override;
     std::vector<NodePointer> items;
-};
-
-struct BitArrayNode : Node {
-    using Node::Node;
-    struct Range {
-        NodePointer first;
-        NodePointer last; // null: one number
-    };
-    Value evaluate(Engine& engine) const override;
-    std::vector<Range> ranges;
 };
 
 struct NegateNode : Node {
@@ -171,7 +140,7 @@ struct CallNode : Node {
     std::vector<Keyword> keywords;
 
 private:
-    bool push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const;
+    void push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const;
     Value call_property(Engine& engine, const PropertyNode& property) const;
     Value call_member(Engine& engine, const MemberNode& node) const;
 };
@@ -215,7 +184,6 @@ struct CaseNode : Node {
 struct WhileNode : Node {
     using Node::Node;
     Value evaluate(Engine& engine) const override;
-    bool body_first = false;
     NodePointer condition;
     NodePointer body;
 };
@@ -233,19 +201,9 @@ struct ForNode : Node {
     bool collects = false;
 
 private:
-    bool run_range(Engine& engine, std::vector<Value>& collected) const;
-    bool run_whole(Engine& engine, std::int64_t first, std::int64_t last, std::int64_t step,
-                   std::vector<Value>& collected) const;
-    bool run_times(Engine& engine, const Value (&limits)[3], std::vector<Value>& collected) const;
-    bool run_items(Engine& engine, std::vector<Value>& collected) const;
+    void run_range(Engine& engine, std::vector<Value>& collected) const;
+    void run_items(Engine& engine, std::vector<Value>& collected) const;
     bool pass(Engine& engine, const Value& value, std::vector<Value>& collected) const;
-};
-
-struct FlowNode : Node { // return, exit, continue
-    using Node::Node;
-    Value evaluate(Engine& engine) const override;
-    int kind = 0; // Flow
-    NodePointer value;
 };
 
 struct TryNode : Node {
@@ -255,10 +213,9 @@ struct TryNode : Node {
     NodePointer handler;
 };
 
-struct ContextNode : Node { // with redraw off …
+struct ContextNode : Node { // undo "step" on …
     using Node::Node;
     Value evaluate(Engine& engine) const override;
-    Text context; // folded
     NodePointer state;
     NodePointer body;
 };
@@ -288,8 +245,5 @@ struct DeclareNode : Node { // local and global declarations
     std::vector<Item> items;
     std::vector<CellPointer> persistent;
 };
-
-// The value that a `for … collect` leaves out.
-const Value& dont_collect();
 
 } // namespace maxscript

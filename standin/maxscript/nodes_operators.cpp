@@ -23,18 +23,12 @@ private:
 
 Value NegateNode::evaluate(Engine& engine) const {
     const Value value = operand->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
     engine.at(spot());
     return negate(engine, value);
 }
 
 Value NotNode::evaluate(Engine& engine) const {
     const Value value = operand->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
     engine.at(spot());
     if (!value.is(Kind::boolean)) {
         engine.fail(u"No \"\"not\"\" function for " + printed_text(engine, value));
@@ -45,10 +39,7 @@ Value NotNode::evaluate(Engine& engine) const {
 Value ChainNode::evaluate(Engine& engine) const {
     Value result = first->evaluate(engine);
     for (const Link& link : links) {
-        const Value operand = engine.interrupted() ? Value() : link.operand->evaluate(engine);
-        if (engine.interrupted()) {
-            return Value();
-        }
+        const Value operand = link.operand->evaluate(engine);
         engine.at(link.spot);
         result = arithmetic(engine, link.operation, result, operand);
     }
@@ -58,9 +49,6 @@ Value ChainNode::evaluate(Engine& engine) const {
 Value LogicNode::evaluate(Engine& engine) const {
     for (const NodePointer& operand : operands) {
         Value value = operand->evaluate(engine);
-        if (engine.interrupted()) {
-            return Value();
-        }
         engine.at(operand->spot());
         if (!value.is(Kind::boolean)) {
             engine.fail(u"Unable to convert: " + printed_text(engine, value) + u" to type: Boolean");
@@ -74,10 +62,7 @@ Value LogicNode::evaluate(Engine& engine) const {
 
 Value CompareNode::evaluate(Engine& engine) const {
     const Value left = one->evaluate(engine);
-    const Value right = engine.interrupted() ? Value() : other->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
+    const Value right = other->evaluate(engine);
     engine.at(spot());
     if (operation == u"==" || operation == u"!=") {
         return Value::boolean(equal_values(engine, left, right) == (operation == u"=="));
@@ -94,58 +79,41 @@ Value CompareNode::evaluate(Engine& engine) const {
 
 Value AsNode::evaluate(Engine& engine) const {
     const Value from = value->evaluate(engine);
-    const Value to = engine.interrupted() ? Value() : target->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
+    const Value to = target->evaluate(engine);
     engine.at(spot());
     return convert(engine, from, to);
 }
 
-bool CallNode::push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const {
+void CallNode::push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const {
     for (const NodePointer& argument : arguments) {
-        Value value = argument->evaluate(engine);
-        if (engine.interrupted()) {
-            return false;
-        }
-        engine.push(std::move(value));
+        engine.push(argument->evaluate(engine));
     }
     for (const Keyword& keyword : keywords) {
-        Value value = keyword.value->evaluate(engine);
-        if (engine.interrupted()) {
-            return false;
-        }
-        values.push_back(Arguments::Keyword{keyword.name, std::move(value)});
+        values.push_back(Arguments::Keyword{keyword.name, keyword.value->evaluate(engine)});
     }
     engine.at(spot());
-    return true;
 }
 
 Value CallNode::call_member(Engine& engine, const MemberNode& node) const {
     const ArgumentsOnStack on_stack(engine);
     std::vector<Arguments::Keyword> values;
-    if (!push_arguments(engine, values)) {
-        return Value();
-    }
+    push_arguments(engine, values);
     const Value self = engine.self();
     return engine.call_function(*node.member().code, self, arguments.size(), values);
 }
 
 Value CallNode::call_property(Engine& engine, const PropertyNode& property) const {
     const Value object = property.object->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
     const ArgumentsOnStack on_stack(engine);
     std::vector<Arguments::Keyword> values;
     if (object.is(Kind::host_object)) {
-        return push_arguments(engine, values)
-                   ? engine.call_method(object.as_object(), property.name, arguments.size(), values)
-                   : Value();
+        push_arguments(engine, values);
+        return engine.call_method(object.as_object(), property.name, arguments.size(), values);
     }
     engine.at(property.spot());
     const Value function = property_of(engine, object, property.name);
-    return push_arguments(engine, values) ? engine.call(function, arguments.size(), values) : Value();
+    push_arguments(engine, values);
+    return engine.call(function, arguments.size(), values);
 }
 
 Value CallNode::evaluate(Engine& engine) const {
@@ -157,12 +125,10 @@ Value CallNode::evaluate(Engine& engine) const {
         return call_member(engine, *member);
     }
     const Value function = callee->evaluate(engine);
-    if (engine.interrupted()) {
-        return Value();
-    }
     const ArgumentsOnStack on_stack(engine);
     std::vector<Arguments::Keyword> values;
-    return push_arguments(engine, values) ? engine.call(function, arguments.size(), values) : Value();
+    push_arguments(engine, values);
+    return engine.call(function, arguments.size(), values);
 }
 
 Value AssignNode::evaluate(Engine& engine) const {
@@ -171,16 +137,11 @@ Value AssignNode::evaluate(Engine& engine) const {
         result = value->evaluate(engine);
     } else {
         const Value before = target->evaluate(engine);
-        const Value operand = engine.interrupted() ? Value() : value->evaluate(engine);
-        if (engine.interrupted()) {
-            return Value();
-        }
+        const Value operand = value->evaluate(engine);
         engine.at(spot());
         result = arithmetic(engine, operation[0], before, operand);
     }
-    if (!engine.interrupted()) {
-        target->assign(engine, result);
-    }
+    target->assign(engine, result);
     return result;
 }
 

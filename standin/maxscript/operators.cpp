@@ -85,38 +85,6 @@ Value number_arithmetic(Engine& engine, char16_t operation, const Value& one, co
     return is_long ? Value::integer64(result) : Value::integer(wrapped(result));
 }
 
-// Times with times, and with numbers, which count frames.
-bool time_arithmetic(Engine& engine, char16_t operation, const Value& one, const Value& other,
-                     Value& result) {
-    constexpr double kTicks = 160;
-    const bool left = one.is(Kind::time);
-    const bool right = other.is(Kind::time);
-    if ((!left && !one.is_number()) || (!right && !other.is_number()) || (!left && !right)) {
-        return false;
-    }
-    const double a = left ? one.as_ticks() : number_to_real(one);
-    const double b = right ? other.as_ticks() : number_to_real(other);
-    if (operation == u'/' && b == 0) {
-        engine.fail(u"Runtime error: Integer divide by zero");
-    }
-    switch (operation) {
-    case u'+':
-    case u'-': {
-        const double sum = (left ? a : a * kTicks) + (operation == u'+' ? 1 : -1) * (right ? b : b * kTicks);
-        result = Value::time(cut_to_integer(sum));
-        return true;
-    }
-    case u'*':
-        result = Value::time(cut_to_integer(left && right ? a * b / kTicks : a * b));
-        return !(left && right);
-    case u'/':
-        result = right ? Value::real(static_cast<float>(a / b)) : Value::time(cut_to_integer(a / b));
-        return left;
-    default:
-        return false;
-    }
-}
-
 template <class Type>
 int order_of(Type one, Type other) {
     return one < other ? -1 : one > other ? 1 : one == other ? 0 : kUnordered;
@@ -183,11 +151,7 @@ Value arithmetic(Engine& engine, char16_t operation, const Value& one, const Val
     if (operation == u'+' && (one.is(Kind::string) || one.is(Kind::array))) {
         return add(engine, one, other);
     }
-    Value result;
-    if (time_arithmetic(engine, operation, one, other, result)) {
-        return result;
-    }
-    if (one.is_number() || one.is(Kind::time)) {
+    if (one.is_number()) {
         fail_conversion(engine, other, one);
     }
     fail_operator(engine, Text(1, operation), one);
@@ -202,8 +166,6 @@ Value negate(Engine& engine, const Value& value) {
             static_cast<std::int64_t>(0 - static_cast<std::uint64_t>(value.as_integer64())));
     case Kind::real:
         return Value::real(-value.as_real());
-    case Kind::time:
-        return Value::time(wrapped(-static_cast<std::int64_t>(value.as_ticks())));
     default:
         fail_operator(engine, u"-", value);
     }
@@ -232,10 +194,6 @@ bool equal_values(Engine& engine, const Value& one, const Value& other) {
     case Kind::string:
         engine.charge(one.as_string().text.size());
         return one.as_string().text == other.as_string().text;
-    case Kind::host_object:
-        return one.as_object().equals(other.as_object());
-    case Kind::bit_array:
-        return one.as_bit_array().bits == other.as_bit_array().bits;
     case Kind::function:
         return one.as_function().code == other.as_function().code &&
                one.as_function().self.identity() == other.as_function().self.identity();
@@ -251,16 +209,11 @@ int compare_values(Engine& engine, const char16_t* operation, const Value& one, 
         }
         return order_of(whole_of(one), whole_of(other));
     }
-    const bool comparable =
-        one.is_number() || one.is(Kind::string) || one.is(Kind::name) || one.is(Kind::time);
-    if (!comparable) {
+    if (!one.is_number() && !one.is(Kind::string) && !one.is(Kind::name)) {
         fail_operator(engine, operation, one);
     }
     if (one.kind() != other.kind()) {
         fail_conversion(engine, other, one);
-    }
-    if (one.is(Kind::time)) {
-        return order_of(one.as_ticks(), other.as_ticks());
     }
     if (one.is(Kind::name)) {
         return order_of(one.as_name().folded.compare(other.as_name().folded), 0);

@@ -185,8 +185,6 @@ Text Parser::shown(const Token& candidate) const {
         return u"a string";
     case TokenKind::name:
         return u"#" + candidate.text;
-    case TokenKind::path:
-        return u"$" + candidate.text;
     default:
         return candidate.text;
     }

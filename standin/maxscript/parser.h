@@ -70,10 +70,8 @@ private:
     NodePointer negated();
     NodePointer number();
     NodePointer name_use();
-    NodePointer global_use();
     NodePointer block();
     NodePointer array();
-    NodePointer bit_array();
     NodePointer reference();
     NodePointer variable_node(const Spot& spot, const Variable& variable) const;
     Variable known_variable(const Token& name);
@@ -83,15 +81,13 @@ private:
     NodePointer statement();
     NodePointer if_statement();
     NodePointer while_loop();
-    NodePointer do_loop();
     NodePointer for_loop();
     void for_source(ForNode& node);
     NodePointer for_clause(const char16_t* word);
     NodePointer case_statement();
     void case_branch(CaseNode& node);
     NodePointer try_statement();
-    NodePointer flow_statement();
-    NodePointer context();
+    NodePointer undo_context();
     bool starts_context() const;
 
     // Definitions. (parser_definitions.cpp)
@@ -103,9 +99,8 @@ private:
     std::shared_ptr<FunctionCode> body_code(const Text& name);
     NodePointer struct_definition();
     void find_members(StructLayout& layout) const;
-    void find_member(StructLayout& layout, std::size_t& index, bool& is_public) const;
+    void find_member(StructLayout& layout, std::size_t& index) const;
     void struct_member(StructLayout& layout);
-    void struct_handler(StructLayout& layout);
     void struct_members(const std::shared_ptr<StructLayout>& layout);
 
     // What only a check finds. (parser_checks.cpp)

@@ -65,7 +65,7 @@ void Parser::check_member_counts(const StructLayout& layout) {
             continue;
         }
         const StructMember& member = layout.members[call.index];
-        const std::size_t wanted = member.code->by_reference.size();
+        const std::size_t wanted = member.code->parameters;
         if (wanted != call.count) {
             refuse(call.spot, u"Argument count error: " + member.name + u" wanted " +
                                   text_from_number(static_cast<int>(wanted)) + u", got " +

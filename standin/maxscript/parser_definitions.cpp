@@ -73,7 +73,7 @@ std::shared_ptr<FunctionCode> Parser::function_rest(const Text& name, bool in_st
     scopes_.begin_function(false, in_struct);
     parameters(*code);
     if (knowledge != nullptr) {
-        knowledge->arguments = static_cast<int>(code->by_reference.size());
+        knowledge->arguments = static_cast<int>(code->parameters);
     }
     expect_symbol(u"=");
     skip_newlines();
@@ -86,7 +86,6 @@ std::shared_ptr<FunctionCode> Parser::function_rest(const Text& name, bool in_st
 
 void Parser::parameters(FunctionCode& code) {
     while (!is_symbol(u"=")) {
-        const bool by_reference = take_symbol(u"&");
         const Spot spot = token().spot;
         if (token().kind != TokenKind::keyword) {
             const Token name = take_name(u"a parameter or =");
@@ -94,11 +93,11 @@ void Parser::parameters(FunctionCode& code) {
                 fail(spot, u"Syntax error: a positional parameter stands behind one with a keyword");
             }
             const std::size_t before = scopes_.function().slots;
-            scopes_.declare_local(name.text, name.folded, by_reference);
+            scopes_.declare_local(name.text, name.folded);
             if (scopes_.function().slots == before) {
                 fail(spot, u"Syntax error: two parameters have the name " + name.text);
             }
-            code.by_reference.push_back(by_reference);
+            ++code.parameters;
             continue;
         }
         const Token name = tokens_[at_++];
@@ -118,7 +117,7 @@ void Parser::parameters(FunctionCode& code) {
     }
 }
 
-// What computes a member's first value, or a handler: a function without parameters.
+// What computes a member's first value: a function without parameters.
 std::shared_ptr<FunctionCode> Parser::body_code(const Text& name) {
     auto code = std::make_shared<FunctionCode>();
     code->name = name;
@@ -153,23 +152,21 @@ NodePointer Parser::struct_definition() {
 void Parser::find_members(StructLayout& layout) const {
     int depth = 0;
     bool at_start = true;
-    bool is_public = true;
     for (std::size_t i = at_; i < tokens_.size(); ++i) {
         const Token& here = tokens_[i];
         if (here.kind == TokenKind::newline) {
             continue;
         }
         if (at_start) {
-            find_member(layout, i, is_public);
+            find_member(layout, i);
             at_start = false;
             continue;
         }
         if (here.kind != TokenKind::symbol) {
             continue;
         }
-        const bool opens = here.text == u"(" || here.text == u"#(" || here.text == u"[" ||
-                           here.text == u"#{" || here.text == u"{";
-        const bool closes = here.text == u")" || here.text == u"]" || here.text == u"}";
+        const bool opens = here.text == u"(" || here.text == u"#(" || here.text == u"[";
+        const bool closes = here.text == u")" || here.text == u"]";
         depth += opens ? 1 : closes ? -1 : 0;
         if (depth < 0) {
             return;
@@ -178,16 +175,13 @@ void Parser::find_members(StructLayout& layout) const {
     }
 }
 
-void Parser::find_member(StructLayout& layout, std::size_t& index, bool& is_public) const {
+void Parser::find_member(StructLayout& layout, std::size_t& index) const {
     StructMember member;
     while (index + 1 < tokens_.size()) {
         const Token& here = tokens_[index];
         const bool is_function =
             here.folded == u"fn" || here.folded == u"function" || here.folded == u"mapped";
-        const bool is_access = here.folded == u"public" || here.folded == u"private";
-        if (here.kind == TokenKind::word && is_access) {
-            is_public = here.folded == u"public";
-        } else if (here.kind == TokenKind::word && is_function) {
+        if (here.kind == TokenKind::word && is_function) {
             member.is_function = true;
         } else if (here.kind != TokenKind::newline) {
             break;
@@ -201,7 +195,6 @@ void Parser::find_member(StructLayout& layout, std::size_t& index, bool& is_publ
         return;
     }
     member.name = name.text;
-    member.is_public = is_public;
     if (!layout.index.emplace(name.folded, layout.members.size()).second) {
         fail(name.spot, u"Compile error: the struct has two members " + name.text);
     }
@@ -220,10 +213,6 @@ void Parser::struct_members(const std::shared_ptr<StructLayout>& layout) {
     const std::size_t calls_before = member_calls_.size();
     while (true) {
         skip_newlines();
-        if (is_word(u"public") || is_word(u"private")) {
-            ++at_;
-            continue;
-        }
         if (is_symbol(u")")) {
             fail(token().spot, layout->members.empty() ? u"Syntax error: a struct without members"
                                                        : u"Syntax error: a comma before the struct's )");
@@ -241,10 +230,6 @@ void Parser::struct_members(const std::shared_ptr<StructLayout>& layout) {
 }
 
 void Parser::struct_member(StructLayout& layout) {
-    if (is_word(u"on")) {
-        struct_handler(layout);
-        return;
-    }
     const bool is_function = is_word(u"fn") || is_word(u"function");
     at_ += is_function ? 1 : 0;
     const Token name = take_name(u"a member");
@@ -258,21 +243,6 @@ void Parser::struct_member(StructLayout& layout) {
     } else if (take_symbol(u"=")) {
         skip_newlines();
         member.code = body_code(name.text);
-    }
-}
-
-void Parser::struct_handler(StructLayout& layout) {
-    ++at_;
-    const Token name = take_name(u"create or clone");
-    if (name.folded != u"create" && name.folded != u"clone") {
-        fail(name.spot, u"Syntax error: at " + name.text + u", expected create or clone");
-    }
-    skip_newlines();
-    expect_word(u"do");
-    skip_newlines();
-    const std::shared_ptr<FunctionCode> code = body_code(u"on " + name.text);
-    if (name.folded == u"create") {
-        layout.on_create = code;
     }
 }
 

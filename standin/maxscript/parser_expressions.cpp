@@ -59,7 +59,7 @@ NodePointer Parser::assign_name() {
     if (answer == Scopes::Answer::outer_local) {
         fail(name.spot, u"Compile error: No outer local variable references permitted here: " + name.text);
     }
-    if (answer == Scopes::Answer::unknown || (variable.cell && variable.cell->tolerated)) {
+    if (answer == Scopes::Answer::unknown) {
         variable = scopes_.declare(name.text, name.folded);
     }
     check_assignable(name.spot, variable);

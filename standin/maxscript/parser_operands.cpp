@@ -20,8 +20,7 @@ NodePointer Parser::call() {
         return std::make_unique<NegateNode>(spot, call());
     }
     const bool is_literal = token().kind == TokenKind::number || token().kind == TokenKind::string ||
-                            token().kind == TokenKind::name || is_symbol(u"-") || is_symbol(u"#(") ||
-                            is_symbol(u"#{");
+                            token().kind == TokenKind::name || is_symbol(u"-") || is_symbol(u"#(");
     NodePointer first = operand();
     if (!is_literal) {
         return finish_call(std::move(first));
@@ -83,15 +82,13 @@ bool Parser::starts_argument() const {
     case TokenKind::number:
     case TokenKind::string:
     case TokenKind::name:
-    case TokenKind::path:
     case TokenKind::error:
         return true;
     case TokenKind::symbol:
         if (token().text == u"-") {
             return token().blank_before && !token().blank_after;
         }
-        return token().text == u"(" || token().text == u"#(" || token().text == u"#{" ||
-               token().text == u"[" || token().text == u"&" || token().text == u"::" || token().text == u"?";
+        return token().text == u"(" || token().text == u"#(" || token().text == u"[" || token().text == u"&";
     default:
         return false;
     }
@@ -148,8 +145,6 @@ NodePointer Parser::factor() {
         return std::make_unique<StringNode>(spot, Value::string(tokens_[at_++].text));
     case TokenKind::name:
         return std::make_unique<LiteralNode>(spot, Value::name(tokens_[at_++].text));
-    case TokenKind::path:
-        return std::make_unique<PathNode>(spot, tokens_[at_++].text);
     case TokenKind::quoted_word:
         return name_use();
     case TokenKind::word:
@@ -174,14 +169,8 @@ NodePointer Parser::symbol_factor() {
     if (is_symbol(u"#(")) {
         return array();
     }
-    if (is_symbol(u"#{")) {
-        return bit_array();
-    }
     if (is_symbol(u"&")) {
         return reference();
-    }
-    if (is_symbol(u"::")) {
-        return global_use();
     }
     if (is_symbol(u"[")) {
         fail(token().spot, u"Syntax error: points are not supported, and an index follows without a blank");
@@ -200,9 +189,6 @@ NodePointer Parser::number() {
 
 NodePointer Parser::name_use() {
     const Token name = tokens_[at_++];
-    if (name.folded == u"this" && scopes_.function().in_struct) {
-        return std::make_unique<ThisNode>(name.spot);
-    }
     const Variable variable = known_variable(name);
     if (variable.cell && variable.cell->constant && !variable.cell->value.is_callable()) {
         return std::make_unique<LiteralNode>(name.spot, variable.cell->value);
@@ -228,29 +214,10 @@ Variable Parser::known_variable(const Token& name) {
     return variable;
 }
 
-// ::name is the global, whatever else has the name.
-NodePointer Parser::global_use() {
-    ++at_;
-    const Token name = take_name(u"a name");
-    CellPointer cell = scopes_.globals().find_folded(name.folded);
-    if (!cell) {
-        if (!is_symbol(u"=")) {
-            refuse(name.spot, u"undeclared name: ::" + name.text);
-        }
-        cell = scopes_.globals().declare(name.text);
-    }
-    const Variable variable = scopes_.find_global(cell);
-    NodePointer node = variable_node(name.spot, variable);
-    used_[node.get()] = variable;
-    return node;
-}
-
 NodePointer Parser::variable_node(const Spot& spot, const Variable& variable) const {
     switch (variable.kind) {
     case Variable::Kind::slot:
         return std::make_unique<SlotNode>(spot, variable.slot);
-    case Variable::Kind::reference_slot:
-        return std::make_unique<ReferenceSlotNode>(spot, variable.slot);
     case Variable::Kind::member:
         return std::make_unique<MemberNode>(spot, variable.layout.get(), variable.slot);
     default:
@@ -291,26 +258,6 @@ NodePointer Parser::array() {
     return node;
 }
 
-NodePointer Parser::bit_array() {
-    auto node = std::make_unique<BitArrayNode>(token().spot);
-    ++at_;
-    skip_newlines();
-    while (!take_symbol(u"}")) {
-        if (!node->ranges.empty()) {
-            expect_symbol(u",");
-            skip_newlines();
-        }
-        BitArrayNode::Range range;
-        range.first = expression();
-        if (take_symbol(u"..")) {
-            range.last = expression();
-        }
-        node->ranges.push_back(std::move(range));
-        skip_newlines();
-    }
-    return node;
-}
-
 NodePointer Parser::reference() {
     const Spot spot = token().spot;
     ++at_;
@@ -322,13 +269,12 @@ NodePointer Parser::reference() {
         scopes_.declare(name.text, name.folded);
     }
     NodePointer target = operand();
-    if (!target->is_assignable()) {
-        fail(spot, u"Syntax error: & needs a variable, a property or an element");
+    const Variable* known = variable_of(*target);
+    if (known == nullptr || known->kind == Variable::Kind::member) {
+        fail(spot, u"Syntax error: & needs a variable");
     }
-    if (const Variable* known = variable_of(*target)) {
-        check_assignable(target->spot(), *known);
-        forget(target->spot(), *known, nullptr);
-    }
+    check_assignable(target->spot(), *known);
+    forget(target->spot(), *known, nullptr);
     return std::make_unique<ReferNode>(spot, std::move(target));
 }
 

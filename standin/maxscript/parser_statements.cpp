@@ -16,14 +16,6 @@ const char16_t* const kStatements[] = {
     u"set",   u"about",       u"at",         u"in",      u"when",   u"undo",   u"animate",
 };
 
-const char16_t* const kContexts[] = {u"animate", u"undo", u"redraw", u"quiet", u"printallelements"};
-
-bool is_context(const Token& token) {
-    return token.kind == TokenKind::word &&
-           std::any_of(std::begin(kContexts), std::end(kContexts),
-                       [&](const char16_t* word) { return token.folded == word; });
-}
-
 } // namespace
 
 bool Parser::starts_statement() const {
@@ -34,9 +26,9 @@ bool Parser::starts_statement() const {
                                            [&](const char16_t* word) { return token().folded == word; });
 }
 
-// `undo off (…)` and the like without `with`.
+// `undo off (…)` without `with`.
 bool Parser::starts_context() const {
-    if (!is_context(token())) {
+    if (!is_word(u"undo")) {
         return false;
     }
     const Token& next = peek();
@@ -62,9 +54,6 @@ NodePointer Parser::statement() {
     if (word == u"while") {
         return while_loop();
     }
-    if (word == u"do") {
-        return do_loop();
-    }
     if (word == u"for") {
         return for_loop();
     }
@@ -74,11 +63,8 @@ NodePointer Parser::statement() {
     if (word == u"try") {
         return try_statement();
     }
-    if (word == u"return" || word == u"exit" || word == u"continue") {
-        return flow_statement();
-    }
     if (word == u"with" || starts_context()) {
-        return context();
+        return undo_context();
     }
     fail(token().spot, u"Syntax error: " + token().text + u" is not supported");
 }
@@ -116,28 +102,11 @@ NodePointer Parser::while_loop() {
     auto node = std::make_unique<WhileNode>(token().spot);
     ++at_;
     skip_newlines();
-    ++scopes_.function().loops;
     node->condition = expression();
     skip_newlines();
     expect_word(u"do");
     skip_newlines();
     node->body = expression();
-    --scopes_.function().loops;
-    return node;
-}
-
-NodePointer Parser::do_loop() {
-    auto node = std::make_unique<WhileNode>(token().spot);
-    ++at_;
-    node->body_first = true;
-    skip_newlines();
-    ++scopes_.function().loops;
-    node->body = expression();
-    skip_newlines();
-    expect_word(u"while");
-    skip_newlines();
-    node->condition = expression();
-    --scopes_.function().loops;
     return node;
 }
 
@@ -157,7 +126,6 @@ NodePointer Parser::for_loop() {
     scopes_.begin_block();
     const Variable variable = scopes_.declare_local(name.text, name.folded);
     node->variable = variable_node(name.spot, variable);
-    ++scopes_.function().loops;
     node->during = for_clause(u"while");
     node->where = for_clause(u"where");
     skip_newlines();
@@ -167,7 +135,6 @@ NodePointer Parser::for_loop() {
     }
     skip_newlines();
     node->body = expression();
-    --scopes_.function().loops;
     scopes_.end_block();
     return node;
 }
@@ -244,46 +211,15 @@ NodePointer Parser::try_statement() {
     return node;
 }
 
-NodePointer Parser::flow_statement() {
-    auto node = std::make_unique<FlowNode>(token().spot);
-    const Token word = tokens_[at_++];
-    const FunctionScope& function = scopes_.function();
-    if (word.folded == u"return") {
-        node->kind = static_cast<int>(Flow::returning);
-        if (function.is_unit) {
-            fail(word.spot, u"Compile error: return outside a function");
-        }
-        node->value = expression();
-        return node;
-    }
-    if (function.loops == 0) {
-        fail(word.spot, u"Compile error: " + word.text + u" outside a loop");
-    }
-    node->kind = static_cast<int>(word.folded == u"exit" ? Flow::exiting : Flow::continuing);
-    if (word.folded == u"exit" && take_word(u"with")) {
-        node->value = expression();
-    }
-    return node;
-}
-
-NodePointer Parser::context() {
+NodePointer Parser::undo_context() {
     const Depth depth(*this);
     auto node = std::make_unique<ContextNode>(token().spot);
     take_word(u"with");
-    if (!is_context(token())) {
-        fail(token().spot, u"Syntax error: the context " + shown(token()) + u" is not supported");
-    }
-    node->context = token().folded;
-    ++at_;
-    if (node->context == u"undo" && token().kind == TokenKind::string) {
+    expect_word(u"undo");
+    if (token().kind == TokenKind::string) {
         ++at_;
     }
     node->state = operand();
-    if (take_symbol(u",")) {
-        skip_newlines();
-        node->body = context();
-        return node;
-    }
     skip_newlines();
     node->body = expression();
     return node;

@@ -38,8 +38,7 @@ Scopes::Answer Scopes::find(const Text& folded_name, Variable& variable) {
             continue;
         }
         variable = found->second;
-        const bool on_stack =
-            variable.kind == Variable::Kind::slot || variable.kind == Variable::Kind::reference_slot;
+        const bool on_stack = variable.kind == Variable::Kind::slot;
         return on_stack && scope->function + 1 != functions_.size() ? Answer::outer_local : Answer::found;
     }
     const CellPointer cell = globals_.find_folded(folded_name);
@@ -66,7 +65,7 @@ Variable Scopes::declare(const Text& name, const Text& folded_name) {
     return is_top_level() && in_unit() ? declare_global(name, folded_name) : declare_local(name, folded_name);
 }
 
-Variable Scopes::declare_local(const Text& name, const Text& folded_name, bool by_reference) {
+Variable Scopes::declare_local(const Text& name, const Text& folded_name) {
     Scope& scope = scopes_.back();
     const auto found = scope.names.find(folded_name);
     if (found != scope.names.end() && found->second.kind == Variable::Kind::slot) {
@@ -80,7 +79,7 @@ Variable Scopes::declare_local(const Text& name, const Text& folded_name, bool b
         variable.cell = std::make_shared<Cell>();
         variable.cell->name = name;
     } else {
-        variable.kind = by_reference ? Variable::Kind::reference_slot : Variable::Kind::slot;
+        variable.kind = Variable::Kind::slot;
         variable.slot = function.slots++;
         function.most_slots = std::max(function.most_slots, function.slots);
     }

@@ -14,7 +14,7 @@ struct Knowledge {
 };
 
 struct Variable {
-    enum class Kind : std::uint8_t { cell, slot, reference_slot, member };
+    enum class Kind : std::uint8_t { cell, slot, member };
 
     Text name; // as declared
     Kind kind = Kind::cell;
@@ -29,7 +29,6 @@ struct FunctionScope {
     bool is_unit = false;
     std::size_t slots = 0;
     std::size_t most_slots = 0;
-    int loops = 0;
     int height = 0;
     bool in_struct = false; // its body belongs to an instance
 };
@@ -51,7 +50,7 @@ public:
     Variable find_global(const CellPointer& cell);
     // In the innermost scope: a global at top level, else a local.
     Variable declare(const Text& name, const Text& folded_name);
-    Variable declare_local(const Text& name, const Text& folded_name, bool by_reference = false);
+    Variable declare_local(const Text& name, const Text& folded_name);
     Variable declare_global(const Text& name, const Text& folded_name);
     void declare_member(const Text& folded_name, const std::shared_ptr<const StructLayout>& layout,
                         std::size_t index);

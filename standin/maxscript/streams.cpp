@@ -61,61 +61,6 @@ Value read_line(Arguments& arguments) {
     return Value::string(std::move(line));
 }
 
-Value read_chars(Arguments& arguments, std::size_t count) {
-    const TextPlace place = readable(arguments);
-    std::size_t& at = *place.position;
-    if (at > place.text->size() || count > place.text->size() - at) {
-        arguments.fail(u"Runtime error: Read past end of file");
-    }
-    arguments.interpreter().charge(count);
-    Text text = place.text->substr(at, count);
-    at += count;
-    return Value::string(std::move(text));
-}
-
-Value read_delimited(Arguments& arguments) {
-    const TextPlace place = readable(arguments);
-    const Text delimiter = arguments.text(1).substr(0, 1);
-    std::size_t& at = *place.position;
-    if (at >= place.text->size()) {
-        arguments.fail(u"Runtime error: Read past end of file");
-    }
-    const std::size_t end = std::min(place.text->find(delimiter, at), place.text->size());
-    Text text = place.text->substr(at, end - at);
-    arguments.interpreter().charge(text.size());
-    at = std::min(end + 1, place.text->size());
-    return Value::string(std::move(text));
-}
-
-Value skip_to_string(Arguments& arguments) {
-    const TextPlace place = readable(arguments);
-    arguments.interpreter().charge(place.text->size());
-    const std::size_t found = place.text->find(arguments.text(1), *place.position);
-    if (found == Text::npos) {
-        *place.position = place.text->size();
-        return Value();
-    }
-    *place.position = found + arguments.text(1).size();
-    return Value::ok();
-}
-
-Value seek(Arguments& arguments) {
-    const std::int32_t to = arguments.integer(1);
-    const TextPlace place = readable(arguments);
-    if (to < 0 || static_cast<std::size_t>(to) > place.text->size()) {
-        arguments.fail(u"Runtime error: Seek past end of file");
-    }
-    *place.position = static_cast<std::size_t>(to);
-    return Value::ok();
-}
-
-Value skip_line(Arguments& arguments) {
-    const TextPlace place = readable(arguments);
-    const std::size_t end = place.text->find(u'\n', *place.position);
-    *place.position = end == Text::npos ? place.text->size() : end + 1;
-    return Value::ok();
-}
-
 Value flush_stream(Arguments& arguments, bool closes) {
     const Value stream = arguments[0];
     if (stream.is(Kind::string_stream)) {
@@ -257,17 +202,6 @@ void add_stream_functions(Globals& globals) {
     globals.add_function(u"openFile", 1, 1, {u"mode", u"encoding", u"writeBOM"}, open_file);
     globals.add_function(u"createFile", 1, 1, {u"encoding", u"writeBOM"}, create_file);
     globals.add_function(u"readLine", 1, 1, {}, read_line);
-    globals.add_function(u"readChar", 1, 1, {}, [](Arguments& a) { return read_chars(a, 1); });
-    globals.add_function(u"readChars", 2, 2, {}, [](Arguments& a) {
-        return read_chars(a, static_cast<std::size_t>(std::max(a.integer(1), 0)));
-    });
-    globals.add_function(u"readDelimitedString", 2, 2, {}, read_delimited);
-    globals.add_function(u"skipToString", 2, 2, {}, skip_to_string);
-    globals.add_function(u"skipToNextLine", 1, 1, {}, skip_line);
-    globals.add_function(u"filePos", 1, 1, {}, [](Arguments& a) {
-        return Value::integer(static_cast<std::int32_t>(*readable(a).position));
-    });
-    globals.add_function(u"seek", 2, 2, {}, seek);
     globals.add_function(u"eof", 1, 1, {}, [](Arguments& a) {
         const TextPlace place = readable(a);
         return Value::boolean(*place.position >= place.text->size());

@@ -1,5 +1,4 @@
 // How values look: as print shows them and as `as string` gives them.
-#include "standin/maxscript/bit_array.h"
 #include "standin/maxscript/engine.h"
 
 #include <cmath>
@@ -72,8 +71,6 @@ Text Printer::print_shared(const Value& value, bool quoted) {
         return quoted ? u"\"" + value.as_string().text + u"\"" : value.as_string().text;
     case Kind::array:
         return print_array(value.as_array());
-    case Kind::bit_array:
-        return bit_array_text(value.as_bit_array());
     case Kind::struct_definition:
         return print_struct(value.as_struct());
     case Kind::instance:
@@ -102,7 +99,7 @@ Text Printer::print_shared(const Value& value, bool quoted) {
 Text Printer::print_array(const ArrayObject& array) {
     Text text = u"#(";
     const std::size_t count = array.items.size();
-    const std::size_t shown = engine_.print_all_elements ? count : std::min(count, kShownElements);
+    const std::size_t shown = std::min(count, kShownElements);
     for (std::size_t i = 0; i < shown && i < array.items.size(); ++i) {
         const Value item = array.items[i];
         text += (i == 0 ? u"" : u", ") + print(item, true);
@@ -115,10 +112,8 @@ Text Printer::print_instance(const InstanceObject& instance) {
     Text text = u"(" + layout.name;
     for (std::size_t i = 0; i < layout.data.size() && i < instance.members.size(); ++i) {
         const StructMember& member = layout.members[layout.data[i]];
-        if (member.is_public) {
-            const Value value = instance.members[i];
-            text += u" " + member.name + u":" + print(value, true);
-        }
+        const Value value = instance.members[i];
+        text += u" " + member.name + u":" + print(value, true);
     }
     return text + u")";
 }
@@ -127,9 +122,8 @@ Text Printer::print_struct(const StructDefinition& definition) const {
     Text text = u"#Struct:" + definition.layout->name + u"(";
     bool is_first = true;
     for (const StructMember& member : definition.layout->members) {
-        text +=
-            (is_first ? u"\n  " : u",\n  ") + member.name + (member.is_function ? u":<fn>; " : u":<data>; ");
-        text += member.is_public ? u"Public" : u"Private";
+        text += (is_first ? u"\n  " : u",\n  ") + member.name +
+                (member.is_function ? u":<fn>; Public" : u":<data>; Public");
         is_first = false;
     }
     return text + u")";

@@ -25,7 +25,6 @@ enum class TokenKind : std::uint8_t {
     number,      // value
     string,      // text
     name,        // #abc
-    path,        // $abc
     symbol,      // text
     error        // text is the sentence; stops the parser when it gets there
 };

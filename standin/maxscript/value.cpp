@@ -152,28 +152,11 @@ bool HostObject::set_property(const Text&, const Value&) {
     return false;
 }
 
-bool HostObject::has_property(const Text& name) const {
-    for (const Text& known : property_names()) {
-        if (equal_folded(known, name)) {
-            return true;
-        }
-    }
+bool HostObject::has_property(const Text&) const {
     return false;
-}
-
-std::vector<Text> HostObject::property_names() const {
-    return {};
 }
 
 bool HostObject::call_method(const Text&, Arguments&, Value&) {
-    return false;
-}
-
-bool HostObject::get_index(const Value&, Value&) {
-    return false;
-}
-
-bool HostObject::set_index(const Value&, const Value&) {
     return false;
 }
 

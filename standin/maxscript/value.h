@@ -36,7 +36,6 @@ enum class Kind : std::uint8_t {
     name,   // #abc
     string, // mutable and shared
     array,
-    bit_array,
     struct_definition,
     instance, // of a struct
     function, // written in the script language
@@ -56,7 +55,6 @@ struct NativeFunction;
 struct NameText;
 struct StringObject;
 struct ArrayObject;
-struct BitArrayObject;
 struct StructDefinition;
 struct InstanceObject;
 struct FunctionObject;
@@ -96,8 +94,7 @@ public:
     bool is_number() const {
         return kind_ == Kind::integer || kind_ == Kind::integer64 || kind_ == Kind::real;
     }
-    bool
-    is_callable() const; // function, native, struct definition, class with a constructor, callable object
+    bool is_callable() const; // function, native, struct definition, class with a constructor
 
     // Each is for its own kind only; ask before.
     bool as_boolean() const { return bits_.integer != 0; }
@@ -108,7 +105,6 @@ public:
     const NameText& as_name() const { return *get<NameText>(); }
     StringObject& as_string() const { return *get<StringObject>(); }
     ArrayObject& as_array() const { return *get<ArrayObject>(); }
-    BitArrayObject& as_bit_array() const { return *get<BitArrayObject>(); }
     StructDefinition& as_struct() const { return *get<StructDefinition>(); }
     InstanceObject& as_instance() const { return *get<InstanceObject>(); }
     FunctionObject& as_function() const { return *get<FunctionObject>(); }
@@ -184,10 +180,6 @@ struct ArrayObject : Container {
     std::vector<Value> items;
 };
 
-struct BitArrayObject {
-    std::vector<bool> bits; // bits[0] is number 1
-};
-
 struct StringStream {
     Text text;
     std::size_t position = 0;
@@ -227,15 +219,10 @@ public:
     virtual bool get_property(const Text& name, Value& value);
     virtual bool set_property(const Text& name, const Value& value);
     virtual bool has_property(const Text& name) const;
-    virtual std::vector<Text> property_names() const;
     // `object.name args`. Tried before get_property, which may give a function value as well.
     virtual bool call_method(const Text& name, Arguments& arguments, Value& result);
-    // `object[index]`, as the script gives it (1 is the first).
-    virtual bool get_index(const Value& index, Value& value);
-    virtual bool set_index(const Value& index, const Value& value);
-    // For `for x in object`, `object as array` and `object.count`: false when it is no collection.
+    // For `for x in object` and `object.count`: false when it is no collection.
     virtual bool elements(std::vector<Value>& items) const;
-    virtual bool equals(const HostObject& other) const { return this == &other; }
     // As print and `as string` show it. The default is the name of the class.
     virtual Text text() const;
 };

@@ -1,5 +1,7 @@
 #include "standin/maxscript_host/memory_files.h"
 
+#include "standin/base/wildcards.h"
+
 #include <algorithm>
 
 namespace maxscript_host {
@@ -16,34 +18,7 @@ Text name_of(const Text& key) {
     return slash == Text::npos ? key : key.substr(slash + 1);
 }
 
-bool matches_folded(const Text& name, const Text& pattern) {
-    std::size_t at = 0;
-    std::size_t in_pattern = 0;
-    std::size_t star = Text::npos;
-    std::size_t retry = 0;
-    while (at < name.size()) {
-        if (in_pattern < pattern.size() && pattern[in_pattern] == u'*') {
-            star = in_pattern++;
-            retry = at;
-        } else if (in_pattern < pattern.size() &&
-                   (pattern[in_pattern] == u'?' || pattern[in_pattern] == name[at])) {
-            ++in_pattern;
-            ++at;
-        } else if (star != Text::npos) {
-            in_pattern = star + 1;
-            at = ++retry;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of(u'*', in_pattern) == Text::npos;
-}
-
 } // namespace
-
-bool matches_wildcards(const Text& name, const Text& pattern) {
-    return matches_folded(maxscript::folded(name), maxscript::folded(pattern));
-}
 
 Text MemoryFiles::key(const Text& path) {
     Text key;
@@ -136,24 +111,11 @@ std::vector<Text> MemoryFiles::list(const Text& pattern) {
     std::vector<Text> paths;
     for (const auto& file : files_) {
         if (folder_of(file.first) == folder_of(wanted) &&
-            matches_folded(name_of(file.first), name_of(wanted))) {
+            base::matches_wildcards(name_of(file.first), name_of(wanted))) {
             paths.push_back(folder + name_of(file.second.path));
         }
     }
     return paths;
-}
-
-// Folders are only what the paths of files need; no script here asks for them.
-std::vector<Text> MemoryFiles::folders(const Text& pattern) {
-    const Text wanted = key(pattern);
-    std::set<Text> found;
-    for (const auto& file : files_) {
-        const Text folder = folder_of(file.first);
-        if (folder_of(folder) == folder_of(wanted) && matches_folded(name_of(folder), name_of(wanted))) {
-            found.insert(folder + u'\\');
-        }
-    }
-    return std::vector<Text>(found.begin(), found.end());
 }
 
 bool MemoryFiles::remove(const Text& path) {

@@ -43,7 +43,6 @@ public:
     bool write(const Text& path, const std::string& bytes) override;
     // The names stand behind the pattern's own folder, as it is written.
     std::vector<Text> list(const Text& pattern) override;
-    std::vector<Text> folders(const Text& pattern) override;
     bool remove(const Text& path) override;
     bool rename(const Text& from, const Text& to) override;
     bool copy(const Text& from, const Text& to) override;
@@ -60,8 +59,5 @@ private:
     std::size_t space_ = static_cast<std::size_t>(-1);
     bool renames_ = true;
 };
-
-// Whether `name` matches, without regard to case; `*` any characters, `?` one.
-bool matches_wildcards(const Text& name, const Text& pattern);
 
 } // namespace maxscript_host

@@ -64,13 +64,6 @@ public:
 
     std::shared_ptr<const HostClass> host_class() const override { return class_; }
     bool has_property(const Text& name) const override { return values_.count(name) != 0; }
-    std::vector<Text> property_names() const override {
-        std::vector<Text> names;
-        for (const auto& each : values_) {
-            names.push_back(each.first);
-        }
-        return names;
-    }
     bool get_property(const Text& name, Value& value) override {
         const auto found = values_.find(name);
         if (found == values_.end()) {

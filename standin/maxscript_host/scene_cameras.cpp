@@ -8,7 +8,6 @@ namespace {
 using maxscript::HostClass;
 using maxscript::HostObject;
 using maxscript::Interpreter;
-using maxscript::Kind;
 using maxscript::Text;
 using maxscript::Value;
 
@@ -76,16 +75,6 @@ public:
         for (const std::wstring& name : model.camera_targets) {
             items.push_back(node(classes_.target, name));
         }
-        return true;
-    }
-    bool get_index(const Value& index, Value& value) override {
-        std::vector<Value> items;
-        elements(items);
-        if (!index.is(Kind::integer) || index.as_integer() < 1 ||
-            static_cast<std::size_t>(index.as_integer()) > items.size()) {
-            return false;
-        }
-        value = items[static_cast<std::size_t>(index.as_integer()) - 1];
         return true;
     }
 

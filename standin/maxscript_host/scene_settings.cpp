@@ -78,12 +78,10 @@ void install_frames(Settings& settings) {
     settings.add(u"animationRange",
                  [](const SceneModel& model) { return interval(model.start_frame, model.end_frame); });
     settings.add(u"currentTime", [](const SceneModel& model) { return frame(model.render.current_frame); });
-    settings.add(u"sliderTime", [](const SceneModel& model) { return frame(model.render.current_frame); });
     settings.add(u"rendStart", [](const SceneModel& model) { return frame(model.render.range_start); });
     settings.add(u"rendEnd", [](const SceneModel& model) { return frame(model.render.range_end); });
     settings.add(u"rendPickupFrames",
                  [](const SceneModel& model) { return text(model.render.picked_frames); });
-    settings.add(u"rendNThFrame", [](const SceneModel&) { return Value::integer(1); });
 }
 
 void install_picture(Settings& settings) {
@@ -91,10 +89,7 @@ void install_picture(Settings& settings) {
     settings.add(u"renderHeight", [](const SceneModel& model) { return Value::integer(model.height); });
     settings.add(u"rendOutputFilename",
                  [](const SceneModel& model) { return text(model.render.output_file); });
-    settings.add(u"rendSaveFile",
-                 [](const SceneModel& model) { return Value::boolean(!model.render.output_file.empty()); });
     settings.add(u"fileOutGamma", [](const SceneModel& model) { return real(model.render.gamma_out); });
-    settings.add(u"fileInGamma", [](const SceneModel& model) { return real(model.render.gamma_out); });
 }
 
 } // namespace

@@ -125,10 +125,6 @@ public:
         }
         return true;
     }
-    bool equals(const HostObject& other) const override {
-        const auto* node = dynamic_cast<const NodeObject*>(&other);
-        return node != nullptr && node->node_ == node_;
-    }
     Text text() const override { return node_->deleted ? u"<Deleted scene node>" : u"$" + node_->name; }
 
 private:

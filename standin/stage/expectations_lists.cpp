@@ -1,5 +1,7 @@
 #include "standin/stage/expectations_lists.h"
 
+#include "standin/base/wildcards.h"
+
 namespace stage {
 
 namespace {
@@ -65,8 +67,8 @@ void check_none_with(const Check& check, const Json::Value& lines, const Json::V
 bool call_matches(const std::string& pattern, const Json::Value& call) {
     const std::string name = call["name"].asString();
     return pattern.find('(') == std::string::npos
-               ? matches_pattern(pattern, name)
-               : matches_pattern(pattern, name + "(" + call["arguments"].asString() + ")");
+               ? base::matches_wildcards(name, pattern)
+               : base::matches_wildcards(name + "(" + call["arguments"].asString() + ")", pattern);
 }
 
 // Index of the first call from `from` on that matches; the size when none does.
@@ -147,7 +149,7 @@ void check_files(const Check& check, const Json::Value& wanted) {
         const std::string place = place_of(check.place, i);
         unsigned found = 0;
         for (const Json::Value& file : files) {
-            if (matches_pattern(wanted[i]["name"].asString(), file["name"].asString())) {
+            if (base::matches_wildcards(file["name"].asString(), wanted[i]["name"].asString())) {
                 ++found;
                 check_file_content(check, wanted[i], file, place);
             }
@@ -163,7 +165,7 @@ void check_files(const Check& check, const Json::Value& wanted) {
 void check_no_files(const Check& check, const Json::Value& wanted) {
     for (const Json::Value& file : check.transcript["files"]) {
         for (const Json::Value& pattern : wanted) {
-            if (matches_pattern(pattern.asString(), file["name"].asString())) {
+            if (base::matches_wildcards(file["name"].asString(), pattern.asString())) {
                 check.differ(check.place, "no " + pattern.asString(), file["name"].asString());
             }
         }

@@ -1,5 +1,7 @@
 #include "standin/stage/json_match.h"
 
+#include "standin/base/wildcards.h"
+
 #include <json/writer.h>
 
 namespace stage {
@@ -20,28 +22,6 @@ bool equal_scalars(const Json::Value& expected, const Json::Value& got) {
 }
 
 } // namespace
-
-bool matches_pattern(const std::string& pattern, const std::string& text) {
-    std::size_t p = 0;
-    std::size_t t = 0;
-    std::size_t star = std::string::npos;
-    std::size_t resume = 0;
-    while (t < text.size()) {
-        if (p < pattern.size() && pattern[p] == '*') {
-            star = p++;
-            resume = t;
-        } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
-            ++p;
-            ++t;
-        } else if (star != std::string::npos) {
-            p = star + 1;
-            t = ++resume;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('*', p) == std::string::npos;
-}
 
 std::string compact(const Json::Value& value) {
     Json::StreamWriterBuilder builder;
@@ -84,7 +64,7 @@ bool Matcher::special(const Json::Value& expected, const Json::Value& got, bool 
         return got.isString() && got.asString() == text(value.asUInt());
     }
     if (kind == "$pattern") {
-        return got.isString() && matches_pattern(fill_in(value.asString()), got.asString());
+        return got.isString() && base::matches_wildcards(got.asString(), fill_in(value.asString()));
     }
     if (kind == "$contains") {
         return got.isString() && got.asString().find(fill_in(value.asString())) != std::string::npos;

@@ -41,8 +41,6 @@ private:
     std::string language_;
 };
 
-bool matches_pattern(const std::string& pattern, const std::string& text);
-
 // A place inside another one: place_of("steps[3]", "click") is "steps[3].click".
 std::string place_of(const std::string& outer, const std::string& key);
 std::string place_of(const std::string& outer, unsigned index);

@@ -3,40 +3,16 @@
 #include "common/win32_handles.h"
 #include "standin/base/files_win32.h"
 
+#include <algorithm>
+
 namespace stage {
 
 namespace {
 
 using maxscript::Text;
 
-struct FindTraits {
-    using Type = HANDLE;
-    static Type empty() { return INVALID_HANDLE_VALUE; }
-    static void close(Type handle) { ::FindClose(handle); }
-};
-using FindHandle = tarvo::UniqueHandle<FindTraits>;
-
 std::wstring wide(const Text& text) {
     return maxscript::wide_from_text(text);
-}
-
-std::vector<Text> matching(const Text& pattern, bool folders) {
-    std::vector<Text> found;
-    const std::size_t slash = pattern.find_last_of(u"\\/");
-    const Text folder = slash == Text::npos ? Text() : pattern.substr(0, slash + 1);
-    WIN32_FIND_DATAW data = {};
-    FindHandle search(::FindFirstFileW(wide(pattern).c_str(), &data));
-    if (!search) {
-        return found;
-    }
-    do {
-        const std::wstring name = data.cFileName;
-        const bool is_folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        if (name != L"." && name != L".." && is_folder == folders) {
-            found.push_back(folder + maxscript::text_from_wide(name) + (folders ? u"\\" : u""));
-        }
-    } while (::FindNextFileW(search.get(), &data) != FALSE);
-    return found;
 }
 
 } // namespace
@@ -50,11 +26,7 @@ bool ScriptFiles::folder_exists(const Text& path) {
 }
 
 std::int64_t ScriptFiles::size(const Text& path) {
-    WIN32_FILE_ATTRIBUTE_DATA data = {};
-    if (::GetFileAttributesExW(wide(path).c_str(), GetFileExInfoStandard, &data) == FALSE) {
-        return 0;
-    }
-    return (static_cast<std::int64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    return std::max<std::int64_t>(base::file_size(wide(path)), 0);
 }
 
 bool ScriptFiles::read(const Text& path, std::string& bytes) {
@@ -66,11 +38,12 @@ bool ScriptFiles::write(const Text& path, const std::string& bytes) {
 }
 
 std::vector<Text> ScriptFiles::list(const Text& pattern) {
-    return matching(pattern, false);
-}
-
-std::vector<Text> ScriptFiles::folders(const Text& pattern) {
-    return matching(pattern, true);
+    const Text folder = pattern.substr(0, pattern.find_last_of(u"\\/") + 1);
+    std::vector<Text> found;
+    for (const std::wstring& name : base::matching_files(wide(pattern))) {
+        found.push_back(folder + maxscript::text_from_wide(name));
+    }
+    return found;
 }
 
 bool ScriptFiles::remove(const Text& path) {

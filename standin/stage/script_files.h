@@ -15,7 +15,6 @@ public:
     bool read(const Text& path, std::string& bytes) override;
     bool write(const Text& path, const std::string& bytes) override;
     std::vector<Text> list(const Text& pattern) override;
-    std::vector<Text> folders(const Text& pattern) override;
     bool remove(const Text& path) override;
     bool rename(const Text& from, const Text& to) override;
     bool copy(const Text& from, const Text& to) override;

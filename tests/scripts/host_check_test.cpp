@@ -89,7 +89,7 @@ protected:
         const Report report = run();
         EXPECT_EQ(report.different, std::vector<std::string>());
         EXPECT_EQ(report.skipped.size(), skipped) << (report.skipped.empty() ? "" : report.skipped.front());
-        EXPECT_GT(report.same, 700);
+        EXPECT_GT(report.same, 500);
         EXPECT_TRUE(report.whole);
         EXPECT_EQ(report.counts, "# same " + std::to_string(report.same) + ", different 0, skipped " +
                                      std::to_string(skipped) + ", of " +

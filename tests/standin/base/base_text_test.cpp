@@ -1,5 +1,6 @@
 // The text conversions that all stand-ins share.
 #include "standin/base/text.h"
+#include "standin/base/wildcards.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +34,20 @@ TEST(StandinText, InvalidBytesBecomeTheReplacementCharacter) {
 TEST(StandinText, RunsOfBlanksCollapse) {
     EXPECT_EQ(base::collapsed("  a \t\r\n b  "), "a b");
     EXPECT_EQ(base::collapsed(" \n"), "");
+}
+
+TEST(StandinText, WildcardsMatchTheWholeText) {
+    const struct {
+        std::string text;
+        std::string pattern;
+        bool match;
+    } cases[] = {{"", "*", true},       {"aXXbcd", "a*b?d", true}, {"a.7z.7z", "*.7z", true},
+                 {"aab", "*ab", true},  {"a", "a?", false},        {"ab", "a", false},
+                 {"abc", "a*d", false}, {"Ab", "ab", false}};
+    for (const auto& one : cases) {
+        EXPECT_EQ(base::matches_wildcards(one.text, one.pattern), one.match)
+            << one.text << " " << one.pattern;
+    }
 }
 
 TEST(StandinText, OnlyAsciiLettersAreFolded) {

@@ -40,6 +40,7 @@ struct Listener : maxscript::Listener {
 struct Files : maxscript::FileAccess {
     static Text key(const Text& path) { return maxscript::folded(path); }
     bool exists(const Text& path) override { return content.count(key(path)) != 0; }
+    bool folder_exists(const Text&) override { return false; }
     bool read(const Text& path, std::string& bytes) override {
         const auto found = content.find(key(path));
         if (found == content.end()) {
@@ -62,7 +63,6 @@ struct Files : maxscript::FileAccess {
         }
         return paths;
     }
-    std::vector<Text> folders(const Text&) override { return {}; }
     bool remove(const Text& path) override { return !read_only[key(path)] && content.erase(key(path)) != 0; }
     bool rename(const Text& from, const Text& to) override { return copy(from, to) && remove(from); }
     bool copy(const Text& from, const Text& to) override {

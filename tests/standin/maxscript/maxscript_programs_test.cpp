@@ -106,11 +106,6 @@ TEST_F(MaxscriptPrograms, StreamsOfFiles) {
     EXPECT_EQ(run("f = openFile \"out.txt\" mode:\"w\"; format \"x\" to:f; f = 0"),
               "0"); // written without close
     EXPECT_EQ(file("out.txt"), "x");
-    EXPECT_EQ(run("f = openFile \"in.txt\"; skipToString f \"tw\"; readLine f"), "\"o\"");
-    EXPECT_EQ(run("f = openFile \"in.txt\"; readChars f 2; seek f 4; #(filePos f, readChar f)"),
-              "#(4, \"t\")");
-    EXPECT_EQ(run("f = openFile \"in.txt\"; readDelimitedString f \"e\""), "\"on\"");
-    EXPECT_EQ(run("f = openFile \"in.txt\"; skipToNextLine f; readLine f"), "\"two\"");
     EXPECT_EQ(run("f = openFile \"in.txt\"; format \"x\" to:f"),
               "1,24 Runtime error: the file is not open for writing: in.txt");
     EXPECT_EQ(run("f = openFile \"in.txt\"; close f; readLine f"),

@@ -9,7 +9,7 @@ namespace {
 struct Camera : HostObject {
     explicit Camera(std::shared_ptr<const HostClass> its_class) : class_(std::move(its_class)) {}
     std::shared_ptr<const HostClass> host_class() const override { return class_; }
-    std::vector<Text> property_names() const override { return {u"name", u"fov"}; }
+    bool has_property(const Text& name) const override { return name == u"name" || name == u"fov"; }
     bool get_property(const Text& property, Value& value) override {
         if (property == u"fov") {
             value = Value::real(fov);
@@ -28,10 +28,6 @@ struct Camera : HostObject {
         }
         result = Value::integer(arguments.integer(0) + arguments.integer(1));
         return true;
-    }
-    bool get_index(const Value& index, Value& value) override {
-        value = Value::string(u"child");
-        return index.is(Kind::integer) && index.as_integer() == 1;
     }
     bool elements(std::vector<Value>& items) const override {
         items = {Value::integer(1), Value::integer(2)};
@@ -68,10 +64,7 @@ TEST_F(MaxscriptHost, ObjectsHavePropertiesMethodsAndElements) {
     EXPECT_EQ(run("cam.fov = 30.5; cam.fov"), "30.5");
     EXPECT_EQ(run("cam.fov *= 2.0"), "61.0");
     EXPECT_EQ(run("cam.add 2 3"), "5");
-    EXPECT_EQ(run("cam[1]"), "\"child\"");
-    EXPECT_EQ(run("cam[2]"), "1,4 No \"\"get\"\" function for $Camera:Cam");
     EXPECT_EQ(run("for x in cam collect x"), "#(1, 2)");
-    EXPECT_EQ(run("cam as array"), "#(1, 2)");
     EXPECT_EQ(run("cam.count"), "2");
     EXPECT_EQ(run("#(cam)"), "#($Camera:Cam)");
     EXPECT_EQ(run("findItem #(1, cam) cam"), "2");
@@ -79,7 +72,6 @@ TEST_F(MaxscriptHost, ObjectsHavePropertiesMethodsAndElements) {
     EXPECT_EQ(run("isProperty cam #fov"), "true");
     EXPECT_EQ(run("isProperty cam #none"), "false");
     EXPECT_EQ(run("getProperty cam #fov == cam.fov"), "true");
-    EXPECT_EQ(run("getPropNames cam"), "#(#name, #fov)");
     EXPECT_EQ(run("cam.none"), "1,4 Unknown property: \"none\" in $Camera:Cam");
     EXPECT_EQ(run("cam.name = 2"), "1,4 Unknown property: \"name\" in $Camera:Cam");
     EXPECT_EQ(run("cam.nothing()"), "1,4 Unknown property: \"nothing\" in $Camera:Cam");
@@ -91,9 +83,6 @@ TEST_F(MaxscriptHost, Classes) {
     EXPECT_EQ(run("superClassOf cam"), "camera");
     EXPECT_EQ(run("superClassOf cam == camera"), "true");
     EXPECT_EQ(run("superClassOf Freecamera"), "camera");
-    EXPECT_EQ(run("isKindOf cam camera"), "true");
-    EXPECT_EQ(run("isKindOf cam Freecamera"), "true");
-    EXPECT_EQ(run("isKindOf cam String"), "false");
     EXPECT_EQ(run("(classOf cam) as string"), "\"Freecamera\"");
     EXPECT_EQ(run("matchPattern ((classOf cam) as string) pattern:\"free*\""), "true");
     EXPECT_EQ(run("Freecamera()"), "1,1 Type error: Call needs function or class, got: Freecamera");
@@ -133,7 +122,7 @@ TEST_F(MaxscriptHost, InterfacesFillReferencesAndCallBack) {
     EXPECT_EQ(run("list = #(); ATSOps.GetFiles &list; list"), "#(\"a\", \"b\")");
     EXPECT_EQ(run("(ATSOps.getFiles &fresh; fresh)"), "#(\"a\", \"b\")"); // not declared before
     EXPECT_EQ(run("ATSOps.GetFiles 3"), "1,7 Type error: GetFiles needs a by-reference argument (&variable)");
-    EXPECT_EQ(run("ATSOps.GetFiles &abs"), "1,18 Compile error: Cannot assign to read-only variable: abs");
+    EXPECT_EQ(run("ATSOps.GetFiles &mod"), "1,18 Compile error: Cannot assign to read-only variable: mod");
     EXPECT_EQ(run("ATSOps.visible + ATSOps.visible"), "3");
     EXPECT_EQ(run("ATSOps.visible = 3"), "1,7 Unknown property: \"visible\" in ATSOps");
     EXPECT_EQ(run("a = #(); fn add f to_list = append to_list f; enumerate add a; a"), "#(\"x\", \"y\")");
@@ -148,14 +137,11 @@ TEST_F(MaxscriptHost, VariablesOfTheHost) {
         u"rendOutputFilename", [&] { return Value::string(output); },
         [&](const Value& value) { output = interpreter_.as_string(value); });
     interpreter_.globals().add_variable(u"maxFileName", [] { return Value::string(u"s.max"); });
-    interpreter_.globals().tolerate(u"CoronaCam");
     EXPECT_EQ(run("rendoutputfilename"), "\"a.png\"");
     EXPECT_EQ(run("rendOutputFilename = \"b.png\"; rendOutputFilename"), "\"b.png\"");
     EXPECT_EQ(output, u"b.png");
     EXPECT_EQ(run("maxFileName = \"x\""),
               "1,1 Compile error: Cannot assign to read-only variable: maxFileName");
-    EXPECT_EQ(run("CoronaCam == undefined"), "true");
-    EXPECT_EQ(run("CoronaCam()"), "1,1 Type error: Call needs function or class, got: undefined");
 }
 
 TEST_F(MaxscriptHost, GlobalsAreReachable) {
@@ -170,37 +156,21 @@ TEST_F(MaxscriptHost, GlobalsAreReachable) {
     EXPECT_EQ(run("Keep"), "\"k\""); // the value stays
     EXPECT_TRUE(globals.set(u"zed", Value::integer(7)));
     EXPECT_EQ(run("Zed"), "7");
-    EXPECT_FALSE(globals.set(u"abs", Value::integer(7)));
+    EXPECT_FALSE(globals.set(u"mod", Value::integer(7)));
     EXPECT_FALSE(globals.set(u"nothing", Value::integer(7)));
     EXPECT_TRUE(globals.remove(u"Zed"));
     EXPECT_FALSE(globals.remove(u"Zed"));
     EXPECT_EQ(run("Zed"), "1,1 undeclared name: Zed");
 }
 
-TEST_F(MaxscriptHost, PathsOfObjects) {
-    Environment environment;
-    environment.object_by_path = [](const Text& path) { return Value::string(u"<" + path + u">"); };
-    Interpreter interpreter(environment);
-    EXPECT_EQ(outcome_of(interpreter, "$Box01"), "\"<Box01>\"");
-    EXPECT_EQ(outcome_of(interpreter, "$'my box'.count"), "8");
-    EXPECT_EQ(outcome_of(interpreter, "$*cam?"), "\"<*cam?>\"");
-    EXPECT_EQ(run("$Box01"), "undefined");
-}
-
 TEST_F(MaxscriptHost, ValuesOfNativeCode) {
     const Value list = Value::array({Value::integer(1), Value::name(u"Abc"), Value()});
     EXPECT_EQ(interpreter_.printed(list), u"#(1, #Abc, undefined)");
-    EXPECT_TRUE(interpreter_.equal(Value::name(u"abc"), Value::name(u"ABC")));
     EXPECT_EQ(interpreter_.as_string(Value::string(u"x")), u"x");
     EXPECT_EQ(interpreter_
                   .call(interpreter_.run(u"fn plus a b = a + b", u""), {Value::integer(2), Value::integer(3)})
                   .as_integer(),
               5);
-    const Value made = interpreter_.run(u"struct S (a = 4); S()", u"");
-    EXPECT_EQ(interpreter_.get_property(made, u"A").as_integer(), 4);
-    interpreter_.set_property(made, u"a", Value::integer(6));
-    EXPECT_EQ(interpreter_.printed(made), u"(S a:6)");
-    EXPECT_FALSE(interpreter_.has_property(made, u"zz"));
     EXPECT_EQ(Value::object(camera_).object_as<Camera>(), camera_);
     EXPECT_EQ(list.object_as<Camera>(), nullptr);
 }

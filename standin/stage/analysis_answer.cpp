@@ -9,7 +9,7 @@ namespace stage {
 
 namespace {
 
-// "remove" takes members away, "merge" sets them; inside an object members are merged one by one.
+// "merge" sets members; inside an object they are merged one by one.
 void merge_into(Json::Value& target, const Json::Value& members) {
     for (const std::string& key : members.getMemberNames()) {
         if (target[key].isObject() && members[key].isObject()) {
@@ -40,14 +40,11 @@ std::wstring wide_json(Json::Value document, const std::wstring& scene_path) {
 }
 
 std::wstring edited(const Json::Value& wanted, const std::wstring& returned, const std::wstring& scene_path) {
-    if (!wanted.isMember("merge") && !wanted.isMember("remove")) {
+    if (!wanted.isMember("merge")) {
         return returned;
     }
     Json::Value document = base::parsed_or_null(base::to_utf8(returned));
-    for (const Json::Value& key : wanted["remove"]) {
-        document.removeMember(key.asString());
-    }
-    merge_into(document, wanted.isMember("merge") ? wanted["merge"] : Json::Value(Json::objectValue));
+    merge_into(document, wanted["merge"]);
     return wide_json(document, scene_path);
 }
 

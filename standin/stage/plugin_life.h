@@ -23,8 +23,6 @@ public:
     // Stop and DeleteThis.
     void stop();
 
-    bool is_started() const { return plugin_ != nullptr; }
-
 private:
     void record(const char* event, long long result);
 

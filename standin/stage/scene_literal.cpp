@@ -36,21 +36,11 @@ void take_references(const Json::Value& paths, bool found, SceneModel& model) {
     }
 }
 
-FrameChoice frame_choice(const std::string& name) {
-    return name == "single"   ? FrameChoice::single
-           : name == "range"  ? FrameChoice::range
-           : name == "picked" ? FrameChoice::picked
-                              : FrameChoice::active_segment;
-}
-
 void take_frames(const Json::Value& wanted, SceneModel& model) {
     RenderSettings& render = model.render;
     model.start_frame = wanted.get("start_frame", model.start_frame).asInt();
     model.end_frame = wanted.get("end_frame", model.end_frame).asInt();
-    render.frames = frame_choice(wanted.get("frames", "active").asString());
-    render.current_frame = wanted.get("current_frame", model.start_frame).asInt();
-    render.range_start = wanted.get("range_start", model.start_frame).asInt();
-    render.range_end = wanted.get("range_end", model.end_frame).asInt();
+    render.frames = wanted["frames"] == "picked" ? FrameChoice::picked : FrameChoice::active_segment;
     render.picked_frames = wide(wanted.get("picked_frames", base::to_utf8(render.picked_frames)));
 }
 
@@ -83,9 +73,7 @@ void take_picture(const Json::Value& wanted, SceneModel& model) {
     model.width = wanted.get("width", model.width).asInt();
     model.height = wanted.get("height", model.height).asInt();
     render.gamma_out = wanted.get("gamma_out", render.gamma_out).asDouble();
-    render.gamma_mode = wide(wanted.get("gamma_mode", base::to_utf8(render.gamma_mode)));
     render.kind = wanted.get("is_region", false).asBool() ? L"region" : render.kind;
-    render.kind = wide(wanted.get("render_kind", base::to_utf8(render.kind)));
     if (wanted.isMember("image_format")) {
         render.output_file = kOutputWithoutEnding + wide(wanted["image_format"]);
     }

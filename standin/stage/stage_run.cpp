@@ -20,19 +20,10 @@ namespace {
 constexpr const wchar_t* kTitle = L"Stage";
 constexpr unsigned kSecondsAroundPlugin = 60;
 
-host_sdk::TextTag text_tag(const std::string& name) {
-    return name == "filename" ? host_sdk::TextTag::filename
-           : name == "tstr"   ? host_sdk::TextTag::tstr
-                              : host_sdk::TextTag::string;
-}
-
 host_sdk::Faults faults_of(const Json::Value& host) {
     host_sdk::Faults faults;
-    faults.no_core_interface = host.get("no_core_interface", false).asBool();
     faults.no_menu_manager = host.get("no_menu_manager", false).asBool();
-    faults.no_action_manager = host.get("no_action_manager", false).asBool();
     faults.no_main_menu_bar = host.get("no_main_menu_bar", false).asBool();
-    faults.save_fails = host.get("save_fails", false).asBool();
     faults.save_as_fails = host.get("save_as_fails", false).asBool();
     return faults;
 }
@@ -166,7 +157,6 @@ bool StageRun::prepare_outside(std::string& problem) {
 void StageRun::connect_host() {
     const Json::Value& host = scenario["host"];
     host_sdk::reset();
-    host_sdk::set_text_tag(text_tag(host.get("text_tag", "string").asString()));
     host_sdk::set_faults(faults_of(host));
     host_sdk::set_script_runner(&scripts);
     host_sdk::set_call_recorder(&calls);

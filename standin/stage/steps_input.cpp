@@ -16,10 +16,7 @@ struct KeyName {
 };
 
 const KeyName kKeys[] = {
-    {"tab", VK_TAB},       {"enter", VK_RETURN},   {"escape", VK_ESCAPE}, {"space", VK_SPACE},
-    {"up", VK_UP},         {"down", VK_DOWN},      {"left", VK_LEFT},     {"right", VK_RIGHT},
-    {"home", VK_HOME},     {"end", VK_END},        {"page_up", VK_PRIOR}, {"page_down", VK_NEXT},
-    {"delete", VK_DELETE}, {"backspace", VK_BACK},
+    {"tab", VK_TAB}, {"enter", VK_RETURN}, {"escape", VK_ESCAPE}, {"up", VK_UP}, {"down", VK_DOWN},
 };
 
 POINT middle_of(HWND window) {

@@ -10,6 +10,7 @@
 #include "dialog/ui_state.h"
 #include "resources/resource_ids.h"
 #include "scene/scene_data.h"
+#include "tests/support/dialog_metrics.h"
 #include "tests/support/test_boxes.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
@@ -27,27 +28,6 @@
 #include <vector>
 
 namespace support {
-
-// Version 6 of the common controls for the windows that a test makes itself.
-class ManifestContext {
-public:
-    ManifestContext() {
-        ACTCTXW description = {};
-        description.cbSize = sizeof description;
-        description.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
-        description.hModule = ::GetModuleHandleW(nullptr);
-        description.lpResourceName = MAKEINTRESOURCEW(IDR_MANIFEST);
-        context_.reset(::CreateActCtxW(&description));
-        ::ActivateActCtx(context_.get(), &cookie_);
-    }
-    ~ManifestContext() { ::DeactivateActCtx(0, cookie_); }
-    ManifestContext(const ManifestContext&) = delete;
-    ManifestContext& operator=(const ManifestContext&) = delete;
-
-private:
-    tarvo::ActivationContextHandle context_;
-    ULONG_PTR cookie_ = 0;
-};
 
 inline INT_PTR CALLBACK InertDialogProc(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
@@ -262,7 +242,7 @@ protected:
         EXPECT_EQ(box.language, tarvo::Text(IDS_LANGUAGE_SWITCH) == L"0" ? 1033 : 1);
     }
 
-    ManifestContext manifest_;
+    ActiveManifest manifest_;
     TestBoxes boxes;
     tarvo::SceneData& scene = scene_without_ini();
     tarvo::UiState& ui = tarvo::UiState::instance();

@@ -37,7 +37,6 @@ add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest ${TARVO_STATIC})
-build_quickly(plugin_tests <windows.h>)
 
 # The finished module through its exports, as the host uses it: nothing of the product is linked.
 file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/product/module/*.cpp)

@@ -22,4 +22,14 @@ Result Guarded(const char* place, Result fallback, Function function,
     }
 }
 
+// The same for code without a result.
+template <class Function>
+void RunGuarded(const char* place, Function function, const LogChannel& channel = kDataChannel) noexcept {
+    try {
+        function();
+    } catch (...) {
+        ReportException(place, channel);
+    }
+}
+
 } // namespace tarvo

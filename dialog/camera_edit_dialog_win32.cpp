@@ -273,13 +273,8 @@ void UiState::InitCameraEditDialog(const std::vector<std::wstring>& keys, HWND d
     write_int(dialog, IDC_EDIT_HEIGHT, camera.image_height);
     if (camera.image_height != 0) {
         // What the host's spinner throws must not leave the other fields empty.
-        Guarded(
-            "LockRatio", 0,
-            [&] {
-                lock_ratio(dialog, camera);
-                return 0;
-            },
-            kUiChannel);
+        RunGuarded(
+            "LockRatio", [&] { lock_ratio(dialog, camera); }, kUiChannel);
     }
     write_int(dialog, IDC_EDIT_START_FRAME, camera.start_frame);
     SetControlText(dialog, IDC_EDIT_NAME, camera.img_output_name);

@@ -30,10 +30,7 @@ std::unique_ptr<RatioSpinner> owned(ISpinnerControl* control) {
 } // namespace
 
 RatioSpinner::~RatioSpinner() {
-    Guarded("ReleaseISpinner", 0, [this] {
-        ::ReleaseISpinner(control_);
-        return 0;
-    });
+    RunGuarded("ReleaseISpinner", [this] { ::ReleaseISpinner(control_); });
 }
 
 void RatioSpinner::link_to_edit(WindowHandle edit) {

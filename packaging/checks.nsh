@@ -102,7 +102,7 @@ held:
     Exch $R1
 FunctionEnd
 
-; Leaves the first file of ours that somebody holds, or "".
+; Leaves the first file of ours that a program holds open, or "".
 Function ${UN}FirstHeldFile
     Push "${PACKAGE_FOLDER}\Contents\TarvoRendering.gup"
     Call ${UN}HeldFile

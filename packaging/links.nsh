@@ -27,7 +27,7 @@ Function ${UN}Link
 FunctionEnd
 
 ; Leaves the first of our folders (or the ini file) that is a link, or "". A folder comes before what lies in it: behind
-; a link everything belongs to somebody else.
+; a link everything belongs to others.
 Function ${UN}FirstLink
     Push $R3
     StrCpy $R3 ""

@@ -7,7 +7,7 @@ Var LogWanted
 Var LogHandle
 Var HadErrors
 
-; FileWrite sets the error flag when it fails. Whoever reads the flag later would take that for a failed copy.
+; FileWrite sets the error flag when it fails. A later reader of the flag would take that for a failed copy.
 !macro Log TEXT
     StrCpy $HadErrors 0
     ${If} ${Errors}

@@ -76,13 +76,13 @@ BOOL Tarvo_ActionTable::GetMenuText(int command_id, MSTR& text) {
 }
 
 BOOL Tarvo_ActionCallback::ExecuteAction(int command_id) {
-    return Guarded<BOOL>("ExecuteAction", TRUE, [&] {
+    RunGuarded("ExecuteAction", [command_id] {
         const Action* action = find_action(command_id);
         if (action != nullptr) {
             action->run();
         }
-        return TRUE;
     });
+    return TRUE;
 }
 
 ActionTable* InstallActionTable() {

@@ -44,15 +44,12 @@ void ensure_own_menu(ActionTable* (*find_table)()) {
 // The host discards its menu bar and builds it again after the plugins have started. The action table is not
 // made again (C-63).
 void on_system_startup(void*, NotifyInfo*) {
-    Guarded("OnSystemStartup", 0, [] {
-        ensure_own_menu(FindActionTable);
-        return 0;
-    });
+    RunGuarded("OnSystemStartup", [] { ensure_own_menu(FindActionTable); });
 }
 
 // Each step in a guard of its own: one that fails leaves the others what they can do.
 ActionTable* install_actions() {
-    Guarded<ActionTable*>("InstallActionTable", nullptr, [] { return InstallActionTable(); });
+    RunGuarded("InstallActionTable", [] { InstallActionTable(); });
     return Guarded<ActionTable*>("ActivateInstalledTable", nullptr, [] {
         return ActivateInstalledTable(); // a second time (C-18)
     });
@@ -61,31 +58,24 @@ ActionTable* install_actions() {
 } // namespace
 
 Tarvo_Rendering::~Tarvo_Rendering() {
-    Guarded("~Tarvo_Rendering", 0, [] {
-        remove_own_menu();
-        return 0;
-    });
+    RunGuarded("~Tarvo_Rendering", remove_own_menu);
 }
 
 DWORD Tarvo_Rendering::Start() {
-    return Guarded<DWORD>("Start", GUPRESULT_KEEP, [this] {
-        Guarded("RegisterNotification", 0,
-                [this] { return ::RegisterNotification(on_system_startup, this, kSystemStartup); });
-        Guarded("RemoveEarlierMenus", 0, [] {
-            remove_earlier_menus();
-            return 0;
-        });
+    RunGuarded("Start", [this] {
+        RunGuarded("RegisterNotification",
+                   [this] { ::RegisterNotification(on_system_startup, this, kSystemStartup); });
+        RunGuarded("RemoveEarlierMenus", remove_earlier_menus);
         ensure_own_menu(install_actions);
-        return GUPRESULT_KEEP;
     });
+    return GUPRESULT_KEEP;
 }
 
 void Tarvo_Rendering::Stop() {
-    Guarded("Stop", 0, [this] {
-        Guarded("UnRegisterNotification", 0,
-                [this] { return ::UnRegisterNotification(on_system_startup, this, kSystemStartup); });
+    RunGuarded("Stop", [this] {
+        RunGuarded("UnRegisterNotification",
+                   [this] { ::UnRegisterNotification(on_system_startup, this, kSystemStartup); });
         remove_own_menu();
-        return 0;
     });
 }
 

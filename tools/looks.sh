@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # looks.sh [FOLDER]: pictures of both dialogs in both languages at the scales 100, 150 and 200 %, with long notices and
-# 0, 1, 5 and 1000 cameras, for somebody to look at. They go to build/looks when no folder is named.
+# 0, 1, 5 and 1000 cameras, to be looked at. They go to build/looks when no folder is named.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"
 . "$ROOT/tools/lib/dependencies.sh"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# make_pictures.sh: takes the pictures of the user guide anew, in both languages, into docs/guide/pictures. They show
+# make_pictures.sh: takes the pictures of the user guide again, in both languages, into docs/guide/pictures. They show
 # the real windows of the module in the stage. Look at them before you commit them.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 . "$ROOT/tools/lib/packages.sh"

@@ -23,7 +23,7 @@ Problem = tuple[str, str]
 
 SEE_CHECK = "This is a bug of the plugin or of the client program: ./test shows which."
 SEE_SCENE_FOLDER = "Make sure that nothing removes or changes files while the run lasts, and run again."
-SEE_SEVEN_ZIP = "Remove the folder deps/7-Zip from the build folder and run again; it is then fetched anew."
+SEE_SEVEN_ZIP = "Remove the folder deps/7-Zip from the build folder and run again; it is then downloaded again."
 CHECK_ADVICE = {
     "scene": SEE_SCENE_FOLDER,
     "document": SEE_SCENE_FOLDER,

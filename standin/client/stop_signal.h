@@ -1,4 +1,4 @@
-// Says when to end: on Ctrl-C, when the stop file appears, or when somebody asks for it. Every wait in the
+// Says when to end: on Ctrl-C, when the stop file appears, or when a caller asks for it. Every wait in the
 // client goes through here, so that none outlasts the end.
 #pragma once
 

@@ -73,7 +73,7 @@ load_menus(const std::wstring& menu_file); // false: not a menu file; nothing ha
 // Throws the menu bar away and builds it again from the menu file, as the host of 2018 does after start.
 HOST_STANDIN_API void rebuild_menu_bar(const std::wstring& menu_file);
 
-// The Windows menu for the frame window; owned by the stand-in, made anew by every update of the menu bar.
+// The Windows menu for the frame window; owned by the stand-in; every update of the menu bar makes a new one.
 HOST_STANDIN_API HMENU menu_bar();
 // Called after every update of the menu bar, so that the frame can show it.
 HOST_STANDIN_API void set_menu_bar_listener(void (*listener)(void* context), void* context);

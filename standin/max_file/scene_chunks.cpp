@@ -146,8 +146,8 @@ bool CameraSearch::add_when_camera(std::size_t index, std::vector<std::wstring>&
     return true;
 }
 
-// Each object is looked into once, whoever refers to it: otherwise a few objects that refer to one another
-// many times over would keep the search busy for ever.
+// Each object is searched once, however many refer to it: otherwise a few objects that refer to one another
+// many times over would keep the search busy without end.
 bool CameraSearch::leads_to_camera(std::size_t index, int depth, bool& found) {
     if (is_camera(index)) {
         found = true;

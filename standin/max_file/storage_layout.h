@@ -1,5 +1,5 @@
-// A look at the layers of a structured-storage file before the system is asked to open it: the system says no
-// more than "invalid", a cut-off file it may even open, and in a damaged one it can lose its way for ever.
+// Checks the layers of a structured-storage file before the system opens it: the system says no more than
+// "invalid", may even open a truncated file, and can loop without end in a damaged one.
 #pragma once
 
 #include <cstddef>

@@ -5,7 +5,7 @@
 
 namespace maxscript {
 
-// A place without ownership; the file's name is kept by whoever compiles.
+// A place without ownership; the compiler owns the file's name.
 struct Spot {
     const Text* file = nullptr;
     int line = 0;

@@ -1,6 +1,6 @@
 // Files that exist in memory only, with the behaviour of Windows: names in any case and with either slash,
 // read-only files that cannot be written or deleted (but renamed), a copy that keeps the attribute, files
-// held open by somebody else, folders in which nothing may be changed.
+// that another program holds open, folders in which nothing may be changed.
 #pragma once
 
 #include "standin/maxscript/interpreter.h"

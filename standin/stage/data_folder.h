@@ -34,7 +34,7 @@ public:
     // The port in an adopted folder's ini file; 0 when the folder was not adopted.
     int adopted_port() const { return adopted_port_; }
 
-    // The ini file anew, for another port; an adopted folder's stays as it is.
+    // Writes the ini file again, for another port; an adopted folder keeps its own.
     bool write_ini(const Json::Value& wanted, int port) const;
 
     // Remembers what lies in `folder` too; its files are listed under "scene/".

@@ -20,7 +20,7 @@ public:
     // `aside` is a path for what vanishes.
     void begin(const std::string& action, const std::wstring& file, const std::wstring& aside);
 
-    // As it was; what was made anew meanwhile stays.
+    // Undoes the fault. A file that was created in its place meanwhile stays.
     void restore();
 
 private:

@@ -16,7 +16,7 @@ public:
     PluginLife(const ModuleFile& module, Transcript& transcript) : module_(module), transcript_(transcript) {}
 
     // Create, Start and, when the plugin wants to be kept, the start-up notification. With `rebuild_menu_bar`
-    // the menu bar is made anew between the two, as one version of the host does. False: `problem` is a
+    // the host rebuilds its menu bar between the two, as one version of it does. False: `problem` is a
     // sentence.
     bool start(bool rebuild_menu_bar, std::string& problem);
 

@@ -28,7 +28,7 @@ host_sdk::Faults faults_of(const Json::Value& host) {
     return faults;
 }
 
-// Counts down while the module does what a fault in it could make last for ever.
+// Limits the time of what a bug in the module could make endless.
 class TimeLimit {
 public:
     TimeLimit(StageRun& run, const std::string& what)

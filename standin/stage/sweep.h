@@ -12,7 +12,7 @@ namespace stage {
 class StageRun;
 
 // Plays the scenario once for each fault of the list in `options.faults` and writes OUT/results.jsonl, one
-// line for each. `began` is told each run, for whoever ends the process when it breaks. The answer is the
+// line for each. `began` gets each run, so that a crash handler can end it. The answer is the
 // program's exit code.
 int sweep_faults(const Options& options, const Json::Value& scenario, void (*began)(StageRun*));
 

@@ -320,7 +320,7 @@ class SetupTest(unittest.TestCase):
     # --- links (Wine shows a symbolic link to a folder as Windows shows a junction)
 
     def make_victim(self) -> pathlib.Path:
-        """A folder of somebody else, with a file of every name that setup or uninstaller deletes."""
+        """Another user's folder, with a file of every name that setup or uninstaller deletes."""
         victim = self.machine.program_data.parent / "Victim"
         shutil.rmtree(victim, ignore_errors=True)
         victim.mkdir()

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <dirent.h>
 #include <fstream>
 #include <sstream>
 
@@ -111,6 +112,24 @@ void write_file(const std::string& path, const std::string& content) {
 std::string test_data_folder() {
     const char* folder = std::getenv("TARVO_TEST_DATA");
     return folder == nullptr ? std::string() : std::string(folder);
+}
+
+std::vector<std::string> test_data_names(const std::string& folder, const std::string& ending) {
+    std::vector<std::string> names;
+    DIR* entries = opendir((test_data_folder() + "/" + folder).c_str());
+    if (entries == nullptr) {
+        return names;
+    }
+    for (const dirent* entry = readdir(entries); entry != nullptr; entry = readdir(entries)) {
+        const std::string file = entry->d_name;
+        if (file.size() > ending.size() &&
+            file.compare(file.size() - ending.size(), ending.size(), ending) == 0) {
+            names.push_back(file.substr(0, file.size() - ending.size()));
+        }
+    }
+    closedir(entries);
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace support

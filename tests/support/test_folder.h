@@ -27,4 +27,7 @@ void write_file(const std::string& path, const std::string& content);
 // The folder of the test data: the environment variable TARVO_TEST_DATA.
 std::string test_data_folder();
 
+// The files of one of its folders that have this ending (".in.json"), without it, in order.
+std::vector<std::string> test_data_names(const std::string& folder, const std::string& ending);
+
 } // namespace support

@@ -135,7 +135,7 @@ end_crashed_programs() {
     touch "$marker"
 }
 
-# Wine's own services start with the first program, end with the last, and inherit the output of whoever came first:
+# Wine's own services start with the first program, end with the last, and inherit the output of the first program:
 # without a program that stays, each start is slow and a pipe behind it is never closed.
 hold_wine() {
     local never=$WINE_PREFIX_DIR.never

@@ -1,4 +1,4 @@
-// The Windows menu that a frame shows: built anew from the main menu bar at every update.
+// The Windows menu that a frame shows: every update builds a new one from the main menu bar.
 #include "actions.h"
 #include "menu_manager.h"
 

@@ -40,7 +40,7 @@ std::unique_ptr<Menu> make_host_menu();
 std::unique_ptr<MenuItem> make_host_item();
 BarContext& add_host_context(MenuContextId id, const std::wstring& name);
 
-// Builds the Windows menu anew and tells the listener.
+// Builds a new Windows menu and tells the listener.
 void update_menu_bar();
 void clear_menu_bar();
 

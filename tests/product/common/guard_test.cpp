@@ -41,6 +41,21 @@ TEST(Guard, WhatIsNoStandardExceptionHasALineToo) {
     EXPECT_EQ(lines, Lines{"[ERROR] An exception was stopped in a place: not a standard exception"});
 }
 
+TEST(Guard, CodeWithoutAResultIsGuardedToo) {
+    for (const tarvo::LogChannel& channel : {tarvo::kDataChannel, tarvo::kUiChannel}) {
+        support::plugin_folder();
+        const std::size_t mark = support::log_mark(channel.name);
+        bool ran = false;
+        tarvo::RunGuarded(
+            "a place", [&ran] { ran = true; }, channel);
+        EXPECT_TRUE(ran);
+        tarvo::RunGuarded(
+            "a place", [] { throw std::runtime_error("the reason"); }, channel);
+        EXPECT_EQ(support::log_lines_since(channel.name, mark),
+                  Lines{"[ERROR] An exception was stopped in a place: the reason"});
+    }
+}
+
 // The store that owns the channel has its file open and is the one to rotate it.
 TEST(Guard, TheLineDoesNotRotateTheFile) {
     const std::string file = support::log_file("t_guard");

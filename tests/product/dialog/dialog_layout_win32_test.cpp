@@ -2,6 +2,7 @@
 
 #include "resources/resource_ids.h"
 #include "tests/support/module_resources.h"
+#include "tests/support/template_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,6 @@
 #include <iterator>
 #include <map>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -93,27 +93,9 @@ std::size_t GroupOf(const TemplateItem& item, const std::vector<TemplateItem>& b
     return static_cast<std::size_t>(std::find_if(boxes.begin(), boxes.end(), holds) - boxes.begin());
 }
 
-using Case = std::tuple<unsigned, LANGID>;
+class DialogLayoutIn : public TemplateTest {};
 
-class DialogLayoutIn : public ::testing::TestWithParam<Case> {
-protected:
-    unsigned name() const { return std::get<0>(GetParam()); }
-    LANGID language() const { return std::get<1>(GetParam()); }
-    bool is_main() const { return name() == IDD_MAIN; }
-
-    void SetUp() override { ASSERT_FALSE(dialog.items.empty()) << "no such template"; }
-
-    const DialogTemplate dialog = ReadDialogTemplate(std::get<0>(GetParam()), std::get<1>(GetParam()));
-};
-
-INSTANTIATE_TEST_SUITE_P(Templates, DialogLayoutIn,
-                         ::testing::Combine(::testing::Values(IDD_MAIN, IDD_CAMERA_EDIT),
-                                            ::testing::Values(kEnglish, kChinese)),
-                         [](const ::testing::TestParamInfo<Case>& which) {
-                             const bool main = std::get<0>(which.param) == IDD_MAIN;
-                             const bool english = std::get<1>(which.param) == kEnglish;
-                             return std::string(main ? "Main" : "Edit") + (english ? "English" : "Chinese");
-                         });
+INSTANTIATE_TEST_SUITE_P(Templates, DialogLayoutIn, EveryTemplate(), NameOfTemplateCase);
 
 TEST_P(DialogLayoutIn, GivesEachAccessKeyOnce) {
     std::map<wchar_t, std::string> owners;
@@ -258,7 +240,7 @@ TEST(MainLayoutTest, ShowsTheWholeCameraTableAtTheUsualScale) {
     EXPECT_GE(list->width * kCellWidth / 4, kColumnsScrollBarAndEdges);
 }
 
-// Whoever runs these tests at another scale says so, and the measuring has to follow.
+// A run at another scale says so in the environment, and the measuring has to follow.
 TEST(MainLayoutTest, IsMeasuredAtTheScaleThatIsWanted) {
     constexpr int kUsualDotsPerInch = 96;
     const char* wanted = std::getenv("TARVO_EXPECTED_SCALE");

@@ -1,4 +1,5 @@
 #include "tests/support/module_resources.h"
+#include "tests/support/template_fixture.h"
 
 #include "resources/resource_ids.h"
 #include "tests/support/dialog_metrics.h"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -78,32 +78,15 @@ const std::pair<DWORD, DWORD> kSpinsAndBuddies[] = {
     {IDC_MAIN_AO_SUBDIVS_SPIN, IDC_MAIN_AO_SUBDIVS},
 };
 
-using Case = std::tuple<unsigned, LANGID>;
-
-class DialogTemplateIn : public ::testing::TestWithParam<Case> {
+class DialogTemplateIn : public TemplateTest {
 protected:
-    unsigned name() const { return std::get<0>(GetParam()); }
-    LANGID language() const { return std::get<1>(GetParam()); }
-    bool is_main() const { return name() == IDD_MAIN; }
-
     std::vector<ExpectedControl> expected() const {
         return is_main() ? std::vector<ExpectedControl>(std::begin(kMainControls), std::end(kMainControls))
                          : std::vector<ExpectedControl>(std::begin(kEditControls), std::end(kEditControls));
     }
-
-    void SetUp() override { ASSERT_FALSE(dialog.items.empty()) << "no such template"; }
-
-    const DialogTemplate dialog = ReadDialogTemplate(std::get<0>(GetParam()), std::get<1>(GetParam()));
 };
 
-INSTANTIATE_TEST_SUITE_P(Templates, DialogTemplateIn,
-                         ::testing::Combine(::testing::Values(IDD_MAIN, IDD_CAMERA_EDIT),
-                                            ::testing::Values(kEnglish, kChinese)),
-                         [](const ::testing::TestParamInfo<Case>& which) {
-                             const bool main = std::get<0>(which.param) == IDD_MAIN;
-                             const bool english = std::get<1>(which.param) == kEnglish;
-                             return std::string(main ? "Main" : "Edit") + (english ? "English" : "Chinese");
-                         });
+INSTANTIATE_TEST_SUITE_P(Templates, DialogTemplateIn, EveryTemplate(), NameOfTemplateCase);
 
 TEST_P(DialogTemplateIn, HasTheControlsThatTheCodeWorksWith) {
     std::set<DWORD> ids;

@@ -151,7 +151,7 @@ TEST_F(ModuleLife, StopWithoutStart) {
     EXPECT_EQ(0, actions().NumActionTables());
 }
 
-// The menu of an earlier run loses its items first, and is then found and filled anew.
+// The menu of an earlier run loses its items first, and is then found and filled again.
 TEST_F(ModuleLife, MenuFileWithTheMenuInEveryState) {
     struct {
         std::wstring items;
@@ -219,7 +219,7 @@ TEST_F(ModuleLife, StartStopStartStop) {
     EXPECT_EQ(L"", host_sdk::describe_menus());
 }
 
-// The host builds its menu bar anew after the plugins have started, and then says so.
+// The host rebuilds its menu bar after the plugins have started, and then says so.
 TEST_F(ModuleLife, RebuiltBarWithoutTheMenu) {
     const std::wstring empty = host_sdk::save_menus();
     start();

@@ -47,7 +47,7 @@ TEST_F(ModuleWithoutTexts, AnswersOfTheExports) {
     EXPECT_STREQ(L"Tarvo_Rendering", module_->class_at(0)->InternalName());
 }
 
-// An empty title is nobody's: a menu without one belongs to somebody else.
+// A menu without a title is never taken for the plugin's own.
 TEST_F(ModuleWithoutTexts, NobodysMenuIsTouched) {
     ASSERT_TRUE(host_sdk::load_menus(L"host menus 1\nmenu\t\nsubmenu\t1\t1\tTheirs\nmenu\t\nseparator\n"
                                      L"text\t1\tAn entry\n"));

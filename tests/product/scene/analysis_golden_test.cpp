@@ -10,30 +10,12 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
-#include <algorithm>
-#include <dirent.h>
-
 namespace {
 
 constexpr const char* kExpectedEnding = ".expected.json";
 
 std::vector<std::string> case_names() {
-    std::vector<std::string> names;
-    DIR* folder = opendir((support::test_data_folder() + "/analysis").c_str());
-    if (folder == nullptr) {
-        return names;
-    }
-    const std::string ending = kExpectedEnding;
-    for (const dirent* entry = readdir(folder); entry != nullptr; entry = readdir(folder)) {
-        const std::string file = entry->d_name;
-        if (file.size() > ending.size() &&
-            file.compare(file.size() - ending.size(), ending.size(), ending) == 0) {
-            names.push_back(file.substr(0, file.size() - ending.size()));
-        }
-    }
-    closedir(folder);
-    std::sort(names.begin(), names.end());
-    return names;
+    return support::test_data_names("analysis", kExpectedEnding);
 }
 
 std::string expand_text_number(const std::string& line) {

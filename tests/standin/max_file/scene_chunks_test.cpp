@@ -207,7 +207,7 @@ TEST(SceneChunks, ModifiersInACircleAreRefused) {
     EXPECT_EQ(problem_of(scene_of(deep)), "object 16: modifiers lie on one another without an end");
 }
 
-// Looking into every object anew for each reference would take 1000 to the power of 12 steps.
+// Searching every object again for each reference would take 1000 to the power of 12 steps.
 TEST(SceneChunks, ManyReferencesToModifiersEnd) {
     ByteWriter objects;
     for (std::uint32_t index = 0; index < 12; ++index) {

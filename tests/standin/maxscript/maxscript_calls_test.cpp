@@ -12,7 +12,7 @@ TEST(MaxscriptCalls, ChecksBeforeRunning) {
         {"nobody1\n)", "1,1 undeclared name: nobody1\n2,1 Syntax error: unexpected )"},
         {"fn f a = a\nf = mod\nf 1 2", ""}, // no longer known
         {"throw \"not run\"", ""},
-        {"fn f a = a\nfn f a b = if b then f 1 false else a\nf 1 true", ""}, // defined anew
+        {"fn f a = a\nfn f a b = if b then f 1 false else a\nf 1 true", ""}, // defined again
         {"fn f a = f 1 2", "1,10 Argument count error: f wanted 1, got 2"},
         {"struct S (fn f = g 1, fn g a b = a)", "1,18 Argument count error: g wanted 2, got 1"},
         {"struct S (fn f = g 1 2, fn g a b = a)", ""},

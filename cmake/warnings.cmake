@@ -29,7 +29,7 @@ endif()
 option(TARVO_SANITIZE "AddressSanitizer and UBSan (native build only)" OFF)
 if(TARVO_SANITIZE)
     target_compile_options(tarvo_flags INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tarvo_flags INTERFACE -fsanitize=address,undefined)
 endif()
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """check_windows_target.py STAMPS BUILD: every source of the product, the probe, the stand-ins and the diagnostics as clang
 reads it for the host's platform and toolset: target x86_64-pc-windows-msvc with the rules and the version number of Visual
-Studio 2015 Update 3 (v140). What that toolset does not know is refused. Each file is read alone, so an include that is
-missing shows here; only the second look, as C++11, takes several files at once (source_batches.py).
+Studio 2015 Update 3 (v140). What that toolset does not know is refused. Sources are read in batches (source_batches.py);
+the files of a batch that does not pass are read one by one.
 
 The headers are those of MinGW and GCC, which have to be told a few things to be read for that target: Visual Studio's own
 headers and library are not tried by this. BUILD is a configured cross build. As in clang_checks.py, a file that passed is
@@ -98,15 +98,16 @@ def lacking(said: str, feature) -> list[str]:
             if pattern.search(line) and not line.startswith("/usr")]
 
 
-def check(command: list[str], name: str) -> list[str]:
-    code, said = messages([*command, *STRICT, name])
-    return [said] if code != 0 else lacking(said, EXTENDED_CONSTEXPR)
+def check(command: list[str], path: str) -> list[str]:
+    code, said = messages([*command, *STRICT, path])
+    problems = [said] if code != 0 else lacking(said, EXTENDED_CONSTEXPR)
+    return problems or lacking(messages([*command, *ELEVEN, path])[1], AGGREGATE)
 
 
-def check_as_eleven(command: list[str], names: list[str], number: int, folder: pathlib.Path) -> list[str]:
-    texts = {name: content(name).decode("utf-8") for name in names}
-    path = write_batch(folder, number, names, texts)
-    return lacking(messages([*command, *ELEVEN, f"-iquote{ROOT / os.path.dirname(names[0])}", str(path)])[1], AGGREGATE)
+def check_batch(command: list[str], names: list[str], path: pathlib.Path) -> dict[str, list[str]]:
+    """What is wrong in each file."""
+    together = check([*command, f"-iquote{ROOT / os.path.dirname(names[0])}"], str(path))
+    return {name: check(command, name) if together else [] for name in names}
 
 
 def main() -> int:
@@ -125,14 +126,12 @@ def main() -> int:
 
     texts = {name: content(name).decode("utf-8") for name in todo}
     together = batches(todo, texts, lambda name: tuple(commands[name]))
+    found = {}
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        alone = [pool.submit(check, commands[name], name) for name in todo]
-        eleven = [pool.submit(check_as_eleven, commands[names[0]], names, number, stamps / "batches")
-                  for number, names in enumerate(together)]
-        found = {name: result.result() for name, result in zip(todo, alone)}
-        for names, result in zip(together, eleven):
-            for name in names:
-                found[name] = found[name] + result.result()
+        looks = [pool.submit(check_batch, commands[names[0]], names, write_batch(stamps / "batches", number, names, texts))
+                 for number, names in enumerate(together)]
+        for look in looks:
+            found.update(look.result())
     for name in todo:
         if not found[name]:
             (stamps / keys[name]).touch()

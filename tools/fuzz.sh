@@ -20,7 +20,7 @@ while [ "$#" -gt 0 ]; do
 done
 case $build in
 fast) preset=native-fuzz-fast ;;
-sanitized) preset=native-fuzz ;;
+sanitized) preset=native-asan ;;
 *) die "there is no build '$build'" "Give fast or sanitized." ;;
 esac
 

@@ -30,9 +30,9 @@ struct Section {
     std::uint64_t offset;
 };
 
-class Reader {
+class ImageReader {
 public:
-    explicit Reader(const std::string& bytes) : bytes_(bytes) {}
+    explicit ImageReader(const std::string& bytes) : bytes_(bytes) {}
 
     ModuleImage read();
 
@@ -50,7 +50,7 @@ private:
     bool inside_ = true;
 };
 
-std::uint64_t Reader::number(std::uint64_t at, unsigned size) {
+std::uint64_t ImageReader::number(std::uint64_t at, unsigned size) {
     if (at + size > bytes_.size()) {
         inside_ = false;
         return 0;
@@ -62,7 +62,7 @@ std::uint64_t Reader::number(std::uint64_t at, unsigned size) {
     return value;
 }
 
-std::string Reader::name(std::uint64_t at) const {
+std::string ImageReader::name(std::uint64_t at) const {
     constexpr std::size_t kLongest = 260;
     std::string result;
     for (std::size_t i = static_cast<std::size_t>(at);
@@ -72,7 +72,7 @@ std::string Reader::name(std::uint64_t at) const {
     return result;
 }
 
-bool Reader::read_sections(std::uint64_t header) {
+bool ImageReader::read_sections(std::uint64_t header) {
     const std::uint64_t count = std::min(number(header + kSectionCount, 2), kMostSections);
     std::uint64_t at = header + kOptional + number(header + kOptionalSize, 2);
     bool whole = count != 0;
@@ -84,7 +84,7 @@ bool Reader::read_sections(std::uint64_t header) {
     return whole && inside_;
 }
 
-std::uint64_t Reader::file_offset(std::uint64_t address) const {
+std::uint64_t ImageReader::file_offset(std::uint64_t address) const {
     for (const Section& section : sections_) {
         if (address >= section.address && address - section.address < section.size) {
             return section.offset + (address - section.address);
@@ -93,7 +93,7 @@ std::uint64_t Reader::file_offset(std::uint64_t address) const {
     return 0;
 }
 
-std::vector<std::string> Reader::read_imports(std::uint64_t optional) {
+std::vector<std::string> ImageReader::read_imports(std::uint64_t optional) {
     std::vector<std::string> imports;
     if (number(optional + kDirectoryCount, 4) < 2) {
         return imports;
@@ -113,7 +113,7 @@ std::vector<std::string> Reader::read_imports(std::uint64_t optional) {
     return imports;
 }
 
-ModuleImage Reader::read() {
+ModuleImage ImageReader::read() {
     ModuleImage image;
     if (bytes_.compare(0, 2, "MZ") != 0) {
         return image;
@@ -132,7 +132,7 @@ ModuleImage Reader::read() {
 } // namespace
 
 ModuleImage read_image(const std::string& bytes) {
-    return Reader(bytes).read();
+    return ImageReader(bytes).read();
 }
 
 std::string stand_in(const ModuleImage& image) {

@@ -38,9 +38,7 @@ as_root() {
     fi
 }
 
-# build_preset PRESET TARGET…: configures and builds; all targets when none is named. BUILD_PRIORITY may hold a command
-# before the build's, such as nice.
-BUILD_PRIORITY=()
+# build_preset PRESET TARGET…: configures and builds; all targets when none is named.
 build_preset() {
     local preset=$1 targets=()
     shift
@@ -48,5 +46,5 @@ build_preset() {
     quietly "$TARVO_BUILD_DIR/logs/$preset-configure.log" "Remove $TARVO_BUILD_DIR/$preset and try again." \
         cmake -S "$ROOT" --preset "$preset"
     quietly "$TARVO_BUILD_DIR/logs/$preset-build.log" "The first error above says what." \
-        "${BUILD_PRIORITY[@]}" cmake --build "$TARVO_BUILD_DIR/$preset" -j "$JOBS" "${targets[@]}"
+        cmake --build "$TARVO_BUILD_DIR/$preset" -j "$JOBS" "${targets[@]}"
 }

@@ -43,7 +43,7 @@ TEST_F(SubmitCommand, SubmittingAnswersWhatTheSequenceSays) {
 }
 
 // Everything but the two programs behind it is real: 7-Zip is not installed, and no client listens.
-TEST_F(SubmitCommand, ASubmissionGoesThroughEveryFloor) {
+TEST_F(SubmitCommand, ASubmissionGoesThroughEveryLayer) {
     count_and_remove("shot*.max");
     count_and_remove("json/*"); // what an earlier program left
     const std::string scene_file = plugin_folder() + "/shot.max";

@@ -27,7 +27,7 @@ add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
 target_link_libraries(win32_tests PRIVATE
     tarvo_win32 max_file maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 ${TARVO_STATIC})
 add_dependencies(win32_tests client make_scene)
-build_quickly(win32_tests <windows.h>)
+build_quickly(win32_tests -O0 <gtest/gtest.h> <json/json.h> <windows.h>)
 
 file(GLOB TARVO_PLUGIN_TESTS CONFIGURE_DEPENDS 
     ${CMAKE_CURRENT_SOURCE_DIR}/product/host/*_test.cpp ${CMAKE_CURRENT_SOURCE_DIR}/product/plugin/*_test.cpp
@@ -37,13 +37,14 @@ add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest ${TARVO_STATIC})
+build_quickly(plugin_tests -O0 <gtest/gtest.h> <json/json.h> <windows.h>)
 
 # The finished module through its exports, as the host uses it: nothing of the product is linked.
 file(GLOB TARVO_MODULE_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/product/module/*.cpp)
 add_executable(module_tests ${TARVO_MODULE_TESTS})
 target_link_libraries(module_tests PRIVATE tarvo_flags host_sdk tarvo_gtest shell32 ${TARVO_STATIC})
 add_dependencies(module_tests tarvo_module)
-build_quickly(module_tests <windows.h>)
+build_quickly(module_tests -O0 <gtest/gtest.h> <windows.h>)
 
 if(CMAKE_HOST_WIN32)
     include(on_windows_tests.cmake)

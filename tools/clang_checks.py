@@ -117,22 +117,27 @@ def second_compiler(deps: pathlib.Path, tools: bytes) -> list[Task]:
     return [Task("clang", source, tuple(command), True, key_of(source, command, tools)) for source in product_sources()]
 
 
-def tidied(build: pathlib.Path, deps: pathlib.Path, tools: bytes) -> list[Task]:
+def tidied(commands: pathlib.Path, deps: pathlib.Path, tools: bytes) -> list[Task]:
     listed = output_of("git", "ls-files", "--cached", "--others", "--exclude-standard", "*.cpp").splitlines()
     command = ["clang-tidy", "--quiet", f"--extra-arg-before=--target={TRIPLE}",
                "--extra-arg=-fms-extensions", "--extra-arg=-Wno-unknown-warning-option",
                "--extra-arg=-Xclang", "--extra-arg=-analyzer-config",
                "--extra-arg=-Xclang", f"--extra-arg=max-nodes={ANALYZER_NODES}",
-               *(f"--extra-arg={argument}" for argument in system_includes(deps)), "-p", str(build)]
+               *(f"--extra-arg={argument}" for argument in system_includes(deps)), "-p", str(commands)]
     rules = tools + b"".join(content(name) for name in (*RULES, "cmake/warnings.cmake"))
     return [Task(TIDY, source, tuple(command), False, key_of(source, command, rules))
             for source in listed if source.split("/")[0] in TIDIED and (ROOT / source).is_file()]
 
 
+# Clang cannot read GCC's precompiled headers.
+PRECOMPILED = re.compile(r' -Winvalid-pch -include (?:"[^"]*"|\S+)')
+
+
 def build_commands(build: pathlib.Path) -> dict[str, dict]:
-    """Source: how the cross build compiles it, the first time if there are several."""
+    """Source: how the cross build compiles it, the first time if there are several; without precompiled headers."""
     found = {}
     for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
+        entry["command"] = PRECOMPILED.sub("", entry["command"])
         found.setdefault(os.path.relpath(entry["file"], ROOT), entry)
     return found
 
@@ -193,10 +198,13 @@ def main() -> int:
     stamps, build, deps = (pathlib.Path(argument).resolve() for argument in sys.argv[1:4])
     stamps.mkdir(parents=True, exist_ok=True)
     tools = installed_tools()
-    tasks = second_compiler(deps, tools) + tidied(build, deps, tools)
+    known = build_commands(build)
+    alone = stamps / "alone"
+    alone.mkdir(exist_ok=True)
+    (alone / "compile_commands.json").write_text(json.dumps(list(known.values())), encoding="utf-8")
+    tasks = second_compiler(deps, tools) + tidied(alone, deps, tools)
     todo = [task for task in tasks if not (stamps / task.key).exists()]
     names = list(dict.fromkeys(task.name for task in tasks))
-    known = build_commands(build)
     waiting = [batch for number, name in enumerate(names)
                for batch in Batches(stamps / f"batches_{number}", [task for task in todo if task.name == name],
                                     known).batches]

@@ -39,7 +39,8 @@ function(add_fuzz_target name runs max_length seconds)
     endforeach()
     set(grown ${PROJECT_BINARY_DIR}/corpus/${name})
     file(MAKE_DIRECTORY ${grown})
-    add_test(NAME fuzz.${name} COMMAND ${name}_fuzzer -runs=${runs} -seed=1 ${options} ${grown} ${corpora})
+    add_test(NAME fuzz.${name} COMMAND ${TARVO_KEYED} $<TARGET_FILE:${name}_fuzzer> ${corpora} --
+        $<TARGET_FILE:${name}_fuzzer> -runs=${runs} -seed=1 ${options} ${grown} ${corpora})
     # For tools/fuzz.sh.
     file(WRITE ${PROJECT_BINARY_DIR}/fuzz_options/${name} "${options}\n")
 endfunction()

@@ -51,6 +51,12 @@ if(CMAKE_HOST_WIN32)
     return()
 endif()
 
+# What every test under Wine reads, and what the programs and the scenarios read besides.
+set(TARVO_WINE_KEYED ${TARVO_KEYED} ${PROJECT_BINARY_DIR}/bin ${PROJECT_SOURCE_DIR}/scripts ${TARVO_DEPS_DIR}/7-Zip
+    ${PROJECT_SOURCE_DIR}/tools/lib ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
+set(TARVO_PROGRAM_KEYED ${TARVO_WINE_KEYED} ${TARVO_TEST_DATA} ${CMAKE_CURRENT_SOURCE_DIR}/scenarios ${TARVO_HOST_CHECK})
+set(TARVO_SCENARIO_KEYED ${TARVO_WINE_KEYED} ${PROJECT_SOURCE_DIR}/tools/play.sh)
+
 # What gtest measured of each test, for tools/slowest.py.
 set(TARVO_TIMES ${PROJECT_BINARY_DIR}/times)
 file(MAKE_DIRECTORY ${TARVO_TIMES})
@@ -75,8 +81,8 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
                 math(EXPR index "${part} - 1")
                 set(shard "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${index}")
             endif()
-            add_test(NAME ${name} COMMAND ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1
-                ${${program}_FILTER_${language}})
+            add_test(NAME ${name} COMMAND ${TARVO_PROGRAM_KEYED} $<TARGET_FILE:${program}> --
+                ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1 ${${program}_FILTER_${language}})
             set_tests_properties(${name} PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET} COST 10
                 ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};GTEST_OUTPUT=json:Z:${TARVO_TIMES}/${name}.json;${shard}")
         endforeach()
@@ -90,7 +96,8 @@ set_tests_properties(tests.crash_ends_program PROPERTIES ${TARVO_WINE_LANE} ENVI
     PASS_REGULAR_EXPRESSION "Unhandled page fault" FAIL_REGULAR_EXPRESSION "HANGS;PASSED")
 
 # Paths and names once more where the ANSI page is UTF-8.
-add_test(NAME win32_tests.utf8 COMMAND ${TARVO_WINE} utf8 $<TARGET_FILE:win32_tests> --gtest_brief=1
+add_test(NAME win32_tests.utf8 COMMAND ${TARVO_PROGRAM_KEYED} $<TARGET_FILE:win32_tests> --
+    ${TARVO_WINE} utf8 $<TARGET_FILE:win32_tests> --gtest_brief=1
     --gtest_filter=ArchiveNames.*:SevenZip.*:ForeignArchive.*:Logger*:SceneBackup.*:PluginConfig*)
 set_tests_properties(win32_tests.utf8 PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET} COST 10
     ENVIRONMENT "${TARVO_WINE_ENVIRONMENT}")
@@ -99,7 +106,8 @@ set_tests_properties(win32_tests.utf8 PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TA
 foreach(scale 150 200)
     foreach(language en zh)
         add_test(NAME dialog_layout.${language}.${scale}
-            COMMAND bash ${PROJECT_SOURCE_DIR}/tools/at_scale.sh ${scale} ${TARVO_WINE} ${language}
+            COMMAND ${TARVO_PROGRAM_KEYED} $<TARGET_FILE:win32_tests> ${PROJECT_SOURCE_DIR}/tools/at_scale.sh --
+                bash ${PROJECT_SOURCE_DIR}/tools/at_scale.sh ${scale} ${TARVO_WINE} ${language}
                 $<TARGET_FILE:win32_tests> --gtest_brief=1 --gtest_filter=*Layout*)
         set_tests_properties(dialog_layout.${language}.${scale} PROPERTIES
             ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};TARVO_EXPECTED_SCALE=${scale}"
@@ -113,8 +121,8 @@ list(APPEND TARVO_SCENARIOS ${PROJECT_SOURCE_DIR}/tools/scenarios/pictures.json)
 # `name` is the test's and the run's folder.
 function(add_scenario name scenario language)
     add_test(NAME scenario.${name}
-        COMMAND bash ${PROJECT_SOURCE_DIR}/tools/play.sh
-            ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
+        COMMAND ${TARVO_SCENARIO_KEYED} ${scenario} --
+            bash ${PROJECT_SOURCE_DIR}/tools/play.sh ${PROJECT_BINARY_DIR}/bin ${scenario} ${PROJECT_BINARY_DIR}/scenarios/${name})
     set(limit ${TARVO_LIMIT})
     if("${TARVO_LONG_TESTS}" MATCHES "scenario.${name}=")
         set(limit ${TARVO_LONG_LIMIT})
@@ -142,7 +150,8 @@ endforeach()
 
 # Of the sweep of faults a part that the module's content chooses, and its tables against the module's imports.
 add_test(NAME faults.sample
-    COMMAND python3 ${PROJECT_SOURCE_DIR}/tools/sweep.py
+    COMMAND ${TARVO_WINE_KEYED} ${CMAKE_CURRENT_SOURCE_DIR}/faults ${PROJECT_SOURCE_DIR}/tools/sweep.py --
+        python3 ${PROJECT_SOURCE_DIR}/tools/sweep.py
         --bin ${PROJECT_BINARY_DIR}/bin --out ${PROJECT_BINARY_DIR}/faults --sample module)
 set_tests_properties(faults.sample PROPERTIES ENVIRONMENT "TARVO_BUILD_DIR=${PROJECT_BINARY_DIR}/.." ${TARVO_WINE_LANE}
     TIMEOUT ${TARVO_NET} COST 30)

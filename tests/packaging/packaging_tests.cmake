@@ -8,8 +8,9 @@ set_tests_properties(packaging.release PROPERTIES FIXTURES_SETUP release TIMEOUT
 foreach(name setup setup_log guide module deployment diagnostics diagnostics_broken)
     # The word @prefix@ becomes the folder of the lane's Wine prefix.
     add_test(NAME packaging.${name}
-        COMMAND bash ${PROJECT_SOURCE_DIR}/tools/in_lane.sh
-            python3 ${CMAKE_CURRENT_SOURCE_DIR}/packaging/${name}_test.py ${TARVO_RELEASE_DIR}/release
+        COMMAND ${TARVO_WINE_KEYED} ${CMAKE_CURRENT_SOURCE_DIR}/packaging ${PROJECT_SOURCE_DIR}/packaging
+            ${PROJECT_SOURCE_DIR}/docs/guide ${PROJECT_SOURCE_DIR}/tools ${PROJECT_SOURCE_DIR}/package --
+            bash ${PROJECT_SOURCE_DIR}/tools/in_lane.sh python3 ${CMAKE_CURRENT_SOURCE_DIR}/packaging/${name}_test.py ${TARVO_RELEASE_DIR}/release
             ${PROJECT_BINARY_DIR}/bin @prefix@ ${TARVO_RELEASE_DIR}/${name})
     set_tests_properties(packaging.${name} PROPERTIES
         FIXTURES_REQUIRED release ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET})

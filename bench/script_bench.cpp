@@ -2,8 +2,8 @@
 // sort of as many names by a function of the script stands beside it.
 #include "bench/harness.h"
 #include "bench/measurements.h"
-#include "standin/maxscript_host/memory_files.h"
 #include "standin/maxscript_host/scene_library.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/test_folder.h"
 
 #include <cstdio>
@@ -41,7 +41,9 @@ public:
         const maxscript::Text count = maxscript::text_from_utf8(std::to_string(names_));
         text(u"(fn order a b = (if a < b then -1 else if a > b then 1 else 0)\n"
              u"local names = for i = 1 to " +
-             count + u" collect \"map\" + (bit.xor i 21845) as string + \".png\"\nqsort names order\n\"\")");
+             count +
+             u" collect \"map\" + (bit.and (i * 40503) 0xFFFFF) as string + \".png\"\nqsort names "
+             u"order\n\"\")");
     }
 
 private:
@@ -57,7 +59,7 @@ private:
 
     int names_;
     maxscript_host::SceneHost host_;
-    maxscript_host::MemoryFiles files_;
+    support::MemoryFiles files_;
 };
 
 } // namespace

@@ -61,7 +61,7 @@ def language_section() -> list[str]:
         count = groups.setdefault((topic, group), [0, 0])
         count[0 if host_facts.is_asked(case) else 1] += 1
     lines = ["## The script language", "",
-             "The same cases are the tests of the evaluator (`MaxscriptLanguage.CasesComeOutAsTheyAreWrittenDown`) and "
+             "The same cases are the tests of the evaluator (`MaxscriptLanguage.CasesGiveTheirExpectedResults`) and "
              "lines of HostCheck.ms. What is believed of an error is that there is one; its text is in the report.", "",
              "| belief | cases asked | not asked |", "|---|---|---|"]
     lines += [row(code(f"language.{topic}.{group}"), str(asked), str(other))

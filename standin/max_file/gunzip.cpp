@@ -4,31 +4,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 
 namespace max_file {
 
 namespace {
 
 constexpr std::size_t kStep = 256 * 1024;
-
-class Inflater {
-public:
-    Inflater() : ready_(::inflateInit2(&stream_, MAX_WBITS + 16) == Z_OK) {}
-    ~Inflater() {
-        if (ready_) {
-            ::inflateEnd(&stream_);
-        }
-    }
-    Inflater(const Inflater&) = delete;
-    Inflater& operator=(const Inflater&) = delete;
-
-    bool ready() const { return ready_; }
-    z_stream& stream() { return stream_; }
-
-private:
-    z_stream stream_ = {};
-    bool ready_;
-};
 
 } // namespace
 
@@ -38,12 +20,13 @@ bool is_gzip(const ByteBuffer& bytes) {
 
 bool gunzip(const ByteBuffer& packed, std::size_t limit, ByteBuffer& unpacked, std::string& problem) {
     unpacked.clear();
-    Inflater inflater;
-    if (!inflater.ready() || packed.size() > std::numeric_limits<uInt>::max()) {
+    z_stream stream = {};
+    const bool ready = ::inflateInit2(&stream, MAX_WBITS + 16) == Z_OK;
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> end(ready ? &stream : nullptr, ::inflateEnd);
+    if (!ready || packed.size() > std::numeric_limits<uInt>::max()) {
         problem = "it cannot be unpacked";
         return false;
     }
-    z_stream& stream = inflater.stream();
     stream.next_in = const_cast<Bytef*>(packed.data());
     stream.avail_in = static_cast<uInt>(packed.size());
     ByteBuffer step(kStep);

@@ -4,7 +4,7 @@
 #include "standin/base/program_win32.h"
 #include "standin/base/text.h"
 #include "standin/max_file/scene_composer.h"
-#include "standin/max_file/scene_writer_win32.h"
+#include "standin/max_file/scene_file_win32.h"
 
 #include <cstdio>
 

@@ -24,7 +24,7 @@ struct Heading {
     std::uint32_t line_count = 0;
 };
 
-// One format's properties inside the set. Offsets count from the section's own start.
+// The properties of one format. Offsets count from the start of the section.
 class Section {
 public:
     Section(Bytes bytes, std::string& problem) : bytes_(bytes), problem_(problem) {}
@@ -94,7 +94,7 @@ bool Section::read_text(ByteCursor& cursor, std::uint32_t type, std::wstring& te
     }
     const bool is_utf16 = type == kTypeWideText || code_page_ == kCodePageUtf16;
     text = is_utf16 ? wide_from_utf16(raw) : base::to_wide(narrow_text(raw));
-    // Values lie at multiples of four; the last one need not be filled up.
+    // Values are aligned to four bytes; the last one may lack its padding.
     const std::size_t padding = (4 - cursor.position() % 4) % 4;
     return cursor.seek(cursor.position() + std::min(padding, cursor.left()));
 }
@@ -165,13 +165,11 @@ bool Section::read(Summary& summary) {
 
 } // namespace
 
-const SummarySection* Summary::find(const std::wstring& heading) const {
-    for (const SummarySection& section : sections) {
-        if (section.heading == heading) {
-            return &section;
-        }
-    }
-    return nullptr;
+std::vector<std::wstring> Summary::lines_under(const std::wstring& heading) const {
+    const auto found = std::find_if(sections.begin(), sections.end(), [&](const SummarySection& section) {
+        return section.heading == heading;
+    });
+    return found == sections.end() ? std::vector<std::wstring>() : found->lines;
 }
 
 bool read_summary(Bytes stream, Summary& summary, std::string& problem) {

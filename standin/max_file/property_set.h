@@ -1,5 +1,5 @@
 // The summary of a scene file: the property set "DocumentSummaryInformation", whose document parts are lines
-// of text under headings ("Scene Totals", "Render Data"). Read from its bytes, with every length checked.
+// of text under headings ("Scene Totals", "Render Data"). Every length is checked.
 #pragma once
 
 #include "standin/max_file/scene_bytes.h"
@@ -9,7 +9,7 @@
 
 namespace max_file {
 
-// What a property set is made of.
+// Numbers in a property set.
 constexpr std::uint16_t kPropertySetMark = 0xFFFE;
 constexpr std::uint32_t kCodePageProperty = 1;
 constexpr std::uint32_t kHeadingsProperty = 12;
@@ -31,11 +31,13 @@ struct SummarySection {
 
 struct Summary {
     std::vector<SummarySection> sections;
-    bool texts_are_exact = true; // false: written in a code page that is not known here; only ASCII is right
+    bool texts_are_exact = true; // false: the code page is unknown here, so only ASCII is right
 
-    const SummarySection* find(const std::wstring& heading) const;
+    // The lines under a heading; none when the heading is missing.
+    std::vector<std::wstring> lines_under(const std::wstring& heading) const;
 };
 
+// False: `problem` has the reason.
 bool read_summary(Bytes stream, Summary& summary, std::string& problem);
 
 } // namespace max_file

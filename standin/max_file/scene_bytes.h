@@ -1,5 +1,5 @@
-// A borrowed piece of memory and a cursor that reads it in little-endian order. No read goes past the end: it
-// answers false instead and leaves the cursor where it was.
+// Borrowed bytes, and a cursor that reads them in little-endian order. A read past the end returns false and
+// does not move the cursor.
 #pragma once
 
 #include <cstddef>

@@ -6,7 +6,7 @@ namespace max_file {
 
 namespace {
 
-// A scene file cannot ask for more memory than these counts allow, whatever it claims.
+// Limits of memory, whatever a scene file claims.
 constexpr std::size_t kMostClasses = 0x10000; // a class index is a chunk id
 constexpr std::size_t kMostObjects = 4u << 20;
 constexpr std::size_t kMostFiles = 1u << 20;
@@ -42,7 +42,7 @@ bool read_class(Bytes content, SceneClass& result, std::string& problem) {
     return problem.empty();
 }
 
-enum class Answer : std::uint8_t { unknown, being_looked_into, no, yes };
+enum class Answer : std::uint8_t { unknown, in_progress, no, yes };
 
 class CameraSearch {
 public:
@@ -97,7 +97,7 @@ bool CameraSearch::collect_objects(Bytes scene) {
     return problem_.empty();
 }
 
-// The grid has the class id of a node too, but another super-class.
+// The grid has the class id of a node, but another super-class.
 bool CameraSearch::is_node(const Chunk& object) const {
     if (object.id >= classes_.size() || !object.is_container) {
         return false;
@@ -146,8 +146,8 @@ bool CameraSearch::add_when_camera(std::size_t index, std::vector<std::wstring>&
     return true;
 }
 
-// Each object is searched once, however many refer to it: otherwise a few objects that refer to one another
-// many times over would keep the search busy without end.
+// Searches each object once: otherwise a few objects with many references to one another would take
+// exponential time.
 bool CameraSearch::leads_to_camera(std::size_t index, int depth, bool& found) {
     if (is_camera(index)) {
         found = true;
@@ -160,10 +160,10 @@ bool CameraSearch::leads_to_camera(std::size_t index, int depth, bool& found) {
         found = true;
         return true;
     }
-    if (answers_[index] == Answer::being_looked_into || depth == kDeepestModifiers) {
+    if (answers_[index] == Answer::in_progress || depth == kDeepestModifiers) {
         return fail(index, "modifiers lie on one another without an end");
     }
-    answers_[index] = Answer::being_looked_into;
+    answers_[index] = Answer::in_progress;
     std::vector<std::uint32_t> references;
     if (!parse_object(index, references, nullptr, nullptr) ||
         !any_leads_to_camera(references, depth + 1, found)) {

@@ -1,6 +1,5 @@
-// Reads the streams of a scene file that are made of chunks, and the list of referenced files. Nothing here
-// trusts a length: damaged bytes give false and an English reason ("chunk at byte 12 reaches past the end"),
-// never more.
+// Reads the streams of a scene file that consist of chunks, and the list of referenced files. Every length is
+// checked: damaged bytes give false and an English reason ("chunk at byte 12 reaches past the end").
 #pragma once
 
 #include "standin/max_file/scene_bytes.h"
@@ -22,8 +21,8 @@ constexpr std::uint16_t kReferenceList = 0x2034;
 constexpr std::uint16_t kReferencePairs = 0x2035;
 constexpr std::uint16_t kNodeName = 0x0962;
 
-// An object with modifiers stands in the scene under these ids in the place of a class index; the object
-// itself is one of its references.
+// An object with modifiers has one of these ids instead of a class index; the object itself is one of its
+// references.
 constexpr std::uint16_t kObjectWithModifiers = 0x2032;
 constexpr std::uint16_t kObjectWithWorldModifiers = 0x2033;
 
@@ -34,12 +33,12 @@ struct Chunk {
     Bytes content;
 };
 
-// The chunks that lie side by side in some bytes. The bytes must outlive the walk.
+// Walks over consecutive chunks. The bytes must outlive the walk.
 class ChunkWalk {
 public:
     explicit ChunkWalk(Bytes bytes) : cursor_(bytes) {}
 
-    // False at the end, and at damage: then `problem()` is not empty.
+    // False at the end, and at damaged bytes: then `problem()` is not empty.
     bool next(Chunk& chunk);
     const std::string& problem() const { return problem_; }
 

@@ -17,8 +17,7 @@ constexpr std::uint16_t kLibraryDescription = 0x2039;
 constexpr std::uint16_t kLibraryFile = 0x2037;
 constexpr std::uint32_t kSystemWindows = 0x0002000A; // in the header of a property set
 
-// What make_scene's scenes are made of. The row is the class index, and so the chunk id in the stream
-// "Scene".
+// The classes of a composed scene. The row is the class index, which is the chunk id in the stream "Scene".
 enum ClassIndex : std::uint16_t {
     kTransform,
     kMesh,
@@ -124,7 +123,7 @@ void add_counted_text(ByteWriter& writer, const std::wstring& text) {
     writer.u32(static_cast<std::uint32_t>(text.size())).utf16(text).u16(0);
 }
 
-// The host gives every file a random id; one that follows from the path keeps the bytes reproducible.
+// The host gives every file a random id; a hash of the path keeps the bytes reproducible.
 void add_file_id(ByteWriter& writer, const std::wstring& path) {
     std::uint64_t hash = 14695981039346656037u;
     for (int half = 0; half < 2; ++half) {

@@ -1,6 +1,6 @@
 // Composes the streams of a small scene file from a model, in the format in which the host writes them: every
 // camera of the model, one mesh, the grid, the referenced files and the summary. The same model gives the
-// same bytes. The render settings that a scene file does not hold are left out.
+// same bytes. Without the render settings, which a scene file does not contain.
 #pragma once
 
 #include "standin/max_file/scene_reader.h"
@@ -18,7 +18,7 @@ struct ComposedScene {
 };
 
 // The model `make_scene` starts from: three cameras, one with a Chinese name, 1280 x 720, saved by 21.0
-// (2019), two referenced files: one that every Windows has, one that exists nowhere.
+// (2019), two referenced files: one that exists on every Windows, one that does not exist.
 SceneModel sample_model();
 
 ComposedScene compose_scene(const SceneModel& model);

@@ -3,7 +3,7 @@
 #include "common/win32_handles.h"
 #include "standin/base/text.h"
 #include "standin/max_file/gunzip.h"
-#include "standin/max_file/scene_reader.h"
+#include "standin/max_file/scene_composer.h"
 #include "standin/max_file/scene_text.h"
 #include "standin/max_file/storage_layout.h"
 #include "standin/max_file/storage_win32.h"
@@ -11,6 +11,7 @@
 #include <objbase.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
 
 namespace max_file {
@@ -102,7 +103,7 @@ HRESULT OpenScene::open(const wchar_t* name, StreamPointer& stream) {
     return result;
 }
 
-// In steps, so that a size that is a lie costs no memory.
+// In steps, so that a false size allocates no memory.
 bool OpenScene::read_bytes(IStream& stream, std::size_t size, ByteBuffer& bytes) {
     bytes.clear();
     while (bytes.size() < size) {
@@ -144,10 +145,6 @@ bool OpenScene::read_stream(IStream& stream, std::size_t limit, ByteBuffer& byte
     return true;
 }
 
-std::string shown_name(const wchar_t* name) {
-    return base::to_utf8(name[0] < L' ' ? name + 1 : name);
-}
-
 bool OpenScene::read_required(const wchar_t* name, std::size_t limit, ByteBuffer& bytes,
                               std::string& problem) {
     StreamPointer stream;
@@ -155,11 +152,7 @@ bool OpenScene::read_required(const wchar_t* name, std::size_t limit, ByteBuffer
         problem = "is not a 3ds Max scene: it has no stream named " + shown_name(name);
         return false;
     }
-    if (!read_stream(*stream.get(), limit, bytes, problem)) {
-        problem = "is damaged: stream " + shown_name(name) + ": " + problem;
-        return false;
-    }
-    return true;
+    return read_stream(*stream.get(), limit, bytes, problem) || fail_stream(name, problem);
 }
 
 bool OpenScene::read_optional(const wchar_t* name, OptionalStream& stream, std::string& problem) {
@@ -174,8 +167,7 @@ bool OpenScene::read_optional(const wchar_t* name, OptionalStream& stream, std::
     } else if (read_stream(*opened.get(), kLargestOther, stream.bytes, problem)) {
         return true;
     }
-    problem = "is damaged: stream " + shown_name(name) + ": " + problem;
-    return false;
+    return fail_stream(name, problem);
 }
 
 bool OpenScene::read(SceneStreams& streams, std::string& problem) {
@@ -205,6 +197,62 @@ bool open_scene(const std::wstring& path, SceneModel& model, std::string& proble
     return scene.read(streams, problem) && read_scene(streams, model, problem);
 }
 
+constexpr DWORD kWriteMode = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
+
+HRESULT write_stream(IStorage& storage, const wchar_t* name, const ByteBuffer& bytes) {
+    IStream* created = nullptr;
+    HRESULT result = storage.CreateStream(name, kWriteMode, 0, 0, &created);
+    if (FAILED(result)) {
+        return result;
+    }
+    const StreamPointer stream(created);
+    ULONG written = 0;
+    if (!bytes.empty()) {
+        result = stream.get()->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written);
+    }
+    if (SUCCEEDED(result) && written != bytes.size()) {
+        result = STG_E_MEDIUMFULL;
+    }
+    return result;
+}
+
+HRESULT write_streams(IStorage& storage, const ComposedScene& scene) {
+    const struct {
+        const wchar_t* name;
+        const ByteBuffer& bytes;
+    } streams[] = {
+        {kLibrariesStream, scene.libraries},
+        {kClassDirectoryStream, scene.streams.class_directory},
+        {kSceneStream, scene.streams.scene},
+        {kReferencedFilesStream, scene.streams.referenced_files.bytes},
+        {kSummaryStream, scene.streams.summary.bytes},
+        {kTitleStream, scene.title},
+    };
+    for (const auto& stream : streams) {
+        const HRESULT result = write_stream(storage, stream.name, stream.bytes);
+        if (FAILED(result)) {
+            return result;
+        }
+    }
+    return S_OK;
+}
+
+HRESULT write_storage(const ComposedScene& scene, const std::wstring& path) {
+    IStorage* created = nullptr;
+    HRESULT result = ::StgCreateDocfile(path.c_str(), kWriteMode, 0, &created);
+    if (FAILED(result)) {
+        return result;
+    }
+    const StoragePointer storage(created);
+    result = write_streams(*storage.get(), scene);
+    // A fixed time: the same model gives the same bytes.
+    const FILETIME no_time = {1, 0};
+    if (SUCCEEDED(result)) {
+        result = storage.get()->SetElementTimes(nullptr, &no_time, &no_time, &no_time);
+    }
+    return SUCCEEDED(result) ? storage.get()->Commit(STGC_DEFAULT) : result;
+}
+
 } // namespace
 
 bool open_scene_file(const std::wstring& path, SceneModel& model, std::wstring& problem) {
@@ -222,6 +270,15 @@ bool open_scene_file(const std::wstring& path, SceneModel& model, std::wstring& 
     }
     problem = good ? std::wstring() : full + L" " + base::to_wide(what) + L".";
     return good;
+}
+
+bool write_scene_file(const SceneModel& model, const std::wstring& path, std::wstring& problem) {
+    const HRESULT result = write_storage(compose_scene(model), path);
+    char code[9];
+    std::snprintf(code, sizeof(code), "%08lX", static_cast<unsigned long>(result));
+    problem = SUCCEEDED(result) ? std::wstring()
+                                : path + L" cannot be written: error " + base::to_wide(code) + L".";
+    return SUCCEEDED(result);
 }
 
 } // namespace max_file

@@ -1,4 +1,4 @@
-// Opens a scene file and reads it into the model. Reads only, and leaves the file open to others meanwhile.
+// Reads scene files, and writes small ones in the host's container format. Needs Windows.
 #pragma once
 
 #include "standin/max_file/scene_model.h"
@@ -7,7 +7,11 @@
 
 namespace max_file {
 
-// False: `problem` is an English sentence that begins with the path and says what is wrong with the file.
+// Other programs may read the file meanwhile. False: `problem` is an English sentence that begins with the
+// path.
 bool open_scene_file(const std::wstring& path, SceneModel& model, std::wstring& problem);
+
+// Replaces an existing file. The same model gives the same bytes. False: as above.
+bool write_scene_file(const SceneModel& model, const std::wstring& path, std::wstring& problem);
 
 } // namespace max_file

@@ -1,6 +1,5 @@
-// What the stage knows of a scene: the part a .max file holds, and the render settings it does not hold,
-// which keep the defaults stated here unless a scenario says otherwise. A plain record; wide texts are
-// UTF-16.
+// A scene: the contents of a .max file, and the render settings, which no .max file contains and which have
+// these defaults unless a scenario sets them. A plain record; wide texts are UTF-16.
 #pragma once
 
 #include <json/value.h>
@@ -17,12 +16,12 @@ struct ReferencedFile {
     std::wstring found; // path at which it was found when the scene was saved; empty: nowhere
 };
 
-// The production renderer. Its settings differ from build to build, so they are a list: flags, whole
-// numbers, numbers and texts by name.
+// The production renderer. Its settings depend on the build, so they are a list: flags, whole numbers,
+// numbers and texts by name.
 struct RendererSettings {
     std::wstring class_name; // empty: made from SceneModel::renderer
     Json::Value properties = Json::Value(Json::objectValue);
-    bool nested = false; // the settings stand one level down, in the property V_Ray_settings
+    bool nested = false; // the settings are one level down, in the property V_Ray_settings
 };
 
 // Which frames are rendered, as the host numbers the choices.
@@ -60,14 +59,14 @@ struct SceneModel {
     std::int32_t start_frame = 0; // of the animation
     std::int32_t end_frame = 0;
 
-    // The file's summary is a second witness for the cameras.
+    // The cameras as the file's summary lists them.
     std::int32_t summary_camera_count = kCameraCountUnknown;
     std::vector<std::wstring> render_cameras;
 
     std::vector<ReferencedFile> references;
     RenderSettings render;
 
-    // What is odd about the file without making it unusable: English sentences.
+    // Oddities of a usable file: English sentences.
     std::vector<std::wstring> notes;
 };
 

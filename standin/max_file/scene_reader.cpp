@@ -14,18 +14,9 @@ namespace {
 constexpr std::int32_t kYearOfMajorZero = 1998; // 21 is 2019
 constexpr std::int32_t kFirstMajorWithYear = 10;
 
-bool damaged(const wchar_t* stream, const std::string& what, std::string& problem) {
-    problem = "is damaged: stream " + base::to_utf8(stream[0] == L'\x05' ? stream + 1 : stream) + ": " + what;
-    return false;
-}
-
 // The rest of the first line that begins with `key`.
 bool find_line(const Summary& summary, const wchar_t* heading, const std::wstring& key, std::wstring& rest) {
-    const SummarySection* section = summary.find(heading);
-    if (section == nullptr) {
-        return false;
-    }
-    for (const std::wstring& line : section->lines) {
+    for (const std::wstring& line : summary.lines_under(heading)) {
         if (line.compare(0, key.size(), key) == 0) {
             rest = line.substr(key.size());
             return true;
@@ -38,7 +29,7 @@ bool is_digits(const std::wstring& text) {
     return !text.empty() && text.find_first_not_of(L"0123456789") == std::wstring::npos;
 }
 
-// "21,00" or "21.00": the decimal sign is that of the machine that saved the scene.
+// "21,00" or "21.00": the decimal sign depends on the machine that saved the scene.
 bool take_version(const std::wstring& text, SceneModel& model) {
     const std::wstring::size_type sign = text.find_first_of(L",.");
     const std::wstring major_text = text.substr(0, sign);
@@ -73,11 +64,7 @@ void take_number(const Summary& summary, const wchar_t* heading, const wchar_t* 
 std::vector<std::wstring> render_cameras(const Summary& summary) {
     const std::wstring kPrefix = L"Render Camera ";
     std::vector<std::wstring> names;
-    const SummarySection* section = summary.find(L"Render Data");
-    if (section == nullptr) {
-        return names;
-    }
-    for (const std::wstring& line : section->lines) {
+    for (const std::wstring& line : summary.lines_under(L"Render Data")) {
         const std::wstring::size_type sign = line.find(L'=');
         if (sign != std::wstring::npos && line.compare(0, kPrefix.size(), kPrefix) == 0 &&
             sign > kPrefix.size() && is_digits(line.substr(kPrefix.size(), sign - kPrefix.size()))) {
@@ -102,7 +89,7 @@ void take_summary(const Summary& summary, SceneModel& model) {
     model.render_cameras = render_cameras(summary);
 }
 
-// A difference is no damage for certain: a scene that takes cameras from other files may count them as well.
+// A difference need not be damage: the count may include cameras of other files.
 void compare_cameras(bool names_are_exact, SceneModel& model) {
     const std::size_t count = model.cameras.size();
     if (model.summary_camera_count != kCameraCountUnknown &&
@@ -110,11 +97,11 @@ void compare_cameras(bool names_are_exact, SceneModel& model) {
         model.notes.push_back(L"The summary counts " + std::to_wstring(model.summary_camera_count) +
                               L" cameras, the scene holds " + std::to_wstring(count) + L".");
     }
-    std::vector<std::wstring> witnessed = model.render_cameras;
+    std::vector<std::wstring> listed = model.render_cameras;
     std::vector<std::wstring> found = model.cameras;
-    std::sort(witnessed.begin(), witnessed.end());
+    std::sort(listed.begin(), listed.end());
     std::sort(found.begin(), found.end());
-    const bool differ = names_are_exact ? witnessed != found : witnessed.size() != found.size();
+    const bool differ = names_are_exact ? listed != found : listed.size() != found.size();
     if (differ) {
         model.notes.push_back(L"The summary's render cameras are not the cameras of the scene.");
     }
@@ -127,7 +114,7 @@ bool read_summary_stream(const SceneStreams& streams, SceneModel& model, std::st
     }
     Summary summary;
     if (!read_summary(streams.summary.bytes, summary, problem)) {
-        return damaged(kSummaryStream, problem, problem);
+        return fail_stream(kSummaryStream, problem);
     }
     take_summary(summary, model);
     compare_cameras(summary.texts_are_exact, model);
@@ -140,10 +127,19 @@ bool read_reference_stream(const SceneStreams& streams, SceneModel& model, std::
         return true;
     }
     return read_referenced_files(streams.referenced_files.bytes, model.references, problem) ||
-           damaged(kReferencedFilesStream, problem, problem);
+           fail_stream(kReferencedFilesStream, problem);
 }
 
 } // namespace
+
+std::string shown_name(const wchar_t* stream) {
+    return base::to_utf8(stream[0] < L' ' ? stream + 1 : stream);
+}
+
+bool fail_stream(const wchar_t* stream, std::string& problem) {
+    problem.insert(0, "is damaged: stream " + shown_name(stream) + ": ");
+    return false;
+}
 
 bool read_scene(const SceneStreams& streams, SceneModel& model, std::string& problem) {
     const std::wstring path = model.path;
@@ -152,10 +148,10 @@ bool read_scene(const SceneStreams& streams, SceneModel& model, std::string& pro
     problem.clear();
     std::vector<SceneClass> classes;
     if (!read_class_directory(streams.class_directory, classes, problem)) {
-        return damaged(kClassDirectoryStream, problem, problem);
+        return fail_stream(kClassDirectoryStream, problem);
     }
     if (!read_cameras(streams.scene, classes, model.cameras, problem)) {
-        return damaged(kSceneStream, problem, problem);
+        return fail_stream(kSceneStream, problem);
     }
     return read_reference_stream(streams, model, problem) && read_summary_stream(streams, model, problem);
 }

@@ -30,8 +30,12 @@ struct SceneStreams {
     OptionalStream summary;
 };
 
-// Everything of `model` but its path. A missing optional stream is noted and leaves the defaults. False: a
+// Fills `model` but keeps its path. A missing optional stream adds a note and keeps the defaults. False: a
 // stream is damaged, and `problem` is the end of a sentence that begins with the file ("is damaged: ...").
 bool read_scene(const SceneStreams& streams, SceneModel& model, std::string& problem);
+
+std::string shown_name(const wchar_t* stream);
+// Puts "is damaged: stream NAME: " before `problem`. Always false.
+bool fail_stream(const wchar_t* stream, std::string& problem);
 
 } // namespace max_file

@@ -16,19 +16,13 @@ std::wstring wide_from_utf16(Bytes bytes) {
 }
 
 bool read_decimal(const std::wstring& text, std::int32_t& value) {
-    const bool negative = !text.empty() && text[0] == L'-';
-    const std::size_t first = negative ? 1 : 0;
-    if (text.size() == first || text.size() > first + 10) {
+    constexpr std::size_t kMostDigits = 10;
+    const std::size_t first = text.compare(0, 1, L"-") == 0 ? 1 : 0;
+    if (text.size() == first || text.size() > first + kMostDigits ||
+        text.find_first_not_of(L"0123456789", first) != std::wstring::npos) {
         return false;
     }
-    std::int64_t number = 0;
-    for (std::size_t index = first; index < text.size(); ++index) {
-        if (text[index] < L'0' || text[index] > L'9') {
-            return false;
-        }
-        number = number * 10 + (text[index] - L'0');
-    }
-    number = negative ? -number : number;
+    const long long number = std::stoll(text);
     if (number < std::numeric_limits<std::int32_t>::min() ||
         number > std::numeric_limits<std::int32_t>::max()) {
         return false;

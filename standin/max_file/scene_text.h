@@ -7,7 +7,7 @@
 
 namespace max_file {
 
-// Up to the first zero unit; an odd last byte is left out.
+// Up to the first zero unit; ignores an odd last byte.
 std::wstring wide_from_utf16(Bytes bytes);
 
 // False unless the whole text is a decimal number that fits.
@@ -19,7 +19,7 @@ std::wstring file_name_of(const std::wstring& path);
 // The folder with its closing separator; empty when there is none.
 std::wstring folder_of(const std::wstring& path);
 
-// A form in which two spellings of one Windows path are equal: lower case, backslashes only.
+// Equal for two spellings of one Windows path: lower case, backslashes only.
 std::wstring folded_path(const std::wstring& path);
 
 } // namespace max_file

@@ -1,5 +1,5 @@
-// What native code sees of a call, and interfaces made of native functions.
-#include "standin/maxscript/engine.h"
+// The arguments of native code.
+#include "standin/maxscript/operations.h"
 
 namespace maxscript {
 
@@ -30,8 +30,19 @@ const Value& Arguments::keyword(const Text& name) const {
     return unsupplied();
 }
 
-void Arguments::fail_conversion(std::size_t index, const char16_t* wanted) const {
-    interpreter_.fail(u"Unable to convert: " + interpreter_.printed((*this)[index]) + u" to type: " + wanted);
+void Arguments::fail(const Text& message) const {
+    interpreter_.fail(message);
+}
+
+void Arguments::fail_conversion(std::size_t index, const Text& wanted) const {
+    interpreter_.fail_conversion((*this)[index], wanted);
+}
+
+const Value& Arguments::checked(const Value& value, Kind kind, const char16_t* wanted) const {
+    if (!value.is(kind)) {
+        interpreter_.fail_conversion(value, wanted);
+    }
+    return value;
 }
 
 std::int32_t Arguments::integer(std::size_t index) const {
@@ -51,126 +62,43 @@ float Arguments::real(std::size_t index) const {
 }
 
 bool Arguments::boolean(std::size_t index) const {
-    const Value value = (*this)[index];
-    if (!value.is(Kind::boolean)) {
-        fail_conversion(index, u"Boolean");
-    }
-    return value.as_boolean();
+    return checked((*this)[index], Kind::boolean, u"Boolean").as_boolean();
 }
 
-// The object lives on: the argument on the stack, or the variable it refers to, holds it.
+// The references stay valid: the argument on the stack, or the variable it refers to, owns the object.
 const Text& Arguments::text(std::size_t index) const {
-    const Value value = (*this)[index];
-    if (!value.is(Kind::string)) {
-        fail_conversion(index, u"String");
-    }
-    return value.as_string().text;
+    return checked((*this)[index], Kind::string, u"String").as_string().text;
 }
 
 const Text& Arguments::name(std::size_t index) const {
-    const Value value = (*this)[index];
-    if (!value.is(Kind::name)) {
-        fail_conversion(index, u"Name");
-    }
-    return value.as_name().folded;
+    return checked((*this)[index], Kind::name, u"Name").as_name().folded;
 }
 
 ArrayObject& Arguments::array(std::size_t index) const {
-    const Value value = (*this)[index];
-    if (!value.is(Kind::array)) {
-        fail_conversion(index, u"Array");
-    }
-    return value.as_array();
+    return checked((*this)[index], Kind::array, u"Array").as_array();
 }
 
-Text Arguments::keyword_text(const Text& keyword_name, const Text& otherwise) const {
-    const Value& value = keyword(keyword_name);
-    if (value.is(Kind::unsupplied)) {
-        return otherwise;
-    }
-    if (!value.is(Kind::string)) {
-        fail(u"Unable to convert: " + interpreter_.printed(value) + u" to type: String");
-    }
-    return value.as_string().text;
+Text Arguments::keyword_text(const Text& keyword_name, const Text& fallback) const {
+    return has_keyword(keyword_name)
+               ? checked(keyword(keyword_name), Kind::string, u"String").as_string().text
+               : fallback;
 }
 
-bool Arguments::keyword_boolean(const Text& keyword_name, bool otherwise) const {
-    const Value& value = keyword(keyword_name);
-    if (value.is(Kind::unsupplied)) {
-        return otherwise;
-    }
-    if (!value.is(Kind::boolean)) {
-        fail(u"Unable to convert: " + interpreter_.printed(value) + u" to type: Boolean");
-    }
-    return value.as_boolean();
+bool Arguments::keyword_boolean(const Text& keyword_name, bool fallback) const {
+    return has_keyword(keyword_name) ? checked(keyword(keyword_name), Kind::boolean, u"Boolean").as_boolean()
+                                     : fallback;
 }
 
-Text Arguments::keyword_name(const Text& keyword_name, const Text& otherwise) const {
-    const Value& value = keyword(keyword_name);
-    if (value.is(Kind::unsupplied)) {
-        return otherwise;
-    }
-    if (!value.is(Kind::name)) {
-        fail(u"Unable to convert: " + interpreter_.printed(value) + u" to type: Name");
-    }
-    return value.as_name().folded;
-}
-
-bool Arguments::is_reference(std::size_t index) const {
-    return raw(index).is(Kind::reference);
+Text Arguments::keyword_name(const Text& keyword_name, const Text& fallback) const {
+    return has_keyword(keyword_name) ? checked(keyword(keyword_name), Kind::name, u"Name").as_name().folded
+                                     : fallback;
 }
 
 void Arguments::set_reference(std::size_t index, const Value& value) {
-    if (!is_reference(index)) {
+    if (!raw(index).is(Kind::reference)) {
         fail(u"Type error: " + function_ + u" needs a by-reference argument (&variable)");
     }
     raw(index).as_reference().set(value);
-}
-
-HostInterface::HostInterface(const Text& name) : class_(std::make_shared<HostClass>()) {
-    class_->name = name;
-}
-
-void HostInterface::add(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
-                        NativeCode code) {
-    auto function = std::make_shared<NativeFunction>();
-    function->name = name;
-    function->fewest = fewest;
-    function->most = most;
-    for (const Text& keyword : keywords) {
-        function->keywords.push_back(folded(keyword));
-    }
-    function->code = std::move(code);
-    members_[folded(name)].value = Value::native(std::move(function));
-}
-
-void HostInterface::add_value(const Text& name, const Value& value) {
-    members_[folded(name)].value = value;
-}
-
-void HostInterface::add_property(const Text& name, std::function<Value()> getter,
-                                 std::function<void(const Value&)> setter) {
-    Member& member = members_[folded(name)];
-    member.getter = std::move(getter);
-    member.setter = std::move(setter);
-}
-
-bool HostInterface::get_property(const Text& name, Value& value) {
-    const auto found = members_.find(name);
-    if (found == members_.end()) {
-        return false;
-    }
-    value = found->second.getter ? found->second.getter() : found->second.value;
-    return true;
-}
-
-bool HostInterface::set_property(const Text& name, const Value& value) {
-    const auto found = members_.find(name);
-    if (found == members_.end() || !found->second.setter) {
-        return false;
-    }
-    found->second.setter(value);
-    return true;
 }
 
 } // namespace maxscript

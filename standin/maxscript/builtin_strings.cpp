@@ -1,6 +1,6 @@
 // Functions of strings.
 #include "standin/base/wildcards.h"
-#include "standin/maxscript/engine.h"
+#include "standin/maxscript/operations.h"
 
 #include <algorithm>
 
@@ -52,11 +52,9 @@ Value substitute(Arguments& arguments) {
     return Value::string(std::move(result));
 }
 
-Value change_case(Arguments& arguments, char16_t (*change)(char16_t)) {
-    Text text = arguments.text(0);
-    std::transform(text.begin(), text.end(), text.begin(), change);
-    arguments.interpreter().charge(text.size());
-    return Value::string(std::move(text));
+Value to_lower(Arguments& arguments) {
+    arguments.interpreter().charge(arguments.text(0).size());
+    return Value::string(folded(arguments.text(0)));
 }
 
 Value trim(Arguments& arguments, bool left) {
@@ -96,9 +94,9 @@ Value match_pattern(Arguments& arguments) {
         text = folded(std::move(text));
         pattern = folded(std::move(pattern));
     }
-    Engine& engine = arguments.interpreter().engine();
-    return Value::boolean(
-        base::matches_wildcards(text, pattern, [&engine](std::size_t units) { engine.charge(units); }));
+    Interpreter& interpreter = arguments.interpreter();
+    return Value::boolean(base::matches_wildcards(
+        text, pattern, [&interpreter](std::size_t units) { interpreter.charge(units); }));
 }
 
 } // namespace
@@ -107,8 +105,7 @@ void add_string_functions(Globals& globals) {
     globals.add_function(u"substring", 3, 3, {}, substring);
     globals.add_function(u"findString", 2, 2, {}, find_string);
     globals.add_function(u"substituteString", 3, 3, {}, substitute);
-    globals.add_function(u"toLower", 1, 1, {}, [](Arguments& a) { return change_case(a, lower_unit); });
-    globals.add_function(u"toUpper", 1, 1, {}, [](Arguments& a) { return change_case(a, upper_unit); });
+    globals.add_function(u"toLower", 1, 1, {}, to_lower);
     globals.add_function(u"trimLeft", 1, 2, {}, [](Arguments& a) { return trim(a, true); });
     globals.add_function(u"trimRight", 1, 2, {}, [](Arguments& a) { return trim(a, false); });
     globals.add_function(u"filterString", 2, 2, {u"splitEmptyTokens"}, filter);

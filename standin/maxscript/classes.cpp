@@ -1,59 +1,44 @@
 // The built-in classes and the conversions between them.
-#include "standin/maxscript/engine.h"
+#include "standin/maxscript/operations.h"
 
 #include <cmath>
 #include <cstdlib>
-#include <map>
 
 namespace maxscript {
 
 namespace {
 
-using ClassPointer = std::shared_ptr<const HostClass>;
-
-ClassPointer make_class(const char16_t* name, ClassPointer super) {
-    auto made = std::make_shared<HostClass>();
-    made->name = name;
-    made->super = std::move(super);
-    return made;
-}
-
 struct Classes {
-    ClassPointer value = make_class(u"Value", nullptr);
+    ClassPointer value = make_class(u"Value");
     ClassPointer number = make_class(u"Number", value);
-    std::map<Kind, ClassPointer> by_kind;
+    std::map<Kind, ClassPointer> by_kind = {
+        {Kind::undefined, make_class(u"UndefinedClass", value)},
+        {Kind::ok, make_class(u"OkClass", value)},
+        {Kind::unsupplied, make_class(u"UnsuppliedClass", value)},
+        {Kind::boolean, make_class(u"BooleanClass", value)},
+        {Kind::integer, make_class(u"Integer", number)},
+        {Kind::real, make_class(u"Float", number)},
+        {Kind::time, make_class(u"Time", value)},
+        {Kind::name, make_class(u"Name", value)},
+        {Kind::string, make_class(u"String", value)},
+        {Kind::array, make_class(u"Array", value)},
+        {Kind::struct_definition, make_class(u"StructDef", value)},
+        {Kind::instance, make_class(u"Struct", value)},
+        {Kind::function, make_class(u"MAXScriptFunction", value)},
+        {Kind::native, make_class(u"Primitive", value)},
+        {Kind::string_stream, string_stream()},
+        {Kind::file_stream, make_class(u"FileStream", value)},
+    };
 
-    Classes() {
-        const std::pair<Kind, const char16_t*> plain[] = {
-            {Kind::undefined, u"UndefinedClass"},
-            {Kind::ok, u"OkClass"},
-            {Kind::unsupplied, u"UnsuppliedClass"},
-            {Kind::boolean, u"BooleanClass"},
-            {Kind::time, u"Time"},
-            {Kind::name, u"Name"},
-            {Kind::string, u"String"},
-            {Kind::array, u"Array"},
-            {Kind::struct_definition, u"StructDef"},
-            {Kind::instance, u"Struct"},
-            {Kind::function, u"MAXScriptFunction"},
-            {Kind::native, u"Primitive"},
-            {Kind::string_stream, u"StringStream"},
-            {Kind::file_stream, u"FileStream"},
-        };
-        for (const auto& entry : plain) {
-            by_kind[entry.first] = make_class(entry.second, value);
-        }
-        by_kind[Kind::integer] = make_class(u"Integer", number);
-        by_kind[Kind::integer64] = make_class(u"Integer64", number);
-        by_kind[Kind::real] = make_class(u"Float", number);
-        auto stream = std::make_shared<HostClass>(*by_kind[Kind::string_stream]);
-        auto constructor = std::make_shared<NativeFunction>();
-        constructor->name = u"StringStream";
-        constructor->fewest = 1;
-        constructor->most = 1;
-        constructor->code = [](Arguments& arguments) { return Value::string_stream(arguments.text(0)); };
-        stream->constructor = std::move(constructor);
-        by_kind[Kind::string_stream] = stream;
+private:
+    // The only class that scripts call.
+    ClassPointer string_stream() const {
+        HostClass made = *make_class(u"StringStream", value);
+        const Value constructor = make_native(made.name, 1, 1, {}, [](Arguments& arguments) {
+            return Value::string_stream(arguments.text(0));
+        });
+        made.constructor = constructor.pointer<const NativeFunction>();
+        return std::make_shared<HostClass>(made);
     }
 };
 
@@ -62,58 +47,34 @@ const Classes& classes() {
     return made;
 }
 
-[[noreturn]] void fail_conversion(Engine& engine, const Value& value, const Value& to) {
-    engine.fail(u"Unable to convert: " + printed_text(engine, value) + u" to type: " + text_of(engine, to));
-}
-
 // A number at the start of the text, blanks before it; false: there is none.
 bool number_in(const Text& text, double& number) {
     const std::string digits = utf8_from_text(text.substr(0, 64));
-    const char* start = digits.c_str();
     const std::size_t first = digits.find_first_not_of(" \t\r\n+-");
     const bool is_decimal =
         first != std::string::npos &&
         (std::isdigit(static_cast<unsigned char>(digits[first])) != 0 || digits[first] == '.');
     char* end = nullptr;
-    number = is_decimal ? std::strtod(start, &end) : 0;
-    return is_decimal && end != start;
+    number = is_decimal ? std::strtod(digits.c_str(), &end) : 0;
+    return is_decimal && end != digits.c_str();
 }
 
-Value to_integer(Engine& engine, const Value& value, const Value& to) {
+// A number or a text that holds one; undefined: the text holds none. False: another kind.
+bool to_number(const Value& value, Kind kind, Value& result) {
     std::int32_t number = 0;
     double parsed = 0;
-    if (number_to_integer(value, number)) {
-        return Value::integer(number);
-    }
     if (value.is(Kind::string)) {
-        if (!number_in(value.as_string().text, parsed)) {
-            return Value();
+        if (number_in(value.as_string().text, parsed)) {
+            result = kind == Kind::real ? Value::real(static_cast<float>(parsed))
+                                        : Value::integer(truncated(parsed));
         }
-        return Value::integer(
-            parsed > -2147483649.0 && parsed < 2147483648.0 ? static_cast<std::int32_t>(parsed) : INT32_MIN);
+        return true;
     }
-    fail_conversion(engine, value, to);
-}
-
-Value to_real(Engine& engine, const Value& value, const Value& to) {
-    double parsed = 0;
-    if (value.is_number()) {
-        return Value::real(number_to_real(value));
+    const bool is_number = number_to_integer(value, number);
+    if (is_number) {
+        result = kind == Kind::real ? Value::real(number_to_real(value)) : Value::integer(number);
     }
-    if (value.is(Kind::string)) {
-        return number_in(value.as_string().text, parsed) ? Value::real(static_cast<float>(parsed)) : Value();
-    }
-    fail_conversion(engine, value, to);
-}
-
-Value to_name(Engine& engine, const Value& value, const Value& to) {
-    if (value.is(Kind::name)) {
-        return value;
-    }
-    if (value.is(Kind::string)) {
-        return Value::name(value.as_string().text);
-    }
-    fail_conversion(engine, value, to);
+    return is_number;
 }
 
 } // namespace
@@ -133,7 +94,7 @@ void add_classes(Globals& globals) {
     }
 }
 
-Value class_of(Engine&, const Value& value) {
+Value class_of(const Value& value) {
     switch (value.kind()) {
     case Kind::host_object:
         return Value::of_class(value.as_object().host_class());
@@ -146,28 +107,26 @@ Value class_of(Engine&, const Value& value) {
     }
 }
 
-Value convert(Engine& engine, const Value& value, const Value& to) {
-    using Conversion = Value (*)(Engine&, const Value&, const Value&);
-    static const std::pair<Kind, Conversion> kConversions[] = {
-        {Kind::integer, to_integer},
-        {Kind::real, to_real},
-        {Kind::name, to_name},
-    };
+Value convert(Interpreter& interpreter, const Value& value, const Value& to) {
     if (!to.is(Kind::host_class)) {
-        engine.fail(u"Type error: as needs a class, got: " + printed_text(engine, to));
+        interpreter.fail(u"Type error: as needs a class, got: " + interpreter.printed(to));
     }
     if (to.identity() == class_of_kind(Kind::string).get()) {
-        return Value::string(text_of(engine, value));
+        return Value::string(interpreter.as_string(value));
     }
-    for (const auto& conversion : kConversions) {
-        if (to.identity() == class_of_kind(conversion.first).get()) {
-            return conversion.second(engine, value, to);
+    Value result;
+    for (const Kind kind : {Kind::integer, Kind::real}) {
+        if (to.identity() == class_of_kind(kind).get() && to_number(value, kind, result)) {
+            return result;
         }
     }
-    if (class_of(engine, value).identity() == to.identity()) {
+    if (to.identity() == class_of_kind(Kind::name).get() && value.is(Kind::string)) {
+        return Value::name(value.as_string().text);
+    }
+    if (class_of(value).identity() == to.identity()) {
         return value;
     }
-    fail_conversion(engine, value, to);
+    interpreter.fail_conversion(value, interpreter.as_string(to));
 }
 
 } // namespace maxscript

@@ -1,5 +1,4 @@
-// What the parser makes of a script: a tree that evaluates itself, functions and structs. Internal to the
-// language.
+// A compiled script: a tree that evaluates itself, functions and structs. Internal to the language.
 #pragma once
 
 #include "standin/maxscript/globals.h"
@@ -7,7 +6,7 @@
 
 namespace maxscript {
 
-class Engine;
+class Interpreter;
 
 class Node {
 public:
@@ -16,12 +15,12 @@ public:
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
-    virtual Value evaluate(Engine& engine) const = 0;
+    virtual Value evaluate(Interpreter& interpreter) const = 0;
     virtual bool is_assignable() const { return false; }
-    virtual void assign(Engine&, const Value&) const {}
-    // For &node, a variable; undefined: it cannot be referred to.
-    virtual Value refer(Engine&) const { return Value(); }
-    // The text of a string literal; null: it is none.
+    virtual void assign(Interpreter&, const Value&) const {}
+    // For &node. Undefined: it is no variable.
+    virtual Value refer(Interpreter&) const { return Value(); }
+    // The text of a string literal; null for other nodes.
     virtual const Text* literal_text() const { return nullptr; }
     const Spot& spot() const { return spot_; }
 
@@ -31,7 +30,7 @@ private:
 
 using NodePointer = std::unique_ptr<Node>;
 
-// A variable whose place a by-reference argument names.
+// The variable behind a by-reference argument.
 struct Reference {
     virtual ~Reference() = default;
     virtual Value get() const = 0;
@@ -40,7 +39,7 @@ struct Reference {
 
 struct KeywordParameter {
     Text name; // folded
-    NodePointer otherwise;
+    NodePointer fallback;
 };
 
 // Parameters come first in the frame: the positional ones, then those with keywords.
@@ -50,7 +49,7 @@ struct FunctionCode {
     std::vector<KeywordParameter> keywords;
     NodePointer body;
     std::size_t slots = 0;
-    int height = 1; // how deep its evaluation can go without calls
+    int height = 1; // levels of expressions inside each other, without calls
 };
 
 struct FunctionObject : Container {
@@ -60,11 +59,13 @@ struct FunctionObject : Container {
     Value self; // the instance of a member function; undefined: none
 };
 
+Value function_value(const std::shared_ptr<const FunctionCode>& code, const Value& self);
+
 struct StructMember {
     Text name;
     bool is_function = false;
     std::size_t data_index = 0;
-    // The function, or what computes the first value; null: undefined.
+    // The function, or one that computes the first value; null: undefined.
     std::shared_ptr<FunctionCode> code;
 };
 
@@ -80,5 +81,8 @@ struct StructLayout {
 struct StructDefinition {
     std::shared_ptr<const StructLayout> layout;
 };
+
+// "Argument count error: …".
+Text wrong_count(const Text& function, std::size_t wanted, std::size_t given);
 
 } // namespace maxscript

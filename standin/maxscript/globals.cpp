@@ -9,13 +9,26 @@ void Cell::surrender(std::vector<Value>& content) {
     value = Value();
 }
 
-CellPointer Globals::find(const Text& name) const {
-    return find_folded(folded(name));
+Value Cell::get() const {
+    return getter ? getter() : value;
 }
 
-CellPointer Globals::find_folded(const Text& folded_name) const {
+void Cell::set(const Value& new_value) {
+    if (setter) {
+        setter(new_value);
+    } else {
+        value = new_value;
+    }
+}
+
+CellPointer Globals::find(const Text& folded_name) const {
     const auto found = cells_.find(folded_name);
     return found == cells_.end() ? CellPointer() : found->second;
+}
+
+CellPointer Globals::find_any(const Text& name) const {
+    const CellPointer cell = find(name);
+    return cell ? cell : find(folded(name));
 }
 
 CellPointer Globals::declare(const Text& name) {
@@ -28,24 +41,19 @@ CellPointer Globals::declare(const Text& name) {
 }
 
 bool Globals::get(const Text& name, Value& value) const {
-    const CellPointer cell = find(name);
-    if (!cell) {
-        return false;
+    const CellPointer cell = find_any(name);
+    if (cell) {
+        value = cell->get();
     }
-    value = cell->getter ? cell->getter() : cell->value;
-    return true;
+    return cell != nullptr;
 }
 
 bool Globals::set(const Text& name, const Value& value) {
-    const CellPointer cell = find(name);
-    if (!cell || cell->constant || (cell->getter && !cell->setter)) {
+    const CellPointer cell = find_any(name);
+    if (!cell || cell->is_read_only()) {
         return false;
     }
-    if (cell->setter) {
-        cell->setter(value);
-    } else {
-        cell->value = value;
-    }
+    cell->set(value);
     return true;
 }
 
@@ -53,48 +61,27 @@ bool Globals::remove(const Text& name) {
     return cells_.erase(folded(name)) != 0;
 }
 
-std::vector<Text> Globals::gather(bool with_host) const {
-    std::vector<CellPointer> cells;
-    for (const auto& entry : cells_) {
-        if (with_host || !entry.second->from_host) {
-            cells.push_back(entry.second);
-        }
-    }
-    std::sort(cells.begin(), cells.end(), [](const CellPointer& one, const CellPointer& other) {
-        return compare_folded(one->name, other->name) < 0;
-    });
+std::vector<Text> Globals::names(Which which) const {
     std::vector<Text> names;
-    names.reserve(cells.size());
-    for (const CellPointer& cell : cells) {
-        names.push_back(cell->name);
+    for (const auto& entry : cells_) {
+        const Cell& cell = *entry.second;
+        if (which == Which::all || (which == Which::of_scripts ? !cell.from_host : cell.persistent)) {
+            names.push_back(cell.name);
+        }
     }
     return names;
 }
 
 bool Globals::is_persistent(const Text& name) const {
-    const CellPointer cell = find(name);
+    const CellPointer cell = find(folded(name));
     return cell && cell->persistent;
 }
 
-void Globals::mark_persistent(const Text& name) {
-    declare(name)->persistent = true;
-}
-
-bool Globals::unmark_persistent(const Text& name) {
-    const CellPointer cell = find(name);
-    const bool was_marked = cell && cell->persistent;
-    if (was_marked) {
-        cell->persistent = false;
+void Globals::set_persistent(const Text& name, bool persistent) {
+    const CellPointer cell = persistent ? declare(name) : find(folded(name));
+    if (cell) {
+        cell->persistent = persistent;
     }
-    return was_marked;
-}
-
-std::vector<Text> Globals::persistent_names() const {
-    std::vector<Text> names = gather(true);
-    names.erase(
-        std::remove_if(names.begin(), names.end(), [this](const Text& name) { return !is_persistent(name); }),
-        names.end());
-    return names;
 }
 
 void Globals::add_constant(const Text& name, const Value& value) {
@@ -112,22 +99,26 @@ void Globals::add_variable(const Text& name, std::function<Value()> getter,
     cell->from_host = true;
 }
 
-void Globals::add_function(NativeFunction function) {
-    const Text name = function.name;
+void Globals::add_function(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
+                           NativeCode code) {
+    add_constant(name, make_native(name, fewest, most, keywords, std::move(code)));
+}
+
+void Globals::wrap_function(const Text& name, const std::function<NativeCode(NativeCode original)>& wrap) {
+    NativeFunction function = find(folded(name))->value.as_native();
+    function.code = wrap(std::move(function.code));
     add_constant(name, Value::native(std::make_shared<NativeFunction>(std::move(function))));
 }
 
-void Globals::add_function(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
-                           NativeCode code) {
-    NativeFunction function;
-    function.name = name;
-    function.fewest = fewest;
-    function.most = most;
-    for (const Text& keyword : keywords) {
-        function.keywords.push_back(folded(keyword));
-    }
-    function.code = std::move(code);
-    add_function(std::move(function));
+Value make_native(const Text& name, int fewest, int most, const std::vector<Text>& keywords,
+                  NativeCode code) {
+    auto function = std::make_shared<NativeFunction>();
+    function->name = name;
+    function->fewest = fewest;
+    function->most = most;
+    std::transform(keywords.begin(), keywords.end(), std::back_inserter(function->keywords), folded);
+    function->code = std::move(code);
+    return Value::native(std::move(function));
 }
 
 } // namespace maxscript

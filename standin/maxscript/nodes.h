@@ -1,5 +1,4 @@
-// The expressions of a compiled script. Internal to the language: the parser makes them, the engine runs
-// them.
+// The expressions of a compiled script. Internal to the language.
 #pragma once
 
 #include "standin/maxscript/code.h"
@@ -9,11 +8,11 @@ namespace maxscript {
 
 struct LiteralNode : Node { // numbers, names, constants of the host
     LiteralNode(const Spot& spot, Value constant) : Node(spot), value(std::move(constant)) {}
-    Value evaluate(Engine&) const override { return value; }
+    Value evaluate(Interpreter&) const override { return value; }
     Value value;
 };
 
-// Always the same object: a script that changes a literal finds it changed the next time.
+// Always the same object: a script that changes a literal sees the change the next time.
 struct StringNode : LiteralNode {
     using LiteralNode::LiteralNode;
     const Text* literal_text() const override { return &value.as_string().text; }
@@ -21,19 +20,19 @@ struct StringNode : LiteralNode {
 
 struct CellNode : Node { // a global, or a local of a top-level block
     CellNode(const Spot& spot, CellPointer variable) : Node(spot), cell(std::move(variable)) {}
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_assignable() const override { return true; }
-    void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
+    void assign(Interpreter& interpreter, const Value& value) const override;
+    Value refer(Interpreter& interpreter) const override;
     CellPointer cell;
 };
 
 struct SlotNode : Node { // a local or parameter of a function
     SlotNode(const Spot& spot, std::size_t place) : Node(spot), slot(place) {}
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_assignable() const override { return true; }
-    void assign(Engine& engine, const Value& value) const override;
-    Value refer(Engine& engine) const override;
+    void assign(Interpreter& interpreter, const Value& value) const override;
+    Value refer(Interpreter& interpreter) const override;
     std::size_t slot;
 };
 
@@ -41,19 +40,19 @@ struct MemberNode : Node { // a struct's member by its bare name
     MemberNode(const Spot& spot, const StructLayout* owner, std::size_t place)
         : Node(spot), layout(owner), index(place) {}
     const StructMember& member() const { return layout->members[index]; }
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_assignable() const override { return true; }
-    void assign(Engine& engine, const Value& value) const override;
-    const StructLayout* layout; // the engine keeps it; owning it from here would be a circle
+    void assign(Interpreter& interpreter, const Value& value) const override;
+    const StructLayout* layout; // the interpreter owns it; shared ownership here would be a cycle
     std::size_t index;
 };
 
 struct PropertyNode : Node {
     PropertyNode(const Spot& spot, NodePointer owner, Text folded_name)
         : Node(spot), object(std::move(owner)), name(std::move(folded_name)) {}
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_assignable() const override { return true; }
-    void assign(Engine& engine, const Value& value) const override;
+    void assign(Interpreter& interpreter, const Value& value) const override;
     NodePointer object;
     Text name;
 };
@@ -61,34 +60,30 @@ struct PropertyNode : Node {
 struct IndexNode : Node {
     IndexNode(const Spot& spot, NodePointer owner, NodePointer place)
         : Node(spot), object(std::move(owner)), index(std::move(place)) {}
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_assignable() const override { return true; }
-    void assign(Engine& engine, const Value& value) const override;
+    void assign(Interpreter& interpreter, const Value& value) const override;
     NodePointer object;
     NodePointer index;
 };
 
 struct ReferNode : Node { // &variable
     ReferNode(const Spot& spot, NodePointer variable) : Node(spot), target(std::move(variable)) {}
-    Value evaluate(Engine& engine) const override { return target->refer(engine); }
+    Value evaluate(Interpreter& interpreter) const override { return target->refer(interpreter); }
     NodePointer target;
 };
 
 struct ArrayNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::vector<NodePointer> items;
 };
 
-struct NegateNode : Node {
-    NegateNode(const Spot& spot, NodePointer number) : Node(spot), operand(std::move(number)) {}
-    Value evaluate(Engine& engine) const override;
-    NodePointer operand;
-};
-
-struct NotNode : Node {
-    NotNode(const Spot& spot, NodePointer condition) : Node(spot), operand(std::move(condition)) {}
-    Value evaluate(Engine& engine) const override;
+struct UnaryNode : Node { // -a, not a
+    UnaryNode(const Spot& spot, bool negates, NodePointer value)
+        : Node(spot), is_minus(negates), operand(std::move(value)) {}
+    Value evaluate(Interpreter& interpreter) const override;
+    bool is_minus;
     NodePointer operand;
 };
 
@@ -100,21 +95,21 @@ struct ChainNode : Node {
         Spot spot;
         NodePointer operand;
     };
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer first;
     std::vector<Link> links;
 };
 
 struct LogicNode : Node { // a and b and c, or the same with or
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     bool is_and = true;
     std::vector<NodePointer> operands;
 };
 
 struct CompareNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     Text operation;
     NodePointer one;
     NodePointer other;
@@ -123,7 +118,7 @@ struct CompareNode : Node {
 struct AsNode : Node {
     AsNode(const Spot& spot, NodePointer operand, NodePointer to)
         : Node(spot), value(std::move(operand)), target(std::move(to)) {}
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer value;
     NodePointer target;
 };
@@ -134,26 +129,26 @@ struct CallNode : Node {
         Text name; // folded
         NodePointer value;
     };
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer callee;
     std::vector<NodePointer> arguments;
     std::vector<Keyword> keywords;
 
 private:
-    void push_arguments(Engine& engine, std::vector<Arguments::Keyword>& values) const;
-    Value call_property(Engine& engine, const PropertyNode& property) const;
-    Value call_member(Engine& engine, const MemberNode& node) const;
+    void push_arguments(Interpreter& interpreter, std::vector<Arguments::Keyword>& values) const;
+    Value call_property(Interpreter& interpreter, const PropertyNode& property) const;
+    Value call_member(Interpreter& interpreter, const MemberNode& node) const;
 };
 
 struct BlockNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::vector<NodePointer> statements;
 };
 
 struct AssignNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     Text operation; // "=", "+=" …
     NodePointer target;
     NodePointer value;
@@ -165,9 +160,9 @@ struct IfNode : Node {
         NodePointer condition;
         NodePointer body;
     };
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::vector<Branch> branches;
-    NodePointer otherwise;
+    NodePointer else_body;
 };
 
 struct CaseNode : Node {
@@ -176,21 +171,21 @@ struct CaseNode : Node {
         NodePointer label; // null: default
         NodePointer body;
     };
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer subject; // null: the labels are conditions
     std::vector<Branch> branches;
 };
 
 struct WhileNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer condition;
     NodePointer body;
 };
 
 struct ForNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer variable;
     NodePointer source;
     NodePointer to; // null: source is a collection
@@ -201,35 +196,35 @@ struct ForNode : Node {
     bool collects = false;
 
 private:
-    void run_range(Engine& engine, std::vector<Value>& collected) const;
-    void run_items(Engine& engine, std::vector<Value>& collected) const;
-    bool pass(Engine& engine, const Value& value, std::vector<Value>& collected) const;
+    void run_range(Interpreter& interpreter, std::vector<Value>& collected) const;
+    void run_items(Interpreter& interpreter, std::vector<Value>& collected) const;
+    bool pass(Interpreter& interpreter, const Value& value, std::vector<Value>& collected) const;
 };
 
 struct TryNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer body;
     NodePointer handler;
 };
 
 struct ContextNode : Node { // undo "step" on …
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     NodePointer state;
     NodePointer body;
 };
 
 struct FunctionNode : Node { // fn f a = …
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::shared_ptr<FunctionCode> code;
     NodePointer variable;
 };
 
 struct StructNode : Node {
     using Node::Node;
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::shared_ptr<StructLayout> layout;
     NodePointer variable;
 };
@@ -241,9 +236,8 @@ struct DeclareNode : Node { // local and global declarations
         NodePointer first_value;
         bool is_local = false;
     };
-    Value evaluate(Engine& engine) const override;
+    Value evaluate(Interpreter& interpreter) const override;
     std::vector<Item> items;
-    std::vector<CellPointer> persistent;
 };
 
 } // namespace maxscript

@@ -1,5 +1,5 @@
 // Arithmetic, comparison.
-#include "standin/maxscript/engine.h"
+#include "standin/maxscript/operations.h"
 
 #include <cmath>
 
@@ -7,51 +7,19 @@ namespace maxscript {
 
 namespace {
 
-constexpr int kUnordered = 2;
-
-// The host computes in the machine's 32 or 64 bits: what does not fit wraps round.
-std::int32_t wrapped(std::int64_t value) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
-}
-
-std::int32_t cut_to_integer(double value) {
-    if (!(value > -2147483649.0 && value < 2147483648.0)) {
-        return INT32_MIN; // as the machine's conversion gives
+// The host computes in 32 bits: an overflow wraps round.
+Value whole_arithmetic(Interpreter& interpreter, char16_t operation, std::int64_t one, std::int64_t other) {
+    if (operation == u'/' && other == 0) {
+        interpreter.fail(u"Runtime error: Integer divide by zero");
     }
-    return static_cast<std::int32_t>(value);
+    const std::int64_t result = operation == u'+'   ? one + other
+                                : operation == u'-' ? one - other
+                                : operation == u'*' ? one * other
+                                                    : one / other;
+    return Value::integer(static_cast<std::int32_t>(static_cast<std::uint32_t>(result)));
 }
 
-std::int64_t whole_of(const Value& value) {
-    return value.is(Kind::integer) ? value.as_integer() : value.as_integer64();
-}
-
-std::int64_t whole_arithmetic(Engine& engine, char16_t operation, std::int64_t one, std::int64_t other,
-                              bool is_long) {
-    const auto left = static_cast<std::uint64_t>(one);
-    const auto right = static_cast<std::uint64_t>(other);
-    switch (operation) {
-    case u'+':
-        return static_cast<std::int64_t>(left + right);
-    case u'-':
-        return static_cast<std::int64_t>(left - right);
-    case u'*':
-        return static_cast<std::int64_t>(left * right);
-    case u'/':
-        if (other == 0) {
-            engine.fail(u"Runtime error: Integer divide by zero");
-        }
-        return other == -1 ? static_cast<std::int64_t>(0 - left) : one / other;
-    default: {
-        const double power = std::pow(static_cast<double>(one), static_cast<double>(other));
-        if (!is_long) {
-            return cut_to_integer(power);
-        }
-        return power > -9.2e18 && power < 9.2e18 ? static_cast<std::int64_t>(power) : INT64_MIN;
-    }
-    }
-}
-
-Value real_arithmetic(char16_t operation, const Value& first, float one, float other) {
+Value real_arithmetic(char16_t operation, float one, float other) {
     switch (operation) {
     case u'+':
         return Value::real(one + other);
@@ -59,7 +27,7 @@ Value real_arithmetic(char16_t operation, const Value& first, float one, float o
         return Value::real(one - other);
     case u'*':
         return Value::real(one * other);
-    case u'/':
+    default:
         // Spelled out: dividing by zero is not defined in C++.
         if (other == 0) {
             return Value::real(one == 0 || std::isnan(one)                ? NAN
@@ -67,22 +35,7 @@ Value real_arithmetic(char16_t operation, const Value& first, float one, float o
                                                                           : INFINITY);
         }
         return Value::real(one / other);
-    default: {
-        const double power = std::pow(static_cast<double>(one), static_cast<double>(other));
-        // The result has the base's kind; an Integer is rounded.
-        return first.is(Kind::real) ? Value::real(static_cast<float>(power))
-                                    : Value::integer(cut_to_integer(std::round(power)));
     }
-    }
-}
-
-Value number_arithmetic(Engine& engine, char16_t operation, const Value& one, const Value& other) {
-    if (one.is(Kind::real) || other.is(Kind::real)) {
-        return real_arithmetic(operation, one, number_to_real(one), number_to_real(other));
-    }
-    const bool is_long = one.is(Kind::integer64) || other.is(Kind::integer64);
-    const std::int64_t result = whole_arithmetic(engine, operation, whole_of(one), whole_of(other), is_long);
-    return is_long ? Value::integer64(result) : Value::integer(wrapped(result));
 }
 
 template <class Type>
@@ -90,93 +43,71 @@ int order_of(Type one, Type other) {
     return one < other ? -1 : one > other ? 1 : one == other ? 0 : kUnordered;
 }
 
-[[noreturn]] void fail_operator(Engine& engine, const Text& operation, const Value& value) {
-    engine.fail(u"No \"\"" + operation + u"\"\" function for " + printed_text(engine, value));
+// Whole numbers are compared exactly: a Float does not hold them all.
+int order_of_numbers(const Value& one, const Value& other) {
+    return one.is(Kind::integer) && other.is(Kind::integer)
+               ? order_of(one.as_integer(), other.as_integer())
+               : order_of(number_to_real(one), number_to_real(other));
 }
 
-[[noreturn]] void fail_conversion(Engine& engine, const Value& value, const Value& to) {
-    engine.fail(u"Unable to convert: " + printed_text(engine, value) + u" to type: " +
-                text_of(engine, class_of(engine, to)));
+// Strings and arrays.
+Value sum_of(Interpreter& interpreter, const Value& one, const Value& other) {
+    if (one.is(Kind::array)) {
+        std::vector<Value> items = one.as_array().items;
+        interpreter.charge(items.size() * 16);
+        extend(interpreter, items, other);
+        return Value::array(std::move(items));
+    }
+    if (!other.is(Kind::string)) {
+        interpreter.fail_conversion(other, u"String");
+    }
+    interpreter.charge(one.as_string().text.size() + other.as_string().text.size());
+    return Value::string(one.as_string().text + other.as_string().text);
 }
 
 } // namespace
 
+std::int32_t truncated(double value) {
+    return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value) : INT32_MIN;
+}
+
 bool number_to_integer(const Value& value, std::int32_t& result) {
-    switch (value.kind()) {
-    case Kind::integer:
-        result = value.as_integer();
-        return true;
-    case Kind::integer64:
-        result = wrapped(value.as_integer64());
-        return true;
-    case Kind::real:
-        result = cut_to_integer(value.as_real());
-        return true;
-    default:
-        return false;
+    if (value.is_number()) {
+        result = value.is(Kind::integer) ? value.as_integer() : truncated(value.as_real());
     }
+    return value.is_number();
 }
 
 float number_to_real(const Value& value) {
-    return value.is(Kind::real) ? value.as_real() : static_cast<float>(whole_of(value));
+    return value.is(Kind::real) ? value.as_real() : static_cast<float>(value.as_integer());
 }
 
-Value add(Engine& engine, const Value& one, const Value& other) {
-    if (one.is(Kind::string)) {
-        if (!other.is(Kind::string)) {
-            fail_conversion(engine, other, one);
-        }
-        const Text& left = one.as_string().text;
-        const Text& right = other.as_string().text;
-        engine.charge(left.size() + right.size());
-        return Value::string(left + right);
-    }
-    std::vector<Value> more;
-    if (!elements_of(engine, other, more)) {
-        fail_conversion(engine, other, one);
-    }
-    std::vector<Value> items = one.as_array().items;
-    engine.charge((items.size() + more.size()) * 16);
-    if (items.size() + more.size() > kMostElements) {
-        engine.stop_at_limit(u"an array grows too large");
-    }
-    items.insert(items.end(), more.begin(), more.end());
-    return Value::array(std::move(items));
-}
-
-Value arithmetic(Engine& engine, char16_t operation, const Value& one, const Value& other) {
+Value arithmetic(Interpreter& interpreter, char16_t operation, const Value& one, const Value& other) {
     if (one.is_number() && other.is_number()) {
-        return number_arithmetic(engine, operation, one, other);
+        return one.is(Kind::real) || other.is(Kind::real)
+                   ? real_arithmetic(operation, number_to_real(one), number_to_real(other))
+                   : whole_arithmetic(interpreter, operation, one.as_integer(), other.as_integer());
     }
     if (operation == u'+' && (one.is(Kind::string) || one.is(Kind::array))) {
-        return add(engine, one, other);
+        return sum_of(interpreter, one, other);
     }
     if (one.is_number()) {
-        fail_conversion(engine, other, one);
+        interpreter.fail_conversion(other, interpreter.as_string(class_of(one)));
     }
-    fail_operator(engine, Text(1, operation), one);
+    interpreter.fail_operator(Text(1, operation), one);
 }
 
-Value negate(Engine& engine, const Value& value) {
-    switch (value.kind()) {
-    case Kind::integer:
-        return Value::integer(wrapped(-static_cast<std::int64_t>(value.as_integer())));
-    case Kind::integer64:
-        return Value::integer64(
-            static_cast<std::int64_t>(0 - static_cast<std::uint64_t>(value.as_integer64())));
-    case Kind::real:
-        return Value::real(-value.as_real());
-    default:
-        fail_operator(engine, u"-", value);
+Value negate(Interpreter& interpreter, const Value& value) {
+    if (!value.is_number()) {
+        interpreter.fail_operator(u"-", value);
     }
+    return value.is(Kind::real) ? Value::real(-value.as_real())
+                                : whole_arithmetic(interpreter, u'-', 0, value.as_integer());
 }
 
-bool equal_values(Engine& engine, const Value& one, const Value& other) {
+bool equal_values(Interpreter& interpreter, const Value& one, const Value& other) {
     if (one.is_number() && other.is_number()) {
-        if (one.is(Kind::real) || other.is(Kind::real)) {
-            return number_to_real(one) == number_to_real(other);
-        }
-        return whole_of(one) == whole_of(other);
+        return order_of_numbers(one, other) == 0;
     }
     if (one.kind() != other.kind()) {
         return false;
@@ -188,11 +119,11 @@ bool equal_values(Engine& engine, const Value& one, const Value& other) {
         return true;
     case Kind::boolean:
     case Kind::time:
-        return one.as_integer64() == other.as_integer64();
+        return one.as_integer() == other.as_integer();
     case Kind::name:
         return one.as_name().folded == other.as_name().folded;
     case Kind::string:
-        engine.charge(one.as_string().text.size());
+        interpreter.charge(one.as_string().text.size());
         return one.as_string().text == other.as_string().text;
     case Kind::function:
         return one.as_function().code == other.as_function().code &&
@@ -202,30 +133,24 @@ bool equal_values(Engine& engine, const Value& one, const Value& other) {
     }
 }
 
-int compare_values(Engine& engine, const char16_t* operation, const Value& one, const Value& other) {
+int compare_values(Interpreter& interpreter, const Text& operation, const Value& one, const Value& other) {
     if (one.is_number() && other.is_number()) {
-        if (one.is(Kind::real) || other.is(Kind::real)) {
-            return order_of(number_to_real(one), number_to_real(other));
-        }
-        return order_of(whole_of(one), whole_of(other));
+        return order_of_numbers(one, other);
     }
-    if (!one.is_number() && !one.is(Kind::string) && !one.is(Kind::name)) {
-        fail_operator(engine, operation, one);
+    if (!one.is_number() && !one.is(Kind::string)) {
+        interpreter.fail_operator(operation, one);
     }
     if (one.kind() != other.kind()) {
-        fail_conversion(engine, other, one);
+        interpreter.fail_conversion(other, interpreter.as_string(class_of(one)));
     }
-    if (one.is(Kind::name)) {
-        return order_of(one.as_name().folded.compare(other.as_name().folded), 0);
-    }
-    engine.charge(one.as_string().text.size());
+    interpreter.charge(one.as_string().text.size());
     return order_of(one.as_string().text.compare(other.as_string().text), 0);
 }
 
-bool as_condition(Engine& engine, const Value& value, const char16_t* what) {
+bool as_condition(Interpreter& interpreter, const Value& value, const char16_t* what) {
     if (!value.is(Kind::boolean)) {
-        engine.fail(u"Type error: " + Text(what) + u" requires BooleanClass, got: " +
-                    printed_text(engine, value));
+        interpreter.fail(u"Type error: " + Text(what) + u" requires BooleanClass, got: " +
+                         interpreter.printed(value));
     }
     return value.as_boolean();
 }

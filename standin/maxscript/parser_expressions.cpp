@@ -1,54 +1,38 @@
-// Assignments and operators by rank: or, and, not, comparison, + -, * /, ^ (to the right), as.
+// Assignments and operators by rank: or, and, not, comparison, + -, * /, as.
 #include "standin/maxscript/parser.h"
-#include "standin/maxscript/parser_depth.h"
 
 namespace maxscript {
 
 namespace {
+
+constexpr int kMostConversions = 20;
 
 const char16_t* const kAssignments[] = {u"=", u"+=", u"-=", u"*=", u"/="};
 const char16_t* const kComparisons[] = {u"==", u"!=", u"<=", u">=", u"<", u">"};
 
 template <std::size_t N>
 bool is_one_of(const Token& token, const char16_t* const (&symbols)[N]) {
-    if (token.kind != TokenKind::symbol) {
-        return false;
-    }
-    for (const char16_t* symbol : symbols) {
-        if (token.text == symbol) {
-            return true;
-        }
-    }
-    return false;
+    return token.kind == TokenKind::symbol &&
+           std::any_of(std::begin(symbols), std::end(symbols),
+                       [&](const char16_t* symbol) { return token.text == symbol; });
 }
 
 } // namespace
 
 NodePointer Parser::expression() {
     const Depth depth(*this);
-    return plain_expression();
-}
-
-NodePointer Parser::plain_expression() {
     if (token().kind == TokenKind::error) {
         unexpected();
     }
-    if (starts_statement()) {
-        return statement();
-    }
-    return simple_expression();
+    return statement();
 }
 
 NodePointer Parser::simple_expression() {
-    const bool is_name = token().kind == TokenKind::word || token().kind == TokenKind::quoted_word;
-    if (is_name && !is_reserved(token()) && peek().kind == TokenKind::symbol && peek().text == u"=") {
+    if (is_name(token()) && is_this(peek(), u"=")) {
         return assign_name();
     }
     NodePointer node = logic_or();
-    if (is_one_of(token(), kAssignments)) {
-        return assignment(std::move(node));
-    }
-    return node;
+    return is_one_of(token(), kAssignments) ? assignment(std::move(node)) : std::move(node);
 }
 
 // `name = expression` declares the name when it is new.
@@ -86,43 +70,29 @@ NodePointer Parser::assignment(NodePointer target) {
     return node;
 }
 
-NodePointer Parser::logic_or() {
-    NodePointer first = logic_and();
-    if (!is_word(u"or")) {
+NodePointer Parser::logic(const char16_t* word, Reader read_operand) {
+    NodePointer first = (this->*read_operand)();
+    if (!is(word)) {
         return first;
     }
     auto node = std::make_unique<LogicNode>(token().spot);
-    node->is_and = false;
+    node->is_and = is(u"and");
     node->operands.push_back(std::move(first));
-    while (take_word(u"or")) {
+    while (take(word)) {
         skip_newlines();
-        node->operands.push_back(logic_and());
-    }
-    return node;
-}
-
-NodePointer Parser::logic_and() {
-    NodePointer first = logic_not();
-    if (!is_word(u"and")) {
-        return first;
-    }
-    auto node = std::make_unique<LogicNode>(token().spot);
-    node->operands.push_back(std::move(first));
-    while (take_word(u"and")) {
-        skip_newlines();
-        node->operands.push_back(logic_not());
+        node->operands.push_back((this->*read_operand)());
     }
     return node;
 }
 
 NodePointer Parser::logic_not() {
     const Spot spot = token().spot;
-    if (!take_word(u"not")) {
+    if (!take(u"not")) {
         return comparison();
     }
     const Depth depth(*this);
     skip_newlines();
-    return std::make_unique<NotNode>(spot, logic_not());
+    return std::make_unique<UnaryNode>(spot, false, logic_not());
 }
 
 NodePointer Parser::comparison() {
@@ -143,56 +113,26 @@ NodePointer Parser::comparison() {
     return node;
 }
 
-NodePointer Parser::sum() {
-    NodePointer first = product();
-    if (!is_symbol(u"+") && !is_symbol(u"-")) {
+NodePointer Parser::chain(const char16_t* one, const char16_t* other, Reader read_operand) {
+    NodePointer first = (this->*read_operand)();
+    if (!is(one) && !is(other)) {
         return first;
     }
     auto node = std::make_unique<ChainNode>(token().spot);
     node->first = std::move(first);
-    while (is_symbol(u"+") || is_symbol(u"-")) {
+    while (is(one) || is(other)) {
         const Token operation = tokens_[at_++];
         skip_newlines();
-        node->links.push_back(ChainNode::Link{operation.text[0], operation.spot, product()});
+        node->links.push_back(ChainNode::Link{operation.text[0], operation.spot, (this->*read_operand)()});
     }
-    return node;
-}
-
-NodePointer Parser::product() {
-    NodePointer first = power();
-    if (!is_symbol(u"*") && !is_symbol(u"/")) {
-        return first;
-    }
-    auto node = std::make_unique<ChainNode>(token().spot);
-    node->first = std::move(first);
-    while (is_symbol(u"*") || is_symbol(u"/")) {
-        const Token operation = tokens_[at_++];
-        skip_newlines();
-        node->links.push_back(ChainNode::Link{operation.text[0], operation.spot, power()});
-    }
-    return node;
-}
-
-NodePointer Parser::power() {
-    NodePointer base = conversion();
-    if (!is_symbol(u"^")) {
-        return base;
-    }
-    const Depth depth(*this);
-    auto node = std::make_unique<ChainNode>(token().spot);
-    const Spot spot = token().spot;
-    ++at_;
-    skip_newlines();
-    node->first = std::move(base);
-    node->links.push_back(ChainNode::Link{u'^', spot, power()});
     return node;
 }
 
 NodePointer Parser::conversion() {
     NodePointer node = call();
-    for (int count = 0; is_word(u"as"); ++count) {
+    for (int count = 0; is(u"as"); ++count) {
         const Spot spot = token().spot;
-        if (count == 20) {
+        if (count == kMostConversions) {
             fail(spot, u"Syntax error: too many conversions after each other");
         }
         ++at_;

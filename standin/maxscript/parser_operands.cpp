@@ -1,7 +1,6 @@
 // Operands and calls. An operand with its properties and indices binds closer than a call, a call closer than
 // any operator.
 #include "standin/maxscript/parser.h"
-#include "standin/maxscript/parser_depth.h"
 
 namespace maxscript {
 
@@ -13,20 +12,19 @@ constexpr int kLongestPath = 50; // a.b[1].c …
 
 NodePointer Parser::call() {
     const Spot spot = token().spot;
-    // `-sin x` is the negative of the call: nothing else can be meant by it.
-    if (is_symbol(u"-") && peek().kind != TokenKind::number) {
+    // `-sin x` negates the result of the call: a function cannot be negated.
+    if (is(u"-") && peek().kind != TokenKind::number) {
         const Depth depth(*this);
         ++at_;
-        return std::make_unique<NegateNode>(spot, call());
+        return std::make_unique<UnaryNode>(spot, true, call());
     }
     const bool is_literal = token().kind == TokenKind::number || token().kind == TokenKind::string ||
-                            token().kind == TokenKind::name || is_symbol(u"-") || is_symbol(u"#(");
+                            token().kind == TokenKind::name || is(u"-") || is(u"#(");
     NodePointer first = operand();
     if (!is_literal) {
         return finish_call(std::move(first));
     }
-    if (starts_argument() && dynamic_cast<const PropertyNode*>(first.get()) == nullptr &&
-        dynamic_cast<const IndexNode*>(first.get()) == nullptr) {
+    if (starts_argument()) {
         unexpected();
     }
     return first;
@@ -34,10 +32,9 @@ NodePointer Parser::call() {
 
 NodePointer Parser::finish_call(NodePointer callee) {
     auto node = std::make_unique<CallNode>(callee->spot());
-    if (is_symbol(u"(") && peek().kind == TokenKind::symbol && peek().text == u")") {
+    if (is_empty_call()) {
         at_ += 2;
-        if (starts_argument() || (is_symbol(u".") && !token().blank_before) ||
-            (is_symbol(u"[") && !token().blank_before)) {
+        if (starts_argument() || ((is(u".") || is(u"[")) && !token().blank_before)) {
             fail(token().spot,
                  u"Syntax error: unexpected " + shown(token()) + u" behind (); put the call in brackets");
         }
@@ -55,7 +52,7 @@ NodePointer Parser::finish_call(NodePointer callee) {
 
 void Parser::call_argument(CallNode& node) {
     if (token().kind != TokenKind::keyword) {
-        if (is_symbol(u"(") && peek().kind == TokenKind::symbol && peek().text == u")") {
+        if (is_empty_call()) {
             fail(token().spot,
                  u"Syntax error: unexpected () among arguments; put the inner call in brackets");
         }
@@ -65,18 +62,18 @@ void Parser::call_argument(CallNode& node) {
     CallNode::Keyword keyword;
     keyword.name = token().folded;
     ++at_;
-    if (!starts_argument() && !is_symbol(u"-")) {
+    if (!starts_argument() && !is(u"-")) {
         unexpected();
     }
     keyword.value = operand();
     node.keywords.push_back(std::move(keyword));
 }
 
-// On the same line. A minus belongs to an argument when there is a blank before it and none behind.
+// On the same line. A minus begins an argument when there is a blank before it and none after it.
 bool Parser::starts_argument() const {
     switch (token().kind) {
     case TokenKind::word:
-        return !is_reserved(token()) || token().folded == u"on" || token().folded == u"off";
+        return !is_reserved(token()) || is(u"on") || is(u"off");
     case TokenKind::quoted_word:
     case TokenKind::keyword:
     case TokenKind::number:
@@ -95,7 +92,7 @@ bool Parser::starts_argument() const {
 }
 
 NodePointer Parser::operand() {
-    if (is_symbol(u"-")) {
+    if (is(u"-")) {
         return negated();
     }
     return postfix(factor());
@@ -108,7 +105,7 @@ NodePointer Parser::negated() {
     if (token().kind == TokenKind::number && token().text == kNeedsMinus) {
         return postfix(std::make_unique<LiteralNode>(spot, tokens_[at_++].value));
     }
-    return std::make_unique<NegateNode>(spot, operand());
+    return std::make_unique<UnaryNode>(spot, true, operand());
 }
 
 NodePointer Parser::postfix(NodePointer object) {
@@ -117,18 +114,18 @@ NodePointer Parser::postfix(NodePointer object) {
         if (count > kLongestPath) {
             fail(spot, u"Syntax error: too many properties and indices after each other");
         }
-        if (take_symbol(u".")) {
+        if (take(u".")) {
             if (token().kind != TokenKind::word && token().kind != TokenKind::quoted_word) {
                 unexpected();
             }
             object = std::make_unique<PropertyNode>(spot, std::move(object), token().folded);
             ++at_;
-        } else if (is_symbol(u"[") && !token().blank_before) {
+        } else if (is(u"[") && !token().blank_before) {
             ++at_;
             skip_newlines();
             NodePointer index = expression();
             skip_newlines();
-            expect_symbol(u"]");
+            expect(u"]");
             object = std::make_unique<IndexNode>(spot, std::move(object), std::move(index));
         } else {
             return object;
@@ -140,7 +137,10 @@ NodePointer Parser::factor() {
     const Spot spot = token().spot;
     switch (token().kind) {
     case TokenKind::number:
-        return number();
+        if (token().text == kNeedsMinus) {
+            fail(spot, u"Syntax error: the number does not fit into an Integer");
+        }
+        return std::make_unique<LiteralNode>(spot, tokens_[at_++].value);
     case TokenKind::string:
         return std::make_unique<StringNode>(spot, Value::string(tokens_[at_++].text));
     case TokenKind::name:
@@ -148,8 +148,8 @@ NodePointer Parser::factor() {
     case TokenKind::quoted_word:
         return name_use();
     case TokenKind::word:
-        if (is_word(u"on") || is_word(u"off")) {
-            return std::make_unique<LiteralNode>(spot, Value::boolean(tokens_[at_++].folded == u"on"));
+        if (is(u"on") || is(u"off")) {
+            return std::make_unique<LiteralNode>(spot, Value::boolean(take(u"on") || !take(u"off")));
         }
         if (is_reserved(token())) {
             unexpected();
@@ -163,28 +163,19 @@ NodePointer Parser::factor() {
 }
 
 NodePointer Parser::symbol_factor() {
-    if (is_symbol(u"(")) {
+    if (is(u"(")) {
         return block();
     }
-    if (is_symbol(u"#(")) {
+    if (is(u"#(")) {
         return array();
     }
-    if (is_symbol(u"&")) {
+    if (is(u"&")) {
         return reference();
     }
-    if (is_symbol(u"[")) {
+    if (is(u"[")) {
         fail(token().spot, u"Syntax error: points are not supported, and an index follows without a blank");
     }
     unexpected();
-}
-
-NodePointer Parser::number() {
-    if (token().text == kNeedsMinus) {
-        fail(token().spot,
-             u"Syntax error: the number does not fit into an Integer (an Integer64 ends with L)");
-    }
-    const Token& literal = tokens_[at_++];
-    return std::make_unique<LiteralNode>(literal.spot, literal.value);
 }
 
 NodePointer Parser::name_use() {
@@ -230,7 +221,7 @@ NodePointer Parser::block() {
     ++at_;
     scopes_.begin_block();
     skip_separators();
-    while (!is_symbol(u")")) {
+    while (!is(u")")) {
         if (token().kind == TokenKind::end) {
             fail(node->spot(), u"Syntax error: ( without its )");
         }
@@ -247,9 +238,9 @@ NodePointer Parser::array() {
     auto node = std::make_unique<ArrayNode>(token().spot);
     ++at_;
     skip_newlines();
-    while (!take_symbol(u")")) {
+    while (!take(u")")) {
         if (!node->items.empty()) {
-            expect_symbol(u",");
+            expect(u",");
             skip_newlines();
         }
         node->items.push_back(expression());
@@ -261,11 +252,10 @@ NodePointer Parser::array() {
 NodePointer Parser::reference() {
     const Spot spot = token().spot;
     ++at_;
-    // A variable that the function is to fill need not be declared before.
+    // The function gives the variable its value, so it need not be declared before.
     const Token name = token();
     Variable variable;
-    if ((name.kind == TokenKind::word || name.kind == TokenKind::quoted_word) && !is_reserved(name) &&
-        scopes_.find(name.folded, variable) == Scopes::Answer::unknown) {
+    if (is_name(name) && scopes_.find(name.folded, variable) == Scopes::Answer::unknown) {
         scopes_.declare(name.text, name.folded);
     }
     NodePointer target = operand();

@@ -41,7 +41,7 @@ Scopes::Answer Scopes::find(const Text& folded_name, Variable& variable) {
         const bool on_stack = variable.kind == Variable::Kind::slot;
         return on_stack && scope->function + 1 != functions_.size() ? Answer::outer_local : Answer::found;
     }
-    const CellPointer cell = globals_.find_folded(folded_name);
+    const CellPointer cell = globals_.find(folded_name);
     if (!cell) {
         return Answer::unknown;
     }
@@ -75,7 +75,7 @@ Variable Scopes::declare_local(const Text& name, const Text& folded_name) {
     variable.name = name;
     FunctionScope& function = functions_.back();
     if (function.is_unit) {
-        // Functions of the same block may use it, and live longer than the block.
+        // A cell: functions of the same block may use it, and live longer than the block.
         variable.cell = std::make_shared<Cell>();
         variable.cell->name = name;
     } else {
@@ -89,7 +89,7 @@ Variable Scopes::declare_local(const Text& name, const Text& folded_name) {
 
 Variable Scopes::declare_global(const Text& name, const Text& folded_name) {
     Variable variable = find_global(globals_.declare(name));
-    // Also where a local of an outer block has the name.
+    // Hides a local of an outer block.
     scopes_.back().names[folded_name] = variable;
     return variable;
 }

@@ -1,11 +1,11 @@
-// Which variable a name means, decided while a script is read. Internal to the language.
+// Finds the variable of a name while a script is read. Internal to the language.
 #pragma once
 
 #include "standin/maxscript/code.h"
 
 namespace maxscript {
 
-// What is known of a variable's value while the script is read.
+// The facts about a variable's value that are known while the script is read.
 struct Knowledge {
     int arguments = -1;         // of the function that it holds; below 0: unknown
     bool holds_literal = false; // only ever a string literal
@@ -30,7 +30,7 @@ struct FunctionScope {
     std::size_t slots = 0;
     std::size_t most_slots = 0;
     int height = 0;
-    bool in_struct = false; // its body belongs to an instance
+    bool in_struct = false; // a member of an instance
 };
 
 class Scopes {
@@ -54,7 +54,6 @@ public:
     Variable declare_global(const Text& name, const Text& folded_name);
     void declare_member(const Text& folded_name, const std::shared_ptr<const StructLayout>& layout,
                         std::size_t index);
-    Globals& globals() { return globals_; }
 
 private:
     struct Scope {

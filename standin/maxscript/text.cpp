@@ -39,37 +39,13 @@ char16_t lower_unit(char16_t unit) {
     return unit;
 }
 
-char16_t upper_unit(char16_t unit) {
-    if (unit < 0x80) {
-        return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 32) : unit;
-    }
-    for (const LetterRange& range : kLetters) {
-        const int upper = unit - range.distance;
-        if (upper > 0 && is_upper_in(range, static_cast<char16_t>(upper))) {
-            return static_cast<char16_t>(upper);
-        }
-    }
-    return unit;
-}
-
 Text folded(Text text) {
     std::transform(text.begin(), text.end(), text.begin(), lower_unit);
     return text;
 }
 
 bool equal_folded(const Text& one, const Text& other) {
-    return one.size() == other.size() && compare_folded(one, other) == 0;
-}
-
-int compare_folded(const Text& one, const Text& other) {
-    const std::size_t shorter = std::min(one.size(), other.size());
-    for (std::size_t i = 0; i < shorter; ++i) {
-        const int difference = lower_unit(one[i]) - lower_unit(other[i]);
-        if (difference != 0) {
-            return difference;
-        }
-    }
-    return one.size() == other.size() ? 0 : one.size() < other.size() ? -1 : 1;
+    return folded(one) == folded(other);
 }
 
 Text text_from_utf8(const std::string& bytes) {
@@ -80,7 +56,7 @@ std::string utf8_from_text(const Text& text) {
     return base::to_utf8(text);
 }
 
-// On Linux a wide literal holds whole code points. A lone surrogate stays: a name may hold one.
+// On Linux a wide literal holds whole code points. A lone surrogate is kept: a name may contain one.
 Text text_from_wide(const std::wstring& wide) {
     Text text;
     for (const wchar_t unit : wide) {
@@ -91,7 +67,7 @@ Text text_from_wide(const std::wstring& wide) {
     return text;
 }
 
-// Units as they stand: the neighbours hold UTF-16 units in wide texts on every platform.
+// Unit by unit: the other libraries keep UTF-16 units in wide texts on every platform.
 std::wstring wide_from_text(const Text& text) {
     return std::wstring(text.begin(), text.end());
 }

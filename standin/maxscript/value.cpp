@@ -64,33 +64,9 @@ void InstanceObject::surrender(std::vector<Value>& content) {
     move_to_end(members, content);
 }
 
-Value Value::boolean(bool value) {
-    Value result(Kind::boolean);
-    result.bits_.integer = value ? 1 : 0;
-    return result;
-}
-
-Value Value::integer(std::int32_t value) {
-    Value result(Kind::integer);
-    result.bits_.integer = value;
-    return result;
-}
-
-Value Value::integer64(std::int64_t value) {
-    Value result(Kind::integer64);
-    result.bits_.integer = value;
-    return result;
-}
-
 Value Value::real(float value) {
     Value result(Kind::real);
-    result.bits_.real = value;
-    return result;
-}
-
-Value Value::time(std::int32_t ticks) {
-    Value result(Kind::time);
-    result.bits_.integer = ticks;
+    result.real_ = value;
     return result;
 }
 
@@ -114,7 +90,7 @@ Value Value::array(std::vector<Value> items) {
 }
 
 Value Value::string_stream(Text text) {
-    auto stream = std::make_shared<StringStream>();
+    auto stream = std::make_shared<StringObject>();
     stream->text = std::move(text);
     return shared(Kind::string_stream, std::move(stream));
 }
@@ -144,28 +120,11 @@ bool Value::is_callable() const {
     }
 }
 
-bool HostObject::get_property(const Text&, Value&) {
-    return false;
-}
-
-bool HostObject::set_property(const Text&, const Value&) {
-    return false;
-}
-
-bool HostObject::has_property(const Text&) const {
-    return false;
-}
-
-bool HostObject::call_method(const Text&, Arguments&, Value&) {
-    return false;
-}
-
-bool HostObject::elements(std::vector<Value>&) const {
-    return false;
-}
-
-Text HostObject::text() const {
-    return host_class()->name;
+ClassPointer make_class(const Text& name, const ClassPointer& super) {
+    auto made = std::make_shared<HostClass>();
+    made->name = name;
+    made->super = super;
+    return made;
 }
 
 } // namespace maxscript

@@ -1,5 +1,3 @@
-#include "standin/maxscript_host/encrypted_script.h"
-
 #include "standin/maxscript_host/scene_library.h"
 
 namespace maxscript_host {
@@ -8,14 +6,10 @@ namespace {
 
 using maxscript::Arguments;
 using maxscript::FileAccess;
-using maxscript::Interpreter;
-using maxscript::NativeFunction;
-using maxscript::Text;
-using maxscript::Value;
 
 const std::string kHeader = "STAND-IN FOR AN ENCRYPTED SCRIPT 1\n";
 constexpr unsigned char kMask = 0xA5;
-constexpr const char16_t* kEncryptedEnding = u".mse";
+const Text kEncryptedEnding = u".mse";
 
 std::string masked(std::string bytes) {
     for (char& byte : bytes) {
@@ -25,9 +19,8 @@ std::string masked(std::string bytes) {
 }
 
 bool is_encrypted_name(const Text& path) {
-    const Text ending = kEncryptedEnding;
-    return path.size() > ending.size() &&
-           maxscript::equal_folded(path.substr(path.size() - ending.size()), ending);
+    return path.size() > kEncryptedEnding.size() &&
+           maxscript::equal_folded(path.substr(path.size() - kEncryptedEnding.size()), kEncryptedEnding);
 }
 
 Value encrypt_script(Arguments& arguments) {
@@ -38,8 +31,8 @@ Value encrypt_script(Arguments& arguments) {
     if (files == nullptr || dot == Text::npos || !files->read(path, script)) {
         arguments.fail(u"-- Runtime error: encryptScript cannot open the file: " + path);
     }
-    // A file that cannot be written is not told.
-    files->write(path.substr(0, dot) + kEncryptedEnding, encrypted_script(script));
+    // No error when the file cannot be written.
+    files->write(path.substr(0, dot) + kEncryptedEnding, kHeader + masked(script));
     return Value::ok();
 }
 
@@ -58,10 +51,6 @@ Value load_encrypted(Interpreter& interpreter, const Text& path) {
 
 } // namespace
 
-std::string encrypted_script(const std::string& script) {
-    return kHeader + masked(script);
-}
-
 bool decrypted_script(const std::string& bytes, std::string& script) {
     if (bytes.compare(0, kHeader.size(), kHeader) != 0) {
         return false;
@@ -71,24 +60,14 @@ bool decrypted_script(const std::string& bytes, std::string& script) {
 }
 
 void install_encrypted_scripts(Interpreter& interpreter) {
-    NativeFunction encrypt;
-    encrypt.name = u"encryptScript";
-    encrypt.fewest = 1;
-    encrypt.most = 1;
-    encrypt.keywords = {u"version"};
-    encrypt.code = encrypt_script;
-    interpreter.globals().add_function(encrypt);
-
-    Value original;
-    interpreter.globals().get(u"fileIn", original);
-    NativeFunction load = original.as_native();
-    const maxscript::NativeCode load_plain = load.code;
-    load.code = [load_plain](Arguments& arguments) {
-        return is_encrypted_name(arguments.text(0))
-                   ? load_encrypted(arguments.interpreter(), arguments.text(0))
-                   : load_plain(arguments);
-    };
-    interpreter.globals().add_function(load);
+    interpreter.globals().add_function(u"encryptScript", 1, 1, {}, encrypt_script);
+    interpreter.globals().wrap_function(u"fileIn", [](const maxscript::NativeCode& load_plain) {
+        return [load_plain](Arguments& arguments) {
+            return is_encrypted_name(arguments.text(0))
+                       ? load_encrypted(arguments.interpreter(), arguments.text(0))
+                       : load_plain(arguments);
+        };
+    });
 }
 
 } // namespace maxscript_host

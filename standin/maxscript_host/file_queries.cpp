@@ -1,4 +1,4 @@
-// The files that the scene refers to, asked in the host's three ways, and how it makes paths full.
+// The files that the scene refers to, by the host's three queries, and how the host completes paths.
 #include "standin/max_file/scene_text.h"
 #include "standin/maxscript_host/scene_library.h"
 
@@ -11,18 +11,14 @@ namespace {
 
 using max_file::ReferencedFile;
 using maxscript::Arguments;
+using maxscript::ClassPointer;
 using maxscript::FileAccess;
-using maxscript::HostClass;
 using maxscript::HostInterface;
 using maxscript::HostObject;
-using maxscript::Interpreter;
 using maxscript::Kind;
-using maxscript::NativeFunction;
-using maxscript::Text;
-using maxscript::Value;
 
-Text text_of(const std::wstring& wide) {
-    return maxscript::text_from_wide(wide);
+Value text_value(const std::wstring& wide) {
+    return Value::string(maxscript::text_from_wide(wide));
 }
 
 bool exists(Interpreter& interpreter, const Text& path) {
@@ -39,15 +35,15 @@ std::vector<Value> tracked_files(const SceneHost& host) {
     const SceneModel& model = host.model;
     std::vector<Value> files;
     if (!model.path.empty()) {
-        files.push_back(Value::string(text_of(model.path)));
+        files.push_back(text_value(model.path));
     }
     if (host.tracks_references) {
         for (const ReferencedFile& file : model.references) {
-            files.push_back(Value::string(text_of(file.named)));
+            files.push_back(text_value(file.named));
         }
     }
     if (!model.render.output_file.empty()) {
-        files.push_back(Value::string(text_of(model.render.output_file)));
+        files.push_back(text_value(model.render.output_file));
     }
     for (const auto& scene : host.used_by) {
         for (const Text& name : scene.second) {
@@ -57,7 +53,7 @@ std::vector<Value> tracked_files(const SceneHost& host) {
     return files;
 }
 
-// What a scene file names itself, or the open scene. `name` is folded.
+// The files that a scene file or the open scene names. `name` is folded.
 std::vector<Value> files_used_by(const SceneHost& host, const Text& name) {
     std::vector<Value> files;
     const auto used = host.used_by.find(name);
@@ -65,43 +61,45 @@ std::vector<Value> files_used_by(const SceneHost& host, const Text& name) {
         for (const Text& file : used->second) {
             files.push_back(Value::string(file));
         }
-    } else if (name == maxscript::folded(text_of(host.model.path))) {
+    } else if (name == maxscript::folded(maxscript::text_from_wide(host.model.path))) {
         for (const ReferencedFile& file : host.model.references) {
-            files.push_back(Value::string(text_of(file.named)));
+            files.push_back(text_value(file.named));
         }
     }
     return files;
 }
 
+// Fills the variable of a by-reference argument and gives the count.
+Value give_files(Arguments& arguments, std::size_t index, std::vector<Value> files) {
+    const auto count = static_cast<std::int32_t>(files.size());
+    arguments.interpreter().charge(files.size());
+    arguments.set_reference(index, Value::array(std::move(files)));
+    return Value::integer(count);
+}
+
+void add_flag(HostInterface& tracker, const Text& name, bool& flag) {
+    tracker.add_property(
+        name, [&flag] { return Value::boolean(flag); },
+        [&flag](const Value& value) { flag = value.as_boolean(); });
+}
+
 void install_tracker(Interpreter& interpreter, SceneHost& host) {
     auto tracker = std::make_shared<HostInterface>(u"ATSOps");
-    tracker->add_property(
-        u"Silent", [&host] { return Value::boolean(host.tracker_is_silent); },
-        [&host](const Value& value) { host.tracker_is_silent = value.as_boolean(); });
-    tracker->add_property(
-        u"CheckNetworkPaths", [&host] { return Value::boolean(host.tracker_checks_network); },
-        [&host](const Value& value) { host.tracker_checks_network = value.as_boolean(); });
-    // Only what the file names itself; the third argument takes the names.
-    tracker->add(u"GetDependentFiles", 3, 3, {}, [&interpreter, &host](Arguments& arguments) {
-        answer_or_fail(interpreter, host, u"ATSOps.GetDependentFiles");
-        std::vector<Value> files = files_used_by(host, maxscript::folded(arguments.text(0)));
-        const std::size_t count = files.size();
-        arguments.set_reference(2, Value::array(std::move(files)));
-        return Value::integer(static_cast<std::int32_t>(count));
-    });
-    tracker->add(u"Refresh", 0, 0, {}, [&interpreter, &host](Arguments&) {
+    add_flag(*tracker, u"Silent", host.tracker_is_silent);
+    add_flag(*tracker, u"CheckNetworkPaths", host.tracker_checks_network);
+    // Only the file's own references, not theirs; the third argument takes the names.
+    tracker->add(u"GetDependentFiles", 3, 3, {},
+                 fallible(host, u"ATSOps.GetDependentFiles", [&host](Arguments& a) {
+                     return give_files(a, 2, files_used_by(host, maxscript::folded(a.text(0))));
+                 }));
+    tracker->add(u"Refresh", 0, 0, {}, [&host](Arguments& a) {
         host.loud_refreshes += host.tracker_is_silent && !host.tracker_checks_network ? 0 : 1;
-        answer_or_fail(interpreter, host, u"ATSOps.Refresh");
+        answer_or_fail(a.interpreter(), host, u"ATSOps.Refresh");
         return Value::ok();
     });
-    tracker->add(u"GetFiles", 1, 1, {}, [&interpreter, &host](Arguments& arguments) {
-        answer_or_fail(interpreter, host, u"ATSOps.GetFiles");
-        std::vector<Value> files = tracked_files(host);
-        interpreter.charge(files.size());
-        const std::size_t count = files.size();
-        arguments.set_reference(0, Value::array(std::move(files)));
-        return Value::integer(static_cast<std::int32_t>(count));
-    });
+    tracker->add(u"GetFiles", 1, 1, {}, fallible(host, u"ATSOps.GetFiles", [&host](Arguments& a) {
+                     return give_files(a, 0, tracked_files(host));
+                 }));
     tracker->add_property(u"Disabled", [&host] { return Value::boolean(host.tracker_disabled); });
     tracker->add(u"NumProviders", 0, 0, {},
                  [&host](Arguments&) { return Value::integer(host.tracker_providers); });
@@ -110,15 +108,14 @@ void install_tracker(Interpreter& interpreter, SceneHost& host) {
 
 class Asset : public HostObject {
 public:
-    Asset(std::shared_ptr<const HostClass> of_class, Text path, Text kind)
-        : class_(std::move(of_class)), path_(std::move(path)), kind_(std::move(kind)) {}
+    Asset(ClassPointer of_class, ReferencedFile file) : class_(std::move(of_class)), file_(std::move(file)) {}
 
-    std::shared_ptr<const HostClass> host_class() const override { return class_; }
+    ClassPointer host_class() const override { return class_; }
     bool call_method(const Text& name, Arguments&, Value& result) override {
         if (name == u"getfilename") {
-            result = Value::string(path_);
+            result = text_value(file_.named);
         } else if (name == u"gettype") {
-            result = Value::name(kind_);
+            result = Value::name(maxscript::text_from_wide(file_.kind));
         } else {
             return false;
         }
@@ -126,33 +123,27 @@ public:
     }
 
 private:
-    std::shared_ptr<const HostClass> class_;
-    Text path_;
-    Text kind_;
+    ClassPointer class_;
+    ReferencedFile file_;
 };
 
 void install_assets(Interpreter& interpreter, SceneHost& host) {
-    auto asset_class = std::make_shared<HostClass>();
-    asset_class->name = u"AssetUser";
+    const ClassPointer asset_class = maxscript::make_class(u"AssetUser");
     auto manager = std::make_shared<HostInterface>(u"AssetManager");
-    manager->add(u"GetNumAssets", 0, 0, {}, [&interpreter, &host](Arguments&) {
-        answer_or_fail(interpreter, host, u"AssetManager.GetNumAssets");
-        return Value::integer(host.has_assets ? static_cast<std::int32_t>(host.model.references.size()) : 0);
-    });
-    manager->add(u"GetAssetByIndex", 1, 1, {}, [&interpreter, &host, asset_class](Arguments& arguments) {
-        answer_or_fail(interpreter, host, u"AssetManager.GetAssetByIndex");
-        const std::vector<ReferencedFile>& files = host.model.references;
-        const std::int32_t index = arguments.integer(0);
-        if (index < 1 || static_cast<std::size_t>(index) > files.size()) {
-            arguments.fail(u"-- Runtime error: no such asset");
-        }
-        const ReferencedFile& file = files[static_cast<std::size_t>(index) - 1];
-        return Value::object(std::make_shared<Asset>(asset_class, text_of(file.named), text_of(file.kind)));
-    });
+    manager->add(u"GetNumAssets", 0, 0, {}, fallible(host, u"AssetManager.GetNumAssets", [&host](Arguments&) {
+                     const std::size_t count = host.has_assets ? host.model.references.size() : 0;
+                     return Value::integer(static_cast<std::int32_t>(count));
+                 }));
+    manager->add(u"GetAssetByIndex", 1, 1, {},
+                 fallible(host, u"AssetManager.GetAssetByIndex", [&host, asset_class](Arguments& a) {
+                     const std::vector<ReferencedFile>& files = host.model.references;
+                     return Value::object(std::make_shared<Asset>(
+                         asset_class, files[index_argument(a, files.size(), u"asset")]));
+                 }));
     interpreter.globals().add_constant(u"AssetManager", Value::object(manager));
 }
 
-// enumerateFiles [object] function [argument] [#flag]... Without a flag it is all files.
+// enumerateFiles [object] function [argument] [#flag]... Without a flag: all files.
 bool is_wanted(const Arguments& arguments, const ReferencedFile& file) {
     bool has_flags = false;
     bool wants_video_post = false;
@@ -175,7 +166,7 @@ Value enumerate_files(Arguments& arguments, const SceneHost& host) {
     const bool has_argument = at + 1 < arguments.count() && !arguments[at + 1].is(Kind::name);
     for (const ReferencedFile& file : host.model.references) {
         if (is_wanted(arguments, file)) {
-            std::vector<Value> given = {Value::string(text_of(file.named))};
+            std::vector<Value> given = {text_value(file.named)};
             if (has_argument) {
                 given.push_back(arguments[at + 1]);
             }
@@ -185,24 +176,12 @@ Value enumerate_files(Arguments& arguments, const SceneHost& host) {
     return Value::ok();
 }
 
-void install_enumeration(Interpreter& interpreter, SceneHost& host) {
-    NativeFunction function;
-    function.name = u"enumerateFiles";
-    function.fewest = 1;
-    function.most = maxscript::kAnyCount;
-    function.code = [&interpreter, &host](Arguments& arguments) {
-        answer_or_fail(interpreter, host, u"enumerateFiles");
-        return enumerate_files(arguments, host);
-    };
-    interpreter.globals().add_function(function);
-}
-
 bool is_absolute(const Text& path) {
     const bool has_drive = path.size() > 1 && path[1] == u':';
     return has_drive || (!path.empty() && (path[0] == u'\\' || path[0] == u'/'));
 }
 
-// "$maps\a.png" is below the project's folder of that name.
+// "$maps\a.png" is in the folder "maps" of the project.
 Text without_symbols(const Text& path, const Text& project) {
     return !path.empty() && path[0] == u'$' ? project + u"\\" + path.substr(1) : path;
 }
@@ -216,24 +195,20 @@ Text below(const Text& folder, Text path) {
 
 void install_paths(Interpreter& interpreter, SceneHost& host) {
     auto config = std::make_shared<HostInterface>(u"pathConfig");
-    const auto add = [&interpreter, &host, &config](const Text& name,
-                                                    std::function<Value(const Text&)> answer) {
-        config->add(name, 1, 1, {}, [&interpreter, &host, name, answer](Arguments& arguments) {
-            answer_or_fail(interpreter, host, u"pathConfig." + name);
-            return answer(arguments.text(0));
-        });
+    const auto add = [&host, &config](const Text& name, const maxscript::NativeCode& answer) {
+        config->add(name, 1, 1, {}, fallible(host, u"pathConfig." + name, answer));
     };
     add(u"resolvePathSymbols",
-        [&host](const Text& path) { return Value::string(without_symbols(path, host.project_folder)); });
-    add(u"isAbsolutePath", [](const Text& path) { return Value::boolean(is_absolute(path)); });
-    add(u"convertPathToAbsolute", [&host](const Text& path) {
-        return Value::string(is_absolute(path) ? path : below(host.project_folder, path));
+        [&host](Arguments& a) { return Value::string(without_symbols(a.text(0), host.project_folder)); });
+    add(u"isAbsolutePath", [](Arguments& a) { return Value::boolean(is_absolute(a.text(0))); });
+    add(u"convertPathToAbsolute", [&host](Arguments& a) {
+        return Value::string(is_absolute(a.text(0)) ? a.text(0) : below(host.project_folder, a.text(0)));
     });
     interpreter.globals().add_constant(u"pathConfig", Value::object(config));
 }
 
 // A reference that was found elsewhere when the scene was saved stands for a file in a map folder. The list
-// is read once for each run of a script, which cannot replace the model.
+// is made once for each run of a script: the model cannot change meanwhile.
 class MapFolders {
 public:
     Text find(Interpreter& interpreter, const SceneModel& model, const Text& path) {
@@ -255,7 +230,7 @@ public:
         std::vector<Text> found;
         std::set<Text> known;
         for (const ReferencedFile& file : model.references) {
-            const Text path = text_of(file.found);
+            const Text path = maxscript::text_from_wide(file.found);
             const std::size_t slash = path.find_last_of(u"\\/");
             if (slash != Text::npos && file.found != file.named &&
                 known.insert(path.substr(0, slash)).second) {
@@ -271,7 +246,7 @@ private:
         found_.clear();
         for (const ReferencedFile& file : model.references) {
             if (!file.found.empty()) {
-                found_.emplace(max_file::folded_path(file.named), text_of(file.found));
+                found_.emplace(max_file::folded_path(file.named), maxscript::text_from_wide(file.found));
             }
         }
     }
@@ -281,43 +256,23 @@ private:
 };
 
 void install_map_folders(Interpreter& interpreter, SceneHost& host) {
-    auto folders = std::make_shared<HostInterface>(u"mapPaths");
-    auto map_folders = std::make_shared<MapFolders>();
-    folders->add(u"getFullFilePath", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
-        answer_or_fail(interpreter, host, u"mapPaths.getFullFilePath");
-        ++host.map_path_queries;
-        const Text found = map_folders->find(interpreter, host.model, arguments.text(0));
-        return found.empty() && host.undefined_map_paths ? Value() : Value::string(found);
+    auto paths = std::make_shared<HostInterface>(u"mapPaths");
+    auto folders = std::make_shared<MapFolders>();
+    paths->add(u"getFullFilePath", 1, 1, {},
+               fallible(host, u"mapPaths.getFullFilePath", [&host, folders](Arguments& a) {
+                   ++host.map_path_queries;
+                   const Text found = folders->find(a.interpreter(), host.model, a.text(0));
+                   return found.empty() && host.undefined_map_paths ? Value() : Value::string(found);
+               }));
+    paths->add(u"count", 0, 0, {}, fallible(host, u"mapPaths.count", [&host, folders](Arguments& a) {
+                   const std::size_t count = folders->folders(a.interpreter(), host.model).size();
+                   return Value::integer(static_cast<std::int32_t>(count));
+               }));
+    paths->add(u"get", 1, 1, {}, [&host, folders](Arguments& a) {
+        const std::vector<Text> all = folders->folders(a.interpreter(), host.model);
+        return Value::string(all[index_argument(a, all.size(), u"map path")]);
     });
-    folders->add(u"count", 0, 0, {}, [&interpreter, &host, map_folders](Arguments&) {
-        answer_or_fail(interpreter, host, u"mapPaths.count");
-        return Value::integer(
-            static_cast<std::int32_t>(map_folders->folders(interpreter, host.model).size()));
-    });
-    folders->add(u"get", 1, 1, {}, [&interpreter, &host, map_folders](Arguments& arguments) {
-        const std::vector<Text> all = map_folders->folders(interpreter, host.model);
-        const std::int32_t index = arguments.integer(0);
-        if (index < 1 || static_cast<std::size_t>(index) > all.size()) {
-            arguments.fail(u"-- Runtime error: no such map path");
-        }
-        return Value::string(all[static_cast<std::size_t>(index) - 1]);
-    });
-    interpreter.globals().add_constant(u"mapPaths", Value::object(folders));
-}
-
-// Lets a function of the language itself fail too.
-void make_fallible(Interpreter& interpreter, SceneHost& host, const Text& name) {
-    Value original;
-    if (!interpreter.globals().get(name, original) || !original.is(Kind::native)) {
-        return;
-    }
-    NativeFunction function = original.as_native();
-    const maxscript::NativeCode code = function.code;
-    function.code = [&host, name, code](Arguments& arguments) {
-        answer_or_fail(arguments.interpreter(), host, name);
-        return code(arguments);
-    };
-    interpreter.globals().add_function(function);
+    interpreter.globals().add_constant(u"mapPaths", Value::object(paths));
 }
 
 } // namespace
@@ -325,12 +280,16 @@ void make_fallible(Interpreter& interpreter, SceneHost& host, const Text& name) 
 void install_file_queries(Interpreter& interpreter, SceneHost& host) {
     install_tracker(interpreter, host);
     install_assets(interpreter, host);
-    install_enumeration(interpreter, host);
+    interpreter.globals().add_function(
+        u"enumerateFiles", 1, maxscript::kAnyCount, {},
+        fallible(host, u"enumerateFiles", [&host](Arguments& a) { return enumerate_files(a, host); }));
     install_paths(interpreter, host);
     install_map_folders(interpreter, host);
+    // Functions of the language itself.
     for (const char16_t* const name :
          {u"doesFileExist", u"getFiles", u"getFilenameType", u"substituteString"}) {
-        make_fallible(interpreter, host, name);
+        interpreter.globals().wrap_function(
+            name, [&host, name](const maxscript::NativeCode& code) { return fallible(host, name, code); });
     }
 }
 

@@ -1,4 +1,4 @@
-// `renderers`: the production renderer as an object with the settings that its build has.
+// `renderers`: the production renderer as an object with the settings of its build.
 #include "standin/maxscript_host/scene_library.h"
 
 #include <algorithm>
@@ -8,17 +8,12 @@ namespace maxscript_host {
 namespace {
 
 using max_file::RendererSettings;
-using maxscript::HostClass;
 using maxscript::HostInterface;
-using maxscript::HostObject;
-using maxscript::Interpreter;
-using maxscript::Text;
-using maxscript::Value;
 
 constexpr const wchar_t* kUsualRenderer = L"Default Scanline Renderer";
 constexpr const char16_t* kNestedSettings = u"V_Ray_settings";
 
-// As the host makes names of classes: what is neither letter nor digit becomes an underscore.
+// As the host makes class names: every ASCII character but letters and digits becomes an underscore.
 Text class_name_of(const SceneModel& model) {
     std::wstring name = model.render.renderer.class_name;
     if (name.empty()) {
@@ -50,19 +45,15 @@ Value value_of(const Json::Value& setting) {
                               : Value::undefined();
 }
 
-// A set of properties by name; the settings of a renderer, or the renderer that holds them.
-class Properties : public HostObject {
+// Properties by name: the settings of a renderer, or the renderer that holds them.
+class Properties : public maxscript::HostObject {
 public:
     Properties(Interpreter& interpreter, SceneHost& host, const Text& class_name)
-        : interpreter_(interpreter), host_(host) {
-        auto made = std::make_shared<HostClass>();
-        made->name = class_name;
-        class_ = made;
-    }
+        : interpreter_(interpreter), host_(host), class_(maxscript::make_class(class_name)) {}
 
     void add(const Text& name, const Value& value) { values_[maxscript::folded(name)] = value; }
 
-    std::shared_ptr<const HostClass> host_class() const override { return class_; }
+    maxscript::ClassPointer host_class() const override { return class_; }
     bool has_property(const Text& name) const override { return values_.count(name) != 0; }
     bool get_property(const Text& name, Value& value) override {
         const auto found = values_.find(name);
@@ -81,7 +72,7 @@ public:
 private:
     Interpreter& interpreter_;
     SceneHost& host_;
-    std::shared_ptr<const HostClass> class_;
+    maxscript::ClassPointer class_;
     std::map<Text, Value> values_;
 };
 

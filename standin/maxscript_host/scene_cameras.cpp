@@ -5,30 +5,11 @@ namespace maxscript_host {
 
 namespace {
 
-using maxscript::HostClass;
+using maxscript::ClassPointer;
 using maxscript::HostObject;
-using maxscript::Interpreter;
-using maxscript::Text;
-using maxscript::Value;
-
-using ClassPointer = std::shared_ptr<const HostClass>;
 
 const char16_t* const kCameraClasses[] = {u"Freecamera",         u"Targetcamera",   u"Physical",
                                           u"VRayPhysicalCamera", u"VRayDomeCamera", u"CoronaCam"};
-constexpr const char16_t* kTargetClass = u"Targetobject";
-
-struct NodeClasses {
-    ClassPointer camera;
-    ClassPointer target;
-    std::map<Text, ClassPointer> by_name; // folded
-};
-
-ClassPointer make_class(const Text& name, const ClassPointer& super) {
-    auto made = std::make_shared<HostClass>();
-    made->name = name;
-    made->super = super;
-    return made;
-}
 
 class Node : public HostObject {
 public:
@@ -60,9 +41,9 @@ private:
 
 class CameraSet : public HostObject {
 public:
-    CameraSet(Interpreter& interpreter, SceneHost& host, NodeClasses classes)
-        : interpreter_(interpreter), host_(host), classes_(std::move(classes)),
-          class_(make_class(u"ObjectSet", nullptr)) {}
+    CameraSet(Interpreter& interpreter, SceneHost& host, ClassPointer camera, ClassPointer target)
+        : interpreter_(interpreter), host_(host), camera_(std::move(camera)), target_(std::move(target)),
+          class_(maxscript::make_class(u"ObjectSet")) {}
 
     ClassPointer host_class() const override { return class_; }
     Text text() const override { return u"$cameras"; }
@@ -73,7 +54,7 @@ public:
             items.push_back(node(camera_class(i), model.cameras[i]));
         }
         for (const std::wstring& name : model.camera_targets) {
-            items.push_back(node(classes_.target, name));
+            items.push_back(node(target_, name));
         }
         return true;
     }
@@ -87,34 +68,31 @@ private:
         const Text wanted = index < model.camera_classes.size()
                                 ? maxscript::text_from_wide(model.camera_classes[index])
                                 : Text(kCameraClasses[0]);
-        const auto found = classes_.by_name.find(maxscript::folded(wanted));
-        // A class of a plug-in that the host does not name.
-        return found != classes_.by_name.end() ? found->second : make_class(wanted, classes_.camera);
+        Value known;
+        // A plug-in's class is no global name of the host.
+        return interpreter_.globals().get(wanted, known) && known.is(maxscript::Kind::host_class)
+                   ? known.pointer<const maxscript::HostClass>()
+                   : maxscript::make_class(wanted, camera_);
     }
 
     Interpreter& interpreter_;
     SceneHost& host_;
-    NodeClasses classes_;
+    ClassPointer camera_;
+    ClassPointer target_;
     ClassPointer class_;
 };
 
 } // namespace
 
 void install_cameras(Interpreter& interpreter, SceneHost& host) {
-    NodeClasses classes;
-    classes.camera = make_class(u"camera", nullptr);
-    const ClassPointer geometry = make_class(u"GeometryClass", nullptr);
-    classes.target = make_class(kTargetClass, geometry);
-    interpreter.globals().add_constant(u"camera", Value::of_class(classes.camera));
-    interpreter.globals().add_constant(u"GeometryClass", Value::of_class(geometry));
-    interpreter.globals().add_constant(kTargetClass, Value::of_class(classes.target));
+    const ClassPointer camera = host_class(interpreter, u"camera");
+    const ClassPointer target =
+        host_class(interpreter, u"Targetobject", host_class(interpreter, u"GeometryClass"));
     for (const char16_t* const name : kCameraClasses) {
-        const ClassPointer made = make_class(name, classes.camera);
-        classes.by_name[maxscript::folded(name)] = made;
-        interpreter.globals().add_constant(name, Value::of_class(made));
+        host_class(interpreter, name, camera);
     }
     interpreter.globals().add_constant(
-        u"cameras", Value::object(std::make_shared<CameraSet>(interpreter, host, classes)));
+        u"cameras", Value::object(std::make_shared<CameraSet>(interpreter, host, camera, target)));
 }
 
 } // namespace maxscript_host

@@ -26,17 +26,10 @@ bool is_selected(const SceneCallback& callback, const Selection& wanted) {
 }
 
 Text script_of(Arguments& arguments) {
-    if (arguments.has_keyword(u"filename")) {
-        return u"fileIn @\"" + arguments.keyword_text(u"filename", Text()) + u"\"";
-    }
-    const Value script = arguments[1];
-    if (script.is(Kind::string_stream)) {
-        return script.as_string_stream().text;
-    }
-    if (!script.is(Kind::string)) {
+    if (!arguments[1].is(Kind::string)) {
         arguments.fail(u"callbacks.addScript takes a string in this version, no function");
     }
-    return script.as_string().text;
+    return arguments.text(1);
 }
 
 Value add(Arguments& arguments, SecurityScene& scene) {
@@ -87,17 +80,9 @@ Value show(Arguments& arguments, SecurityScene& scene) {
 
 } // namespace
 
-std::vector<Text> SecurityScene::callback_ids() const {
-    std::vector<Text> ids;
-    for (const SceneCallback& callback : callbacks) {
-        ids.push_back(callback.id);
-    }
-    return ids;
-}
-
 void install_callbacks(Interpreter& interpreter, SecurityScene& scene) {
     auto callbacks = std::make_shared<HostInterface>(u"callbacks");
-    callbacks->add(u"addScript", 1, 2, {u"id", u"persistent", u"filename"},
+    callbacks->add(u"addScript", 2, 2, {u"id", u"persistent"},
                    [&scene](Arguments& a) { return add(a, scene); });
     callbacks->add(u"removeScripts", 0, 1, {u"id"}, [&scene](Arguments& a) { return remove(a, scene); });
     callbacks->add(u"show", 0, 1, {u"id", u"to"}, [&scene](Arguments& a) { return show(a, scene); });

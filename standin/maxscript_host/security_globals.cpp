@@ -1,5 +1,5 @@
-// `globalVars` and `persistents`: get and set of an unknown global throw; leaving the persistent pool leaves
-// the variable and its value.
+// `globalVars` and `persistents`: get and set of an unknown global throw. A global that leaves the persistent
+// pool keeps its value.
 #include "standin/maxscript_host/security_scene.h"
 
 namespace maxscript_host {
@@ -21,22 +21,6 @@ Value names(const std::vector<Text>& texts) {
 
 [[noreturn]] void fail_unknown(const Arguments& arguments) {
     arguments.fail(u"Specified global variable does not exist: #" + arguments.name(0));
-}
-
-Value gather(Arguments& arguments) {
-    Globals& globals = arguments.interpreter().globals();
-    std::vector<Text> kept;
-    for (const Text& name : globals.gather(true)) {
-        Value value;
-        globals.get(name, value);
-        if (!arguments.has_keyword(u"filter") ||
-            arguments.interpreter()
-                .call(arguments.keyword(u"filter"), {Value::name(name), value})
-                .as_boolean()) {
-            kept.push_back(name);
-        }
-    }
-    return names(kept);
 }
 
 Value get(Arguments& arguments) {
@@ -62,7 +46,7 @@ Value set(Arguments& arguments, SecurityScene& scene) {
 Value remove(Arguments& arguments, SecurityScene& scene) {
     const Text& name = arguments.name(0);
     Globals& globals = arguments.interpreter().globals();
-    // While the scene keeps the variable, it would come back.
+    // A persistent variable would come back with the scene.
     if (scene.stuck_globals.count(name) != 0 || globals.is_persistent(name) || !globals.remove(name)) {
         return Value::boolean(false);
     }
@@ -70,9 +54,18 @@ Value remove(Arguments& arguments, SecurityScene& scene) {
     return Value::boolean(true);
 }
 
-void install_global_vars(Interpreter& interpreter, SecurityScene& scene) {
+} // namespace
+
+void restore_persistent_global(Interpreter& interpreter, const Text& name, const Value& value) {
+    interpreter.globals().set_persistent(name, true);
+    interpreter.globals().set(name, value);
+}
+
+void install_global_pools(Interpreter& interpreter, SecurityScene& scene) {
     auto global_vars = std::make_shared<HostInterface>(u"globalVars");
-    global_vars->add(u"gather", 0, 0, {u"filter"}, gather);
+    global_vars->add(u"gather", 0, 0, {}, [](Arguments& a) {
+        return names(a.interpreter().globals().names(Globals::Which::all));
+    });
     global_vars->add(u"isGlobal", 1, 1, {}, [](Arguments& a) {
         return Value::boolean(a.interpreter().globals().is_global(a.name(0)));
     });
@@ -80,9 +73,7 @@ void install_global_vars(Interpreter& interpreter, SecurityScene& scene) {
     global_vars->add(u"set", 2, 2, {}, [&scene](Arguments& a) { return set(a, scene); });
     global_vars->add(u"remove", 1, 1, {}, [&scene](Arguments& a) { return remove(a, scene); });
     interpreter.globals().add_constant(u"globalVars", Value::object(global_vars));
-}
 
-void install_persistents(Interpreter& interpreter, SecurityScene& scene) {
     auto persistents = std::make_shared<HostInterface>(u"persistents");
     persistents->add(u"gather", 0, 0, {},
                      [](Arguments& a) { return names(a.interpreter().globals().persistent_names()); });
@@ -92,33 +83,14 @@ void install_persistents(Interpreter& interpreter, SecurityScene& scene) {
         }
         return Value::boolean(a.interpreter().globals().is_persistent(a.name(0)));
     });
-    persistents->add(u"make", 1, 1, {}, [](Arguments& a) {
-        if (!a.interpreter().globals().is_global(a.name(0))) {
-            fail_unknown(a);
-        }
-        a.interpreter().globals().mark_persistent(a.name(0));
-        return Value::ok();
-    });
     persistents->add(u"remove", 1, 1, {}, [&scene](Arguments& a) {
         if (scene.stuck_globals.count(a.name(0)) == 0) {
-            a.interpreter().globals().unmark_persistent(a.name(0));
+            a.interpreter().globals().set_persistent(a.name(0), false);
             scene.journal.push_back(u"persistents.remove " + a.name(0));
         }
         return Value::ok();
     });
     interpreter.globals().add_constant(u"persistents", Value::object(persistents));
-}
-
-} // namespace
-
-void restore_persistent_global(Interpreter& interpreter, const Text& name, const Value& value) {
-    interpreter.globals().mark_persistent(name);
-    interpreter.globals().set(name, value);
-}
-
-void install_global_pools(Interpreter& interpreter, SecurityScene& scene) {
-    install_global_vars(interpreter, scene);
-    install_persistents(interpreter, scene);
 }
 
 } // namespace maxscript_host

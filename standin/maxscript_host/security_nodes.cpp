@@ -1,18 +1,19 @@
-// Nodes with what a virus needs of them: a class, a name, a scale that a script may drive. Like the host's
-// own commands, `delete` leaves hidden and frozen nodes alone. It refuses to work outside an undo step, where
-// the host would crash later, when a node vanished behind the back of its undo list.
+// Nodes with the parts that a virus uses: a class, a name, a scale that a script may drive. Like the host's
+// own commands, `delete` skips hidden and frozen nodes. It fails outside an undo step: the host would crash
+// later, when its undo list names a node that is gone.
+#include "standin/maxscript_host/scene_library.h"
 #include "standin/maxscript_host/security_scene.h"
+
+#include <algorithm>
 
 namespace maxscript_host {
 
 namespace {
 
 using maxscript::Arguments;
-using maxscript::HostClass;
+using maxscript::ClassPointer;
 using maxscript::HostObject;
 using maxscript::Kind;
-using maxscript::NativeFunction;
-using ClassPointer = std::shared_ptr<const HostClass>;
 
 struct Classes {
     std::map<Text, ClassPointer> by_name; // folded
@@ -21,30 +22,16 @@ struct Classes {
     ClassPointer object_set;
 };
 
-// The scene's other part may have made the class already.
-ClassPointer make_class(Interpreter& interpreter, const Text& name, const ClassPointer& super) {
-    Value known;
-    if (interpreter.globals().get(name, known) && known.is(Kind::host_class)) {
-        return known.pointer<const HostClass>();
-    }
-    auto made = std::make_shared<HostClass>();
-    made->name = name;
-    made->super = super;
-    interpreter.globals().add_constant(name, Value::of_class(made));
-    return made;
-}
-
 Classes make_classes(Interpreter& interpreter) {
     Classes classes;
-    const ClassPointer helper = make_class(interpreter, u"helper", nullptr);
-    const ClassPointer geometry = make_class(interpreter, u"GeometryClass", nullptr);
-    const ClassPointer scale = make_class(interpreter, u"ScaleController", nullptr);
-    classes.by_name[u"point"] = make_class(interpreter, u"Point", helper);
-    classes.by_name[u"dummy"] = make_class(interpreter, u"Dummy", helper);
-    classes.by_name[u"box"] = make_class(interpreter, u"Box", geometry);
-    classes.scale_script = make_class(interpreter, u"scale_script", scale);
-    classes.plain_scale = make_class(interpreter, u"bezier_scale", scale);
-    classes.object_set = make_class(interpreter, u"ObjectSet", nullptr);
+    const ClassPointer helper = host_class(interpreter, u"helper");
+    const ClassPointer scale = host_class(interpreter, u"ScaleController");
+    classes.by_name[u"point"] = host_class(interpreter, u"Point", helper);
+    classes.by_name[u"dummy"] = host_class(interpreter, u"Dummy", helper);
+    classes.by_name[u"box"] = host_class(interpreter, u"Box", host_class(interpreter, u"GeometryClass"));
+    classes.scale_script = host_class(interpreter, u"scale_script", scale);
+    classes.plain_scale = host_class(interpreter, u"bezier_scale", scale);
+    classes.object_set = host_class(interpreter, u"ObjectSet");
     return classes;
 }
 
@@ -174,12 +161,7 @@ Value delete_node(Arguments& arguments, SecurityScene& scene) {
     }
     node->deleted = true;
     scene.undo_list.push_back(node);
-    for (std::size_t i = 0; i < scene.nodes.size(); ++i) {
-        if (scene.nodes[i] == node) {
-            scene.nodes.erase(scene.nodes.begin() + static_cast<std::ptrdiff_t>(i));
-            break;
-        }
-    }
+    scene.nodes.erase(std::find(scene.nodes.begin(), scene.nodes.end(), node));
     scene.journal.push_back(u"delete " + node->name);
     return Value::ok();
 }
@@ -189,41 +171,15 @@ Value is_valid_node(Arguments& arguments) {
     return Value::boolean(object && !object->node()->deleted);
 }
 
-void add_function(Interpreter& interpreter, const Text& name, maxscript::NativeCode code) {
-    NativeFunction function;
-    function.name = name;
-    function.fewest = 1;
-    function.most = 1;
-    function.code = std::move(code);
-    interpreter.globals().add_function(function);
-}
-
 } // namespace
-
-std::vector<Text> SecurityScene::node_names() const {
-    std::vector<Text> names;
-    for (const std::shared_ptr<SceneNode>& node : nodes) {
-        names.push_back(node->name);
-    }
-    return names;
-}
 
 void install_nodes(Interpreter& interpreter, SecurityScene& scene) {
     const auto classes = std::make_shared<Classes>(make_classes(interpreter));
     interpreter.globals().add_constant(u"objects",
                                        Value::object(std::make_shared<NodeSet>(interpreter, scene, classes)));
-    add_function(interpreter, u"delete", [&scene](Arguments& a) { return delete_node(a, scene); });
-    add_function(interpreter, u"isValidNode", is_valid_node);
-}
-
-void install_security(Interpreter& interpreter, SecurityScene& scene) {
-    install_callbacks(interpreter, scene);
-    install_global_pools(interpreter, scene);
-    install_nodes(interpreter, scene);
-    install_startup_folders(interpreter, scene);
-    install_binary_streams(interpreter);
-    install_saving(interpreter, scene);
-    install_ini_settings(interpreter);
+    interpreter.globals().add_function(u"delete", 1, 1, {},
+                                       [&scene](Arguments& a) { return delete_node(a, scene); });
+    interpreter.globals().add_function(u"isValidNode", 1, 1, {}, is_valid_node);
 }
 
 } // namespace maxscript_host

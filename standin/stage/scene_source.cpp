@@ -3,7 +3,6 @@
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
 #include "standin/max_file/scene_file_win32.h"
-#include "standin/max_file/scene_writer_win32.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/scene_literal.h"
 

@@ -1,5 +1,4 @@
 // The start-up script that makes the encrypted form of the analysis script.
-#include "standin/maxscript_host/encrypted_script.h"
 #include "tests/support/scripted_scene.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +14,7 @@ const Text kStamp = kTarget + u".source";
 
 std::string script_in(ScriptedScene& scene) {
     std::string script;
-    const maxscript_host::MemoryFile* const file = scene.files.find(kTarget);
+    const support::MemoryFile* const file = scene.files.find(kTarget);
     EXPECT_TRUE(file != nullptr && maxscript_host::decrypted_script(file->bytes, script));
     return script;
 }

@@ -5,7 +5,7 @@
 namespace {
 
 using maxscript::Text;
-using maxscript_host::MemoryFile;
+using support::MemoryFile;
 using support::Lines;
 using support::utf8;
 using support::VirusBench;

@@ -2,9 +2,9 @@
 // is read. The script is loaded as the module loads it.
 #pragma once
 
-#include "standin/maxscript_host/memory_files.h"
 #include "standin/maxscript_host/scene_library.h"
 #include "standin/maxscript_host/security_scene.h"
+#include "tests/support/memory_files.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -86,14 +86,39 @@ public:
     }
     bool has_global(const Text& name) { return interpreter_.globals().is_global(name); }
     bool is_persistent(const Text& name) { return interpreter_.globals().is_persistent(name); }
-    std::vector<Text> own_globals() { return interpreter_.globals().gather(); }
+    std::vector<Text> own_globals() {
+        return interpreter_.globals().names(maxscript::Globals::Which::of_scripts);
+    }
+    // In the order of the scene.
+    std::vector<Text> node_names() const {
+        std::vector<Text> names;
+        for (const auto& node : scene.nodes) {
+            names.push_back(node->name);
+        }
+        return names;
+    }
+    std::vector<Text> callback_ids() const {
+        std::vector<Text> ids;
+        for (const maxscript_host::SceneCallback& callback : scene.callbacks) {
+            ids.push_back(callback.id);
+        }
+        return ids;
+    }
+    // As Ctrl+Z does, all steps.
+    void undo() {
+        for (const auto& node : scene.undo_list) {
+            node->deleted = false;
+            scene.nodes.push_back(node);
+        }
+        scene.undo_list.clear();
+    }
     maxscript::Interpreter& interpreter() { return interpreter_; }
 
     // In the start-up folders; the user's unless it is said otherwise.
     static Text user(const Text& name) { return u"C:\\Users\\me\\Startup\\" + name; }
     static Text system(const Text& name) { return u"C:\\Max\\scripts\\Startup\\" + name; }
     std::string content(const Text& path) {
-        const maxscript_host::MemoryFile* const file = files.find(path);
+        const support::MemoryFile* const file = files.find(path);
         return file == nullptr ? "(no such file)" : file->bytes;
     }
     // Names in the user's start-up folder.
@@ -108,7 +133,7 @@ public:
     static constexpr const char16_t* kScene = u"D:\\jobs\\Lobby.max";
     static constexpr const char16_t* kCopy = u"D:\\jobs\\Lobby_004711.max";
 
-    maxscript_host::MemoryFiles files;
+    support::MemoryFiles files;
     maxscript_host::SecurityScene scene;
     maxscript_host::SceneHost host;
 

@@ -99,7 +99,7 @@ TEST(VirusCheckAlcNodes, ReportsACarrierThatStaysAndGivesItsNameBack) {
     const Lines expected = {"could not remove helper Rectangles135: it is still there",
                             "removed helper RenderDialogSign", "2 found, 1 removed, 1 left", kNotSaved};
     EXPECT_EQ(bench.check(), expected);
-    EXPECT_EQ(bench.scene.node_names(), std::vector<Text>({u"Rectangles135"}));
+    EXPECT_EQ(bench.node_names(), std::vector<Text>({u"Rectangles135"}));
     EXPECT_EQ(bench.check().front(), expected.front());
 }
 

@@ -137,8 +137,8 @@ TEST(VirusCheckAlcSaving, UndoBringsNoCarrierBack) {
     bench.add_node(u"Legit", u"Point");
     bench.back_up();
     EXPECT_EQ(bench.check().back(), kSaved);
-    bench.scene.undo();
-    EXPECT_EQ(bench.scene.node_names(), std::vector<Text>({u"Legit"}));
+    bench.undo();
+    EXPECT_EQ(bench.node_names(), std::vector<Text>({u"Legit"}));
     EXPECT_EQ(bench.saved_scene(), "saved\nnode Legit\n");
 }
 

@@ -166,7 +166,7 @@ TEST_P(EachFamily, LeavesACleanSceneAsItIs) {
     EXPECT_EQ(bench.saved_scene(), "the scene as it was");
     EXPECT_EQ(bench.scene.callbacks.size(), 2U);
     EXPECT_TRUE(bench.is_persistent(u"MyTool_Settings"));
-    EXPECT_EQ(bench.scene.node_names(), std::vector<Text>({u"Point001"}));
+    EXPECT_EQ(bench.node_names(), std::vector<Text>({u"Point001"}));
     EXPECT_EQ(bench.own_globals(), before); // and nothing else of the script stays behind
 }
 
@@ -223,7 +223,7 @@ TEST(VirusCheckGuards, AreLeftAndToldOf) {
 TEST_P(EachFamily, LeavesAGlobalThatHoldsAnEmptyText) {
     VirusBench bench(GetParam().name);
     const Text name = GetParam().globals[0];
-    bench.run(u"persistent global " + name + u" = \"\"");
+    maxscript_host::restore_persistent_global(bench.interpreter(), name, maxscript::Value::string(u""));
     EXPECT_EQ(bench.check(), Lines({"nothing found"}));
     EXPECT_TRUE(bench.is_persistent(name));
 }
@@ -244,7 +244,7 @@ TEST_P(EachFamily, FindsGlobalsInAnyCaseAndWithoutPersistence) {
 TEST_P(EachFamily, TakesPersistentNamesWithoutAValueAway) {
     VirusBench bench(GetParam().name);
     const Text name = GetParam().globals[0];
-    bench.run(u"persistent global " + name);
+    maxscript_host::restore_persistent_global(bench.interpreter(), name, maxscript::Value());
     EXPECT_EQ(bench.check(),
               Lines({"removed global " + utf8(name), "1 found, 1 removed, 0 left", kNotSaved}));
     EXPECT_FALSE(bench.has_global(name));
@@ -282,7 +282,7 @@ TEST_P(EachFamily, ReportsACallbackThatStaysAndGoesOn) {
     EXPECT_EQ(lines[1].compare(0, 26 + id.size(), "could not remove callback " + utf8(id)), 0) << lines[1];
     EXPECT_NE(lines[1].find("Callback is in use: " + utf8(id)), std::string::npos) << lines[1];
     EXPECT_EQ(lines[lines.size() - 2], count + " found, " + fewer + " removed, 1 left");
-    EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({id}));
+    EXPECT_EQ(bench.callback_ids(), std::vector<Text>({id}));
 }
 
 TEST_P(EachFamily, ReportsAGlobalThatStaysAndGoesOn) {
@@ -321,7 +321,7 @@ TEST_P(EachFamily, TellsOfCallbacksInAHostWhoseListingShowsNoIds) {
     bench.add_callback(u"MyTool");
     infect(bench, GetParam());
     EXPECT_EQ(bench.check(), removal_lines(GetParam()));
-    EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({u"MyTool"}));
+    EXPECT_EQ(bench.callback_ids(), std::vector<Text>({u"MyTool"}));
 }
 
 // The listing of an id without callbacks may be a line that names the id.
@@ -332,7 +332,7 @@ TEST_P(EachFamily, TakesALineAboutNoCallbacksForNone) {
     bench.add_callback(u"MyTool");
     infect(bench, GetParam());
     EXPECT_EQ(bench.check(), removal_lines(GetParam()));
-    EXPECT_EQ(bench.scene.callback_ids(), std::vector<Text>({u"MyTool"}));
+    EXPECT_EQ(bench.callback_ids(), std::vector<Text>({u"MyTool"}));
 }
 
 TEST(VirusCheckAlc, DeletesHelpersAfterTheGlobals) {

@@ -1,7 +1,7 @@
 // The shipped analysis script over a scene that a test makes up, in a host that is all in memory. Portable.
 #pragma once
 
-#include "standin/maxscript_host/memory_files.h"
+#include "tests/support/memory_files.h"
 #include "standin/maxscript_host/scene_library.h"
 
 #include <json/value.h>
@@ -23,7 +23,7 @@ public:
 
     // What a test sets before it asks.
     maxscript_host::SceneHost host;
-    maxscript_host::MemoryFiles files;
+    support::MemoryFiles files;
 
     max_file::SceneModel& model() { return host.model; }
     max_file::RenderSettings& render() { return host.model.render; }

@@ -2,7 +2,6 @@
 // scenes.
 #include "standin/max_file/scene_composer.h"
 #include "standin/max_file/scene_file_win32.h"
-#include "standin/max_file/scene_writer_win32.h"
 #include "standin/max_file/storage_win32.h"
 #include "tests/support/child_program.h"
 
@@ -174,7 +173,7 @@ TEST_F(MaxFile, LargeSceneReadsBack) {
     expect_same(open_good(write_scene(wanted)), wanted);
 }
 
-TEST_F(MaxFile, SameModelSameBytes) {
+TEST_F(MaxFile, SameModelGivesTheSameBytes) {
     const std::string first = support::read_wide(write_scene(max_file::sample_model(), L"a.max"));
     ::Sleep(1100);
     const std::string second = support::read_wide(write_scene(max_file::sample_model(), L"b.max"));
@@ -216,14 +215,14 @@ TEST_F(MaxFile, CompressionBombIsRefused) {
     EXPECT_EQ(problem_of(file), L"is damaged: stream ClassDirectory3: unpacked, it is too large.");
 }
 
-TEST_F(MaxFile, MissingEmptyAndForeignFiles) {
+TEST_F(MaxFile, MissingEmptyAndForeignFilesAreRefused) {
     EXPECT_EQ(problem_of(path(L"nothing.max")), L"does not exist.");
     EXPECT_EQ(problem_of(folder_ + L"\\no folder\\nothing.max"), L"does not exist.");
     EXPECT_EQ(problem_of(folder_), L"is a folder.");
     EXPECT_EQ(problem_of(write_bytes("")), L"is empty.");
     const std::wstring foreign = L"is not a 3ds Max scene: it is no structured storage file.";
     EXPECT_EQ(problem_of(write_bytes("x")), foreign);
-    EXPECT_EQ(problem_of(write_bytes("A text file that somebody gave another ending.\r\n")), foreign);
+    EXPECT_EQ(problem_of(write_bytes("A text file with another file type.\r\n")), foreign);
     EXPECT_EQ(problem_of(write_bytes(std::string(100000, '\0'))), foreign);
     SceneModel model;
     std::wstring problem;
@@ -255,7 +254,7 @@ TEST_F(MaxFile, OtherStoragesAreRefused) {
               L"is damaged: stream ClassDirectory3: there are no classes.");
 }
 
-TEST_F(MaxFile, FileThatAnotherProgramHolds) {
+TEST_F(MaxFile, FileHeldByAnotherProgramIsRefused) {
     const std::wstring file = write_scene(max_file::sample_model());
     {
         const tarvo::FileHandle held(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
@@ -266,8 +265,8 @@ TEST_F(MaxFile, FileThatAnotherProgramHolds) {
     open_good(file);
 }
 
-// No length leaves a readable scene: the last sector is in use.
-TEST_F(MaxFile, CutOffAnywhere) {
+// Every cut loses a used sector: the last one is in use.
+TEST_F(MaxFile, FileCutOffAnywhereIsRefused) {
     const std::string whole = support::read_wide(write_scene(max_file::sample_model()));
     ASSERT_GT(whole.size(), 4000u);
     for (std::size_t length = 1; length < whole.size(); length += length < 600 ? 7 : 61) {
@@ -278,7 +277,7 @@ TEST_F(MaxFile, CutOffAnywhere) {
     EXPECT_EQ(problem_of(write_bytes(whole.substr(0, whole.size() - 1))).compare(0, 12, L"is cut off: "), 0);
 }
 
-TEST_F(MaxFile, RandomChangesAreSurvived) {
+TEST_F(MaxFile, RandomChangesNeverCrash) {
     const std::string whole = support::read_wide(write_scene(max_file::sample_model()));
     std::mt19937 random(20190521);
     int refused = 0;
@@ -310,13 +309,13 @@ protected:
     std::string printed_;
 };
 
-TEST_F(MakeScene, WithoutOptions) {
+TEST_F(MakeScene, WithoutOptionsWritesTheSample) {
     const std::wstring file = path(L"\u65E0.max");
     EXPECT_EQ(run(L"\"" + file + L"\""), 0) << printed_;
     expect_same(open_good(file), max_file::sample_model());
 }
 
-TEST_F(MakeScene, WithOptions) {
+TEST_F(MakeScene, OptionsChangeTheScene) {
     const std::wstring file = path(L"options.max");
     EXPECT_EQ(run(L"--width 800 --height 600 --camera \"\u524D \u53F0\" \"" + file +
                   L"\" --camera B --start -1 --end 12 --reference C:\\a.png"),
@@ -334,7 +333,7 @@ TEST_F(MakeScene, WithOptions) {
     expect_same(open_good(file), wanted);
 }
 
-TEST_F(MakeScene, WrongCommandLines) {
+TEST_F(MakeScene, WrongCommandLinesReturnTwo) {
     const std::wstring file = path(L"never.max");
     for (const wchar_t* const arguments : {L"", L"--camera A", L"--width", L"a.max b.max", L"a.max --width 0",
                                            L"a.max --height 12x", L"a.max --depth 3"}) {

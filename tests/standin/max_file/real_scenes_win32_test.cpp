@@ -116,7 +116,7 @@ protected:
 };
 
 // The host wrote the cameras a second time, into the file's summary.
-TEST_F(RealScenes, CamerasAreThoseOfTheFilesOwnSummary) {
+TEST_F(RealScenes, CamerasMatchTheSummaryOfTheFile) {
     for (const std::wstring& name : scene_names(folder_)) {
         SCOPED_TRACE(tarvo::WideToUtf8(name));
         const SceneModel model = open(name);
@@ -137,7 +137,7 @@ TEST_F(RealScenes, EverySceneHasAVersionAndAPictureSize) {
     }
 }
 
-TEST_F(RealScenes, KnownScenesHoldWhatTheHostShows) {
+TEST_F(RealScenes, KnownScenesMatchTheHost) {
     for (const std::wstring& name : scene_names(folder_)) {
         const auto known = known_scenes().find(name);
         if (known == known_scenes().end()) {

@@ -120,7 +120,7 @@ TEST(SceneChunks, ImpossibleSizesAreRefused) {
               "chunk at byte 0 reaches past the end");
 }
 
-TEST(SceneChunks, ClassDirectory) {
+TEST(SceneChunks, ClassDirectoryGivesNamesAndIds) {
     ByteWriter content;
     content.chunk(0x2060, ByteWriter().u32(0xFFFFFFFE).u32(7).u32(8).u32(0x20).bytes());
     content.chunk(0x2042, ByteWriter().utf16(L"Target").bytes());
@@ -154,7 +154,7 @@ TEST(SceneChunks, ClassWithoutIdsIsRefused) {
     EXPECT_EQ(problem, "class 0: it has no name or no ids");
 }
 
-TEST(SceneChunks, CamerasOfBothReferenceForms) {
+TEST(SceneChunks, CamerasAreFoundByBothReferenceForms) {
     ByteWriter objects;
     objects.container(1, {}).container(2, {});
     objects.container(0, node(L"Listed", ByteWriter().u32(0xFFFFFFFF).u32(0).bytes()));
@@ -169,7 +169,7 @@ TEST(SceneChunks, CamerasOfBothReferenceForms) {
     EXPECT_EQ(problem, "");
 }
 
-TEST(SceneChunks, CameraUnderModifiers) {
+TEST(SceneChunks, CameraUnderModifiersIsFound) {
     ByteWriter objects;
     objects.container(1, {});
     objects.container(0x2032, with_modifiers(0)).container(0x2033, with_modifiers(1));
@@ -193,7 +193,7 @@ TEST(SceneChunks, NamesAreUtf16) {
     EXPECT_EQ(cameras_of(scene_of(objects), problem), names);
 }
 
-TEST(SceneChunks, ModifiersInACircleAreRefused) {
+TEST(SceneChunks, ModifierCyclesAreRefused) {
     ByteWriter circle;
     circle.container(0x2032, with_modifiers(1)).container(0x2032, with_modifiers(0));
     circle.container(0, node(L"Camera", list_of(0)));
@@ -208,7 +208,7 @@ TEST(SceneChunks, ModifiersInACircleAreRefused) {
 }
 
 // Searching every object again for each reference would take 1000 to the power of 12 steps.
-TEST(SceneChunks, ManyReferencesToModifiersEnd) {
+TEST(SceneChunks, ManyReferencesToModifiersAreSearchedOnce) {
     ByteWriter objects;
     for (std::uint32_t index = 0; index < 12; ++index) {
         ByteWriter references;
@@ -223,7 +223,7 @@ TEST(SceneChunks, ManyReferencesToModifiersEnd) {
     EXPECT_EQ(problem, "");
 }
 
-TEST(SceneChunks, DeepNestingCostsNoStack) {
+TEST(SceneChunks, DeepNestingUsesNoStack) {
     ByteBuffer nested;
     for (int level = 0; level < 20000; ++level) {
         // From the inside out, so each level is a header in front of what is there.
@@ -275,7 +275,7 @@ ByteBuffer file_record(const std::wstring& kind, const std::wstring& named, cons
     return writer.bytes();
 }
 
-TEST(SceneChunks, ReferencedFiles) {
+TEST(SceneChunks, ReferencedFilesAreReadInOrder) {
     const ByteBuffer first = file_record(L"Bitmap", L"C:\\a\\\u56FE.png", L"");
     const ByteBuffer both = ByteWriter().raw(first).raw(file_record(L"XRef", L"b.max", L"D:\\b.max")).bytes();
     std::vector<max_file::ReferencedFile> files;
@@ -294,7 +294,7 @@ TEST(SceneChunks, ReferencedFiles) {
     }
 }
 
-TEST(SceneChunks, ReferencedFileWithALieIsRefused) {
+TEST(SceneChunks, ReferencedFileWithAFalseLengthIsRefused) {
     std::vector<max_file::ReferencedFile> files;
     std::string problem;
     for (const std::uint32_t count : {0xFFFFFFFFu, 0x80000000u, 7u}) {

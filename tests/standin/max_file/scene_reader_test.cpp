@@ -67,7 +67,7 @@ ByteBuffer summary_of(const std::vector<Section>& sections, std::uint32_t code_p
     return set.bytes();
 }
 
-TEST(SceneReader, SummaryLinesLieUnderTheirHeadings) {
+TEST(SceneReader, SummaryLinesAreUnderTheirHeadings) {
     max_file::Summary summary;
     std::string problem;
     const ByteBuffer bytes =
@@ -75,15 +75,15 @@ TEST(SceneReader, SummaryLinesLieUnderTheirHeadings) {
     ASSERT_TRUE(max_file::read_summary(bytes, summary, problem)) << problem;
     ASSERT_EQ(summary.sections.size(), 3u);
     EXPECT_EQ(summary.sections[0].lines, (std::vector<std::wstring>{L"one", L"three"}));
-    EXPECT_TRUE(summary.find(L"Materials")->lines.empty());
-    EXPECT_EQ(summary.find(L"Objects")->lines[0], L"\u76F8");
-    EXPECT_EQ(summary.find(L"Nothing"), nullptr);
+    EXPECT_TRUE(summary.lines_under(L"Materials").empty());
+    EXPECT_EQ(summary.lines_under(L"Objects"), std::vector<std::wstring>{L"\u76F8"});
+    EXPECT_TRUE(summary.lines_under(L"Nothing").empty());
     EXPECT_TRUE(summary.texts_are_exact);
     ASSERT_TRUE(max_file::read_summary(summary_of({}, 936), summary, problem));
     EXPECT_FALSE(summary.texts_are_exact);
 }
 
-TEST(SceneReader, SummaryOfAHostWithADecimalComma) {
+TEST(SceneReader, DecimalCommaInTheVersionIsRead) {
     SceneStreams streams = max_file::compose_scene(max_file::sample_model()).streams;
     streams.summary.bytes = summary_of({{"General", {"3ds Max Version: 19,20", "Saved As Version: 18,00"}},
                                         {"Scene Totals", {"Cameras: 3"}},
@@ -103,7 +103,7 @@ TEST(SceneReader, SummaryOfAHostWithADecimalComma) {
               std::vector<std::wstring>{L"The summary's render cameras are not the cameras of the scene."});
 }
 
-TEST(SceneReader, UnusableSummaryLinesLeaveTheDefaultsAndANote) {
+TEST(SceneReader, UnusableSummaryLinesKeepTheDefaultsAndAddANote) {
     SceneStreams streams = max_file::compose_scene(max_file::sample_model()).streams;
     streams.summary.bytes = summary_of({{"General", {"3ds Max Version: x"}},
                                         {"Render Data", {"Render Width=0", "Render Height=99999999999"}}});
@@ -186,7 +186,7 @@ TEST(SceneReader, CutOffStreamsAreRefused) {
 }
 
 // Whatever a byte becomes, reading ends with an answer; the sanitizers watch over how.
-TEST(SceneReader, RandomChangesAreSurvived) {
+TEST(SceneReader, RandomChangesNeverCrash) {
     const SceneStreams whole = max_file::compose_scene(max_file::sample_model()).streams;
     std::mt19937 random(20190521);
     int refused = 0;
@@ -280,7 +280,7 @@ std::string storage_problem(const ByteBuffer& file) {
         file.size());
 }
 
-TEST(SceneReader, StorageLayout) {
+TEST(SceneReader, CutOffStorageLayoutIsRefused) {
     const ByteBuffer good = small_storage();
     EXPECT_EQ(storage_problem(good), "");
     for (std::size_t length = 1; length < good.size(); ++length) {
@@ -311,11 +311,11 @@ const StorageDamage kStorageDamage[] = {
     {44, 2, "is damaged: its table of sectors is incomplete"},
     {44, 0xFFFFFFFF, kCutOff + "2199023255552"},
     {48, 0x00FFFFFF, kBadTable},
-    {48, 2, kBadDirectory}, // the stream's own sectors
+    {48, 2, kBadDirectory}, // the sectors of the stream
     {60, 0x00FFFFFF, kBadTable},
     {76, 0x00FFFFFF, kCutOff + "8589935104"},
-    {kTable + 12, 2, kBadTable},          // a second way into a sector
-    {kTable + 36, 2, kBadTable},          // a circle
+    {kTable + 12, 2, kBadTable},          // a sector with two predecessors
+    {kTable + 36, 2, kBadTable},          // a cycle
     {kTable + 12, 0x00FFFFFF, kBadTable}, // out of the table
     {kTable + 12, 0xFFFFFFFE, kBadDirectory},
     {kTable + 508, 0xFFFFFFFE, kCutOff + "66048"},
@@ -323,14 +323,14 @@ const StorageDamage kStorageDamage[] = {
     {kRoot + 76, 7, kBadDirectory},
     {kRoot + 120, 4096, kBadTable},
     {kStream + 64, 0, kBadDirectory}, // of no kind
-    {kStream + 68, 1, kBadDirectory}, // its own neighbour
+    {kStream + 68, 1, kBadDirectory}, // its own sibling
     {kStream + 72, 0, kBadDirectory},
     {kStream + 116, 0x00FFFFFF, kBadTable},
     {kStream + 120, 4097, kBadDirectory},
     {kStream + 120, 100, kBadDirectory}, // short, and there are no small sectors
 };
 
-TEST(SceneReader, DamagedStorageLayout) {
+TEST(SceneReader, DamagedStorageLayoutIsRefused) {
     for (const auto& each : kStorageDamage) {
         ByteBuffer bad = small_storage();
         for (std::size_t byte = 0; byte < 4; ++byte) {
@@ -340,8 +340,7 @@ TEST(SceneReader, DamagedStorageLayout) {
     }
 }
 
-// Whatever a damaged layer says, looking at it ends.
-TEST(SceneReader, RandomStorageChangesAreSurvived) {
+TEST(SceneReader, CheckOfRandomStorageChangesEnds) {
     const ByteBuffer good = small_storage();
     std::mt19937 random(20190521);
     int refused = 0;

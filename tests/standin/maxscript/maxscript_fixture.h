@@ -1,11 +1,10 @@
-// Runs texts of the script language and says what came of them, for tables of cases.
+// Runs texts of the script language and gives their results, for tables of cases.
 #pragma once
 
 #include "standin/maxscript/interpreter.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -19,7 +18,7 @@ using maxscript::Value;
 
 struct Case {
     const char* source;
-    // What print shows of the result, or "line,column message" of the error.
+    // The printed result, or "line,column message" of the error.
     const char* outcome;
 };
 
@@ -36,49 +35,6 @@ struct Listener : maxscript::Listener {
     std::string output;
 };
 
-// Files in memory; paths are equal without regard to case.
-struct Files : maxscript::FileAccess {
-    static Text key(const Text& path) { return maxscript::folded(path); }
-    bool exists(const Text& path) override { return content.count(key(path)) != 0; }
-    bool folder_exists(const Text&) override { return false; }
-    bool read(const Text& path, std::string& bytes) override {
-        const auto found = content.find(key(path));
-        if (found == content.end()) {
-            return false;
-        }
-        bytes = found->second;
-        return true;
-    }
-    bool write(const Text& path, const std::string& bytes) override {
-        if (read_only[key(path)]) {
-            return false;
-        }
-        content[key(path)] = bytes;
-        return true;
-    }
-    std::vector<Text> list(const Text&) override {
-        std::vector<Text> paths;
-        for (const auto& file : content) {
-            paths.push_back(file.first);
-        }
-        return paths;
-    }
-    bool remove(const Text& path) override { return !read_only[key(path)] && content.erase(key(path)) != 0; }
-    bool rename(const Text& from, const Text& to) override { return copy(from, to) && remove(from); }
-    bool copy(const Text& from, const Text& to) override {
-        std::string bytes;
-        return !exists(to) && read(from, bytes) && write(to, bytes);
-    }
-    bool is_read_only(const Text& path) override { return read_only[key(path)]; }
-    bool set_read_only(const Text& path, bool on) override {
-        read_only[key(path)] = on;
-        return exists(path);
-    }
-
-    std::map<Text, std::string> content;
-    std::map<Text, bool> read_only;
-};
-
 inline std::string position_and(const ScriptError& error) {
     return std::to_string(error.line()) + "," + std::to_string(error.column()) + " " + utf8(error.message());
 }
@@ -91,16 +47,14 @@ inline std::string outcome_of(Interpreter& interpreter, const std::string& sourc
     }
 }
 
-inline void run_cases(const std::vector<Case>& cases, bool strict = true) {
+inline void run_cases(const std::vector<Case>& cases) {
     for (const Case& one : cases) {
-        Environment environment;
-        environment.settings.strict = strict;
-        Interpreter interpreter(environment);
+        Interpreter interpreter{Environment()};
         EXPECT_EQ(outcome_of(interpreter, one.source), one.outcome) << one.source;
     }
 }
 
-// What shows before running, one line each.
+// The problems that show before running, one line each.
 inline std::string check_outcome(const std::string& source) {
     const Interpreter interpreter{Environment()};
     std::string all;

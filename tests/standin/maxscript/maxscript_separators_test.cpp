@@ -1,9 +1,9 @@
-// Where a semicolon or a blank may stand, and what a power becomes.
+// Where semicolons and blanks are allowed.
 #include "tests/standin/maxscript/maxscript_fixture.h"
 
 using script_fixture::run_cases;
 
-TEST(MaxscriptSeparators, ASemicolonMayStandBeforeWhatGoesOn) {
+TEST(MaxscriptSeparators, SemicolonIsAllowedBeforeElseCatchAndCommas) {
     run_cases({
         {"if false then 1; else 2", "2"},
         {"if true then 1; else 2", "1"},
@@ -14,11 +14,6 @@ TEST(MaxscriptSeparators, ASemicolonMayStandBeforeWhatGoesOn) {
     });
 }
 
-TEST(MaxscriptSeparators, ABlankMayStandInTheOpeningOfAnArray) {
+TEST(MaxscriptSeparators, BlankIsAllowedBetweenHashAndBracket) {
     run_cases({{"# (1, 2)", "#(1, 2)"}, {"#\t()", "#()"}, {"(undo \"text\" on (4))", "4"}});
-}
-
-TEST(MaxscriptSeparators, AnIntegerToAPowerIsRounded) {
-    run_cases(
-        {{"2 ^ 0.9", "2"}, {"2 ^ 0.1", "1"}, {"2 ^ 0.5", "1"}, {"2 ^ 3", "8"}, {"2.0 ^ 0.5", "1.41421"}});
 }

@@ -1,4 +1,4 @@
-// What an embedder of the script language builds on: native functions, host objects, globals, values.
+// The interface for embedders of the script language: native functions, host objects, globals, values.
 #include "tests/standin/maxscript/maxscript_fixture.h"
 
 using script_fixture::outcome_of;
@@ -78,7 +78,7 @@ TEST_F(MaxscriptHost, ObjectsHavePropertiesMethodsAndElements) {
     EXPECT_EQ(run("cam()"), "1,1 Type error: Call needs function or class, got: $Camera:Cam");
 }
 
-TEST_F(MaxscriptHost, Classes) {
+TEST_F(MaxscriptHost, ObjectsAnswerTheirClassAndSuperClass) {
     EXPECT_EQ(run("classOf cam"), "Freecamera");
     EXPECT_EQ(run("superClassOf cam"), "camera");
     EXPECT_EQ(run("superClassOf cam == camera"), "true");
@@ -131,7 +131,7 @@ TEST_F(MaxscriptHost, InterfacesFillReferencesAndCallBack) {
               "\"-- Runtime error: in\"");
 }
 
-TEST_F(MaxscriptHost, VariablesOfTheHost) {
+TEST_F(MaxscriptHost, HostVariablesAreReadAndSetThroughTheEmbedder) {
     Text output = u"a.png";
     interpreter_.globals().add_variable(
         u"rendOutputFilename", [&] { return Value::string(output); },
@@ -145,14 +145,18 @@ TEST_F(MaxscriptHost, VariablesOfTheHost) {
 }
 
 TEST_F(MaxscriptHost, GlobalsAreReachable) {
-    run("Zed = 1; global alpha; persistent global Keep = \"k\"; (local hidden = 2); fn func = 1");
+    run("Zed = 1; global alpha; global Keep = \"k\"; (local hidden = 2); fn func = 1");
     Globals& globals = interpreter_.globals();
+    globals.set_persistent(u"keep", true);
     EXPECT_TRUE(globals.is_global(u"ZED"));
     EXPECT_FALSE(globals.is_global(u"hidden"));
-    EXPECT_EQ(globals.gather(), (std::vector<Text>{u"alpha", u"func", u"Keep", u"Zed"}));
+    EXPECT_EQ(globals.names(Globals::Which::of_scripts),
+              (std::vector<Text>{u"alpha", u"func", u"Keep", u"Zed"}));
     EXPECT_EQ(globals.persistent_names(), (std::vector<Text>{u"Keep"}));
-    EXPECT_TRUE(globals.unmark_persistent(u"keep"));
-    EXPECT_FALSE(globals.unmark_persistent(u"keep"));
+    globals.set_persistent(u"keep", false);
+    globals.set_persistent(u"never_declared", false);
+    EXPECT_FALSE(globals.is_global(u"never_declared"));
+    EXPECT_TRUE(globals.persistent_names().empty());
     EXPECT_EQ(run("Keep"), "\"k\""); // the value stays
     EXPECT_TRUE(globals.set(u"zed", Value::integer(7)));
     EXPECT_EQ(run("Zed"), "7");
@@ -163,7 +167,7 @@ TEST_F(MaxscriptHost, GlobalsAreReachable) {
     EXPECT_EQ(run("Zed"), "1,1 undeclared name: Zed");
 }
 
-TEST_F(MaxscriptHost, ValuesOfNativeCode) {
+TEST_F(MaxscriptHost, NativeCodePrintsCallsAndCastsValues) {
     const Value list = Value::array({Value::integer(1), Value::name(u"Abc"), Value()});
     EXPECT_EQ(interpreter_.printed(list), u"#(1, #Abc, undefined)");
     EXPECT_EQ(interpreter_.as_string(Value::string(u"x")), u"x");
@@ -175,17 +179,17 @@ TEST_F(MaxscriptHost, ValuesOfNativeCode) {
     EXPECT_EQ(list.object_as<Camera>(), nullptr);
 }
 
-TEST_F(MaxscriptHost, CheckLeavesTheGlobalsAlone) {
+TEST_F(MaxscriptHost, CheckDoesNotChangeTheGlobals) {
     EXPECT_TRUE(interpreter_.check("global fresh = 1\nfn fresh_function = fresh", u"a.ms").empty());
     EXPECT_FALSE(interpreter_.globals().is_global(u"fresh"));
     EXPECT_EQ(interpreter_.check("cam.fov + unknown_name", u"a.ms").size(), 1u);
 }
 
-TEST(MaxscriptText, Conversions) {
+TEST(MaxscriptText, ConvertsWideTextAndComparesWithoutCase) {
     EXPECT_EQ(text_from_wide(wide_from_text(u"\u4E2D\U0001F600")), u"\u4E2D\U0001F600");
     EXPECT_TRUE(equal_folded(u"\u0416a", u"\u0436A"));
-    EXPECT_LT(compare_folded(u"a", u"B"), 0);
-    EXPECT_EQ(upper_unit(lower_unit(0x178)), 0x178); // no pair in these tables
+    EXPECT_FALSE(equal_folded(u"a", u"ab"));
+    EXPECT_EQ(lower_unit(0x178), 0x178); // no pair in these tables
 }
 
 } // namespace

@@ -1,10 +1,10 @@
-#include "standin/maxscript_host/memory_files.h"
+#include "tests/support/memory_files.h"
 
 #include "standin/base/wildcards.h"
 
 #include <algorithm>
 
-namespace maxscript_host {
+namespace support {
 
 namespace {
 
@@ -63,7 +63,7 @@ bool MemoryFiles::exists(const Text& path) {
     return find(path) != nullptr;
 }
 
-// A folder is there when it holds a file, at any depth.
+// A folder exists when it contains a file, at any depth.
 bool MemoryFiles::folder_exists(const Text& path) {
     Text begin = key(path);
     queries_.push_back(begin);
@@ -167,4 +167,4 @@ bool MemoryFiles::set_read_only(const Text& path, bool read_only) {
     return true;
 }
 
-} // namespace maxscript_host
+} // namespace support

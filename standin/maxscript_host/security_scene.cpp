@@ -1,4 +1,4 @@
-// saveMaxFile, setSaveRequired and clearUndoBuffer; what a saved scene keeps of what a virus can sit in.
+// saveMaxFile, setSaveRequired and clearUndoBuffer, and the part of a saved scene that a virus can hide in.
 #include "standin/maxscript_host/security_scene.h"
 
 namespace maxscript_host {
@@ -13,7 +13,7 @@ Value save_max_file(Arguments& arguments, SecurityScene& scene) {
     if (saved && arguments.keyword_boolean(u"clearneedsaveflag", true)) {
         scene.save_required = false;
     }
-    // A scene that is saved under a new name, or that asks the user, is not what a check may do.
+    // The journal shows a new name and a question to the user: a check may do neither.
     const bool keeps_name = !arguments.keyword_boolean(u"usenewfile", true);
     const bool quiet = arguments.keyword_boolean(u"quiet", false);
     scene.journal.push_back(u"saveMaxFile " + path + (keeps_name ? u"" : u" new name") +
@@ -37,15 +37,11 @@ Text SecurityScene::saved_content(Interpreter& interpreter) const {
     return content;
 }
 
-void SecurityScene::undo() {
-    for (const std::shared_ptr<SceneNode>& node : undo_list) {
-        node->deleted = false;
-        nodes.push_back(node);
-    }
-    undo_list.clear();
-}
-
-void install_saving(Interpreter& interpreter, SecurityScene& scene) {
+void install_security(Interpreter& interpreter, SecurityScene& scene) {
+    install_callbacks(interpreter, scene);
+    install_global_pools(interpreter, scene);
+    install_nodes(interpreter, scene);
+    install_file_functions(interpreter, scene);
     maxscript::Globals& globals = interpreter.globals();
     globals.add_function(u"saveMaxFile", 1, 1, {u"clearNeedSaveFlag", u"useNewFile", u"quiet"},
                          [&scene](Arguments& a) { return save_max_file(a, scene); });

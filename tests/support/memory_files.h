@@ -1,6 +1,6 @@
-// Files that exist in memory only, with the behaviour of Windows: names in any case and with either slash,
-// read-only files that cannot be written or deleted (but renamed), a copy that keeps the attribute, files
-// that another program holds open, folders in which nothing may be changed.
+// Files in memory that behave as on Windows: names in any case and with either slash, read-only files that
+// cannot be written or deleted (but renamed), a copy that keeps the attribute, files that another program
+// holds open, folders without write access. For scripts; portable.
 #pragma once
 
 #include "standin/maxscript/interpreter.h"
@@ -8,7 +8,7 @@
 #include <map>
 #include <set>
 
-namespace maxscript_host {
+namespace support {
 
 using maxscript::Text;
 
@@ -16,8 +16,8 @@ struct MemoryFile {
     Text path; // as it was first given
     std::string bytes;
     bool read_only = false;
-    bool held = false;       // open elsewhere: can be read, but not written, deleted or renamed
-    bool unreadable = false; // open elsewhere, shared with nobody
+    bool held = false;       // open in another program: can be read, but not written, deleted or renamed
+    bool unreadable = false; // open in another program, without sharing
 };
 
 class MemoryFiles : public maxscript::FileAccess {
@@ -25,15 +25,15 @@ public:
     MemoryFile& put(const Text& path, const std::string& bytes);
     // Null when there is none.
     MemoryFile* find(const Text& path);
-    // Without the closing separator: nothing in it can be made, changed or deleted.
+    // No file in it can be created, changed or deleted. Without the closing separator.
     void lock_folder(const Text& folder) { locked_folders_.insert(key(folder)); }
-    // From now on so many bytes can be added; a file that does not fit is cut off, and writing it fails.
+    // From now on this many bytes can be added; a file that does not fit is cut off, and writing it fails.
     void leave_space(std::size_t bytes) { space_ = bytes; }
-    // From now on no file can get another name.
+    // From now on no file can be renamed.
     void refuse_renaming() { renames_ = false; }
     // All paths, sorted.
     std::vector<Text> paths() const;
-    // What was asked for below `folder` (with its closing separator): whether it is there, and what it holds.
+    // The number of queries for files and folders below `folder` (with its closing separator).
     std::size_t queries_below(const Text& folder) const;
 
     bool exists(const Text& path) override;
@@ -41,7 +41,7 @@ public:
     std::int64_t size(const Text& path) override;
     bool read(const Text& path, std::string& bytes) override;
     bool write(const Text& path, const std::string& bytes) override;
-    // The names stand behind the pattern's own folder, as it is written.
+    // The paths begin with the pattern's own folder, as it is written.
     std::vector<Text> list(const Text& pattern) override;
     bool remove(const Text& path) override;
     bool rename(const Text& from, const Text& to) override;
@@ -60,4 +60,4 @@ private:
     bool renames_ = true;
 };
 
-} // namespace maxscript_host
+} // namespace support

@@ -14,10 +14,6 @@ if(MINGW)
     target_link_libraries(tarvo_gtest INTERFACE
         ${TARVO_DEPS_DIR}/mingw/lib/libgmock.a ${TARVO_DEPS_DIR}/mingw/lib/libgtest.a)
 
-    add_library(tarvo_httplib INTERFACE)
-    target_include_directories(tarvo_httplib SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
-    target_link_libraries(tarvo_httplib INTERFACE ws2_32 crypt32)
-
     # Headers only; the stand-ins use them.
     add_library(tarvo_cli11 INTERFACE)
     target_include_directories(tarvo_cli11 SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
@@ -45,10 +41,6 @@ else()
         find_package(GTest REQUIRED)
         add_library(tarvo_gtest INTERFACE)
         target_link_libraries(tarvo_gtest INTERFACE GTest::gmock GTest::gtest)
-        find_path(TARVO_HTTPLIB_FOLDER httplib.h REQUIRED)
-        add_library(tarvo_httplib INTERFACE)
-        target_include_directories(tarvo_httplib SYSTEM INTERFACE ${TARVO_HTTPLIB_FOLDER})
-        target_link_libraries(tarvo_httplib INTERFACE ws2_32 crypt32)
     endif()
     if(UNIX)
         find_package(GTest REQUIRED)

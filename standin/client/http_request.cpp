@@ -2,30 +2,9 @@
 
 #include "standin/base/text.h"
 
+#include <sstream>
+
 namespace client {
-
-namespace {
-
-std::string trimmed(const std::string& text) {
-    const size_t first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) {
-        return std::string();
-    }
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-std::vector<std::string> lines_of(const std::string& head) {
-    std::vector<std::string> lines;
-    size_t start = 0;
-    for (size_t end = head.find("\r\n"); end != std::string::npos; end = head.find("\r\n", start)) {
-        lines.push_back(head.substr(start, end - start));
-        start = end + 2;
-    }
-    lines.push_back(head.substr(start));
-    return lines;
-}
-
-} // namespace
 
 std::string header_value(const HttpRequest& request, const std::string& name) {
     std::string value;
@@ -38,22 +17,22 @@ std::string header_value(const HttpRequest& request, const std::string& name) {
 }
 
 bool parse_request_head(const std::string& head, HttpRequest& request) {
-    const std::vector<std::string> lines = lines_of(head);
-    const size_t first = lines[0].find(' ');
-    const size_t last = lines[0].rfind(' ');
-    if (first == std::string::npos || first == last || lines[0].compare(last + 1, 5, "HTTP/") != 0) {
-        return false;
-    }
-    request.method = lines[0].substr(0, first);
-    request.target = lines[0].substr(first + 1, last - first - 1);
-    for (size_t i = 1; i < lines.size(); ++i) {
-        const size_t colon = lines[i].find(':');
+    std::istringstream lines(head);
+    std::string version;
+    lines >> request.method >> request.target >> version;
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line)) {
+        line = line.substr(0, line.find('\r'));
+        const std::size_t colon = line.find(':');
         if (colon == std::string::npos) {
             return false;
         }
-        request.headers.emplace_back(lines[i].substr(0, colon), trimmed(lines[i].substr(colon + 1)));
+        const std::size_t value = line.find_first_not_of(" \t", colon + 1);
+        request.headers.emplace_back(line.substr(0, colon),
+                                     value == std::string::npos ? std::string() : line.substr(value));
     }
-    return true;
+    return version.compare(0, 5, "HTTP/") == 0;
 }
 
 } // namespace client

@@ -2,8 +2,11 @@
 
 #include "standin/base/files_win32.h"
 #include "standin/base/json.h"
+#include "standin/base/program_win32.h"
 #include "standin/base/text.h"
-#include "standin/client/archive_check.h"
+
+#include <cstdlib>
+#include <vector>
 
 namespace client {
 
@@ -12,12 +15,70 @@ namespace {
 constexpr const char* kContentType = "application/json;charset=utf-8";
 constexpr const char* kUserAgent = "A WinHTTP Program For Marrowby/1.0";
 constexpr const char* kMembers[] = {"compressPath", "filePath", "maxVersion", "scenePath"};
-constexpr size_t kDocumentLimit = 64 * 1024 * 1024;
+constexpr std::size_t kDocumentLimit = 64 * 1024 * 1024;
+
+struct ArchiveEntry {
+    std::string name; // UTF-8
+    long long size = 0;
+};
+
+struct ArchiveFindings {
+    base::ProgramResult test;
+    std::vector<ArchiveEntry> entries;
+};
+
+bool take_field(const std::string& line, const std::string& key, std::string& value) {
+    const std::string start = key + " = ";
+    if (line.compare(0, start.size(), start) != 0) {
+        return false;
+    }
+    value = line.substr(start.size());
+    return true;
+}
+
+// The entries of what "7z l -slt" prints.
+std::vector<ArchiveEntry> entries_of_listing(const std::string& listing) {
+    std::vector<ArchiveEntry> entries;
+    bool in_entries = false; // above the line of hyphens are the archive's own properties
+    for (const std::string& line : base::lines_of(listing)) {
+        std::string value;
+        if (line == "----------") {
+            in_entries = true;
+        } else if (in_entries && take_field(line, "Path", value)) {
+            entries.emplace_back();
+            entries.back().name = value;
+        } else if (!entries.empty() && take_field(line, "Size", value)) {
+            entries.back().size = std::strtoll(value.c_str(), nullptr, 10);
+        }
+    }
+    return entries;
+}
+
+// An archive with the same bytes as the last one is not tested again: a sweep sends the same one each time.
+ArchiveFindings examine_archive(const std::wstring& seven_zip, const std::wstring& archive) {
+    static std::string last_content;
+    static ArchiveFindings last;
+    std::string content;
+    const bool readable = base::read_file(archive, content);
+    if (readable && !last_content.empty() && content == last_content) {
+        return last;
+    }
+    ArchiveFindings findings;
+    // After "--" a path that begins with a hyphen is a path; a Windows path cannot hold a quote.
+    const std::wstring common = L" -bd -sccUTF-8 -- \"" + archive + L"\"";
+    findings.test = base::run_program(seven_zip, L"t" + common);
+    if (findings.test.started && findings.test.exit_code == 0) {
+        findings.entries = entries_of_listing(base::run_program(seven_zip, L"l -slt" + common).output);
+        last_content = readable ? content : std::string();
+        last = findings;
+    }
+    return findings;
+}
 
 class Examination {
 public:
-    Examination(const HttpRequest& request, const std::wstring& seven_zip, RequestFindings& findings)
-        : request_(request), seven_zip_(seven_zip), findings_(findings) {}
+    Examination(const HttpRequest& request, const std::wstring& seven_zip, Json::Value& record)
+        : request_(request), seven_zip_(seven_zip), checks_(record["checks"]), job_(record["job"]) {}
 
     void run();
 
@@ -35,11 +96,16 @@ private:
 
     const HttpRequest& request_;
     const std::wstring& seven_zip_;
-    RequestFindings& findings_;
+    Json::Value& checks_;
+    Json::Value& job_;
 };
 
 bool Examination::note(const char* name, bool ok, const std::string& detail) {
-    findings_.checks.push_back(Check{name, ok, detail});
+    Json::Value check(Json::objectValue);
+    check["check"] = name;
+    check["ok"] = ok;
+    check["detail"] = detail;
+    checks_.append(check);
     return ok;
 }
 
@@ -86,16 +152,16 @@ bool Examination::look_at_body() {
                    "scenePath as texts, in this order")) {
         return false;
     }
-    findings_.job.archive = root["compressPath"].asString();
-    findings_.job.document = root["filePath"].asString();
-    findings_.job.max_version = root["maxVersion"].asString();
-    findings_.job.scene = root["scenePath"].asString();
+    job_["archive"] = root["compressPath"];
+    job_["document"] = root["filePath"];
+    job_["maxVersion"] = root["maxVersion"];
+    job_["scene"] = root["scenePath"];
     return true;
 }
 
 void Examination::look_at_document() {
     std::wstring path;
-    if (!existing_file("document", findings_.job.document, path)) {
+    if (!existing_file("document", job_["document"].asString(), path)) {
         return;
     }
     std::string text;
@@ -111,40 +177,42 @@ void Examination::look_at_document() {
         return;
     }
     const Json::Value& name = document["name"];
-    compare("document-name", findings_.job.scene, name.isString() ? name.asString() : "(not a text)");
+    compare("document-name", job_["scene"].asString(), name.isString() ? name.asString() : "(not a text)");
     list_cameras(document);
 }
 
 void Examination::list_cameras(const Json::Value& document) {
     const Json::Value& cameras = document["cameras"];
+    std::vector<std::string> names;
     if (cameras.isArray()) {
         for (const Json::Value& camera : cameras) {
             const bool named = camera.isObject() && camera["name"].isString();
-            findings_.job.cameras.push_back(named ? camera["name"].asString() : "(without a name)");
+            names.push_back(named ? camera["name"].asString() : "(without a name)");
+            job_["cameras"].append(names.back());
         }
     }
-    // A job without a camera is the sender's business; it only is worth a line.
-    note("cameras", true, findings_.job.cameras.empty() ? "none" : base::comma_list(findings_.job.cameras));
+    // A job without a camera is valid.
+    note("cameras", true, names.empty() ? "none" : base::comma_list(names));
 }
 
 void Examination::look_at_archive() {
     std::wstring path;
-    if (!existing_file("archive", findings_.job.archive, path)) {
+    if (!existing_file("archive", job_["archive"].asString(), path)) {
         return;
     }
-    findings_.job.archive_size = base::file_size(path);
+    job_["archiveSize"] = static_cast<Json::Int64>(base::file_size(path));
     if (!base::file_exists(seven_zip_)) {
         note("archive-test", false, "cannot be tested, there is no '" + base::to_utf8(seven_zip_) + "'");
         return;
     }
     const ArchiveFindings archive = examine_archive(seven_zip_, path);
-    if (!archive.program_ran) {
+    if (!archive.test.started) {
         note("archive-test", false, "'" + base::to_utf8(seven_zip_) + "' does not start");
         return;
     }
-    const bool whole = archive.test_exit_code == 0;
-    const std::string code = "7z t ended with " + std::to_string(archive.test_exit_code);
-    if (note("archive-test", whole, whole ? code : code + ": " + base::collapsed(archive.test_output))) {
+    const bool whole = archive.test.exit_code == 0;
+    const std::string code = "7z t ended with " + std::to_string(archive.test.exit_code);
+    if (note("archive-test", whole, whole ? code : code + ": " + base::collapsed(archive.test.output))) {
         look_at_entries(archive.entries);
     }
 }
@@ -154,9 +222,9 @@ void Examination::look_at_entries(const std::vector<ArchiveEntry>& entries) {
         note("archive-entry", false, "one entry expected, got " + std::to_string(entries.size()));
         return;
     }
-    findings_.job.archive_entry = entries[0].name;
-    findings_.job.archive_entry_size = entries[0].size;
-    const std::wstring scene = base::to_wide(findings_.job.scene);
+    job_["archiveEntry"] = entries[0].name;
+    job_["archiveEntrySize"] = static_cast<Json::Int64>(entries[0].size);
+    const std::wstring scene = base::to_wide(job_["scene"].asString());
     compare("archive-entry", base::to_utf8(base::name_of(scene)), entries[0].name);
     if (base::file_exists(scene)) {
         compare("archive-entry-size", std::to_string(base::file_size(scene)),
@@ -170,28 +238,32 @@ void Examination::run() {
         return;
     }
     std::wstring scene;
-    existing_file("scene", findings_.job.scene, scene);
+    existing_file("scene", job_["scene"].asString(), scene);
     look_at_document();
     look_at_archive();
 }
 
 } // namespace
 
-bool RequestFindings::all_ok() const {
-    for (const Check& check : checks) {
-        if (!check.ok) {
-            return false;
-        }
+Json::Value check_request(const HttpRequest& request, const std::wstring& seven_zip) {
+    Json::Value record(Json::objectValue);
+    record["checks"] = Json::Value(Json::arrayValue);
+    Json::Value& job = record["job"];
+    for (const char* text : {"scene", "document", "maxVersion", "archive", "archiveEntry"}) {
+        job[text] = "";
     }
-    return !checks.empty();
-}
-
-RequestFindings check_request(const HttpRequest& request, const std::wstring& seven_zip) {
-    RequestFindings findings;
+    job["archiveSize"] = -1;
+    job["archiveEntrySize"] = -1;
+    job["cameras"] = Json::Value(Json::arrayValue);
     if (request.was_read) {
-        Examination(request, seven_zip, findings).run();
+        Examination(request, seven_zip, record).run();
     }
-    return findings;
+    bool ok = !record["checks"].empty();
+    for (const Json::Value& check : record["checks"]) {
+        ok = ok && check["ok"].asBool();
+    }
+    record["ok"] = ok;
+    return record;
 }
 
 } // namespace client

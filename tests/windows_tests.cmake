@@ -36,7 +36,7 @@ list(TRANSFORM TARVO_SDK_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE 
 add_executable(plugin_tests ${TARVO_PLUGIN_TESTS} ${TARVO_SDK_FILES}
     support/portable_main.cpp support/test_boxes.cpp support/test_folder.cpp
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
-target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk tarvo_gtest ${TARVO_STATIC})
+target_link_libraries(plugin_tests PRIVATE tarvo_win32 host_sdk standin_base tarvo_gtest ${TARVO_STATIC})
 build_quickly(plugin_tests -O0 <gtest/gtest.h> <json/json.h> <windows.h>)
 
 # The finished module through its exports, as the host uses it: nothing of the product is linked.

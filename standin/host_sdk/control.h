@@ -1,7 +1,5 @@
-// The other side of the host stand-in: what the stage and the tests tell it, and what it tells them. The
-// module under test never sees this header; it sees the host's own headers in include/. Everything runs on
-// one thread. Texts are UTF-16. Pointers handed out stay valid until the next call that changes what they
-// describe.
+// How the stage and the tests drive the host stand-in. The module under test sees only the host's own
+// headers, in include/. Everything runs on one thread. Texts are UTF-16.
 #pragma once
 
 #include <windows.h>
@@ -16,8 +14,8 @@
 
 namespace host_sdk {
 
-// Hears of every call that the module makes into the host, in order. `name` is the function's name as the
-// host's headers spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments.
+// Gets every call of the module into the host, in order. `name` is the function's name as the host's headers
+// spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments.
 class CallRecorder {
 public:
     virtual ~CallRecorder() = default;
@@ -41,14 +39,12 @@ struct Faults {
     bool no_menu_manager = false;
     bool no_action_manager = false;
     bool no_main_menu_bar = false;
-    bool save_fails = false;
     bool save_as_fails = false;
 };
 
-// Back to a host that was just started: no scene, no menus, no tables, no notifications, no faults. Who
-// listens, the script runner, the text tag and the main window stay. Registered tables belong to the host and
-// are deleted, action callbacks are only forgotten. Comes before the module under test is unloaded, or not at
-// all.
+// Back to a host that has just started: no scene, no menus, no tables, no notifications, no faults. Recorder,
+// listener, script runner, text tag and main window stay. Deletes the registered tables, which belong to the
+// host, and forgets the action callbacks. Call it before the module under test is unloaded.
 HOST_STANDIN_API void reset();
 
 HOST_STANDIN_API void set_call_recorder(CallRecorder* recorder);
@@ -66,26 +62,25 @@ HOST_STANDIN_API bool scene_needs_save();
 HOST_STANDIN_API void broadcast_notification(int code);
 HOST_STANDIN_API int notification_handler_count(int code);
 
-// Menus. The menu file is what the host keeps from run to run: titles and items, one text per run.
+// The menu file is what the host keeps of its menus from run to run; menu_file.cpp describes it. `load_menus`
+// replaces all menus, as the host does when it starts; that of 2018 does it once more after the plug-ins have
+// started.
 HOST_STANDIN_API std::wstring save_menus();
-HOST_STANDIN_API bool
-load_menus(const std::wstring& menu_file); // false: not a menu file; nothing has changed
-// Throws the menu bar away and builds it again from the menu file, as the host of 2018 does after start.
-HOST_STANDIN_API void rebuild_menu_bar(const std::wstring& menu_file);
+HOST_STANDIN_API void load_menus(const std::wstring& menu_file);
 
-// The Windows menu for the frame window; owned by the stand-in; every update of the menu bar makes a new one.
+// The Windows menu for the frame window. The stand-in owns it and makes a new one at every update of the menu
+// bar.
 HOST_STANDIN_API HMENU menu_bar();
-// Called after every update of the menu bar, so that the frame can show it.
+// Called after every update of the menu bar, for the frame to show it.
 HOST_STANDIN_API void set_menu_bar_listener(void (*listener)(void* context), void* context);
 
-// What menu_bar() holds, as text for tests and transcripts: one line an entry, "Title > Item", "Title > ---".
+// The entries of menu_bar(), one in a line: "Title > Item", "Title > ---".
 HOST_STANDIN_API std::wstring describe_menus();
 
 // The entries of menu_bar() that run an action have ids from here on.
 constexpr UINT kFirstMenuCommand = 50000;
 
-// Runs the action behind a WM_COMMAND of the frame; false when the id belongs to no item, or its table is not
-// active.
+// Runs the action of a WM_COMMAND of the frame. False when no item has the id, or its table is not active.
 HOST_STANDIN_API bool execute_menu_command(UINT id);
 // Runs an action by table and command id, as a keyboard shortcut would.
 HOST_STANDIN_API bool execute_action(DWORD table_id, int command_id);
@@ -93,14 +88,14 @@ HOST_STANDIN_API int active_callback_count(DWORD table_id);
 // The name an action context was registered under; empty when it was not.
 HOST_STANDIN_API std::wstring action_context_name(DWORD context_id);
 
-// Host-heap balance: objects made with the host's operator new and not yet deleted. The host's own (what it
-// builds from a menu file, the items of action tables) do not count.
+// Objects made with the host's operator new and not yet deleted. What the host makes for itself (from a menu
+// file, the items of action tables) does not count.
 HOST_STANDIN_API long live_heap_objects();
 
 // Spinner interfaces that were handed out and not yet released.
 HOST_STANDIN_API int live_spinner_interfaces();
 
-// How many exceptions came out of the module's handlers and callbacks; each one would have met the host.
+// How many exceptions escaped from the module's handlers and callbacks into the host.
 HOST_STANDIN_API long escaped_exceptions();
 
 } // namespace host_sdk

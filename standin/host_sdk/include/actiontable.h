@@ -1,15 +1,12 @@
 // Action tables: what a plug-in offers to menus, toolbars and shortcuts.
 #pragma once
 
-#include "baseinterface.h"
 #include "strclass.h"
 
 #include <windows.h>
 
 typedef DWORD ActionTableId;
 typedef DWORD ActionContextId;
-
-const ActionContextId kActionMainUIContext = 0;
 
 struct ActionDescription {
     int mCmdID;

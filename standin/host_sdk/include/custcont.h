@@ -31,7 +31,6 @@ class ISpinnerControl : public ICustomControl {
 public:
     virtual float GetFVal() = 0;
     virtual void SetValue(float value, int notify) = 0;
-    virtual void SetValue(int value, int notify) = 0;
     virtual void LinkToEdit(HWND edit, EditSpinnerType type) = 0;
 };
 

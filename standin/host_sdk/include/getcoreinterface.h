@@ -1,7 +1,7 @@
 // The way to the core interface.
 #pragma once
 
-#include "standin_export.h"
+#include "maxheap.h"
 
 class Interface;
 

@@ -1,11 +1,20 @@
 // The value that a script returns.
 #pragma once
 
-#include "baseinterface.h"
-#include "paramtype.h"
 #include "strclass.h"
 
 #include <windows.h>
+
+enum ParamType2 {
+    TYPE_INT,
+    TYPE_FLOAT,
+    TYPE_BOOL,
+    TYPE_STRING,
+    TYPE_FILENAME,
+    TYPE_TSTR,
+    TYPE_VALUE,
+    TYPE_VOID
+};
 
 class CoreExport FPValue : public MaxHeapOperators {
 public:

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "actiontable.h"
-#include "baseinterface.h"
 #include "strclass.h"
 
 class IMenu;

@@ -1,5 +1,4 @@
 // The version of the host that these headers stand for.
 #pragma once
 
-#define MAX_VERSION_MAJOR 21
 #define MAX_PRODUCT_YEAR_NUMBER 2019

@@ -1,7 +1,7 @@
 // Notifications from the host.
 #pragma once
 
-#include "standin_export.h"
+#include "maxheap.h"
 
 #define NOTIFY_FILE_PRE_SAVE 0x0000000D
 #define NOTIFY_FILE_POST_SAVE 0x0000000E

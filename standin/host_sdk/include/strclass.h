@@ -19,10 +19,7 @@ public:
 
     const wchar_t* data() const;
     operator const wchar_t*() const { return data(); }
-    const MCHAR* ToMCHAR() const { return data(); }
     int Length() const;
-    int length() const { return Length(); }
-    bool isNull() const { return Length() == 0; }
 
     bool operator==(const WStr& other) const;
     bool operator==(const wchar_t* text) const;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace host_sdk {
@@ -11,7 +12,7 @@ namespace {
 
 struct Activation {
     ActionTableId table_id;
-    ActionCallback* callback; // belongs to whoever activated it
+    ActionCallback* callback; // whoever activated it owns it
 };
 
 struct Actions {
@@ -23,6 +24,21 @@ struct Actions {
 Actions& actions() {
     static Actions* all = new Actions;
     return *all;
+}
+
+std::wstring resource_text(HINSTANCE module, int id) {
+    wchar_t text[256] = {};
+    const int length = ::LoadStringW(module, static_cast<UINT>(id), text, 256);
+    return std::wstring(text, static_cast<std::size_t>(length));
+}
+
+// Whether the module that an object's virtual functions are in is still loaded.
+bool is_module_loaded(const void* object) {
+    const void* functions = *static_cast<const void* const*>(object);
+    HMODULE module = nullptr;
+    return ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                                    GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                                static_cast<LPCWSTR>(functions), &module) != FALSE;
 }
 
 class ActionManager : public IActionManager {
@@ -89,11 +105,6 @@ ActionTable* find_action_table(ActionTableId id) {
     return nullptr;
 }
 
-void forget_action_table(ActionTable* table) {
-    std::vector<ActionTable*>& tables = actions().tables;
-    tables.erase(std::remove(tables.begin(), tables.end(), table), tables.end());
-}
-
 bool action_menu_text(ActionTableId table_id, int command_id, std::wstring& text) {
     ActionTable* table = find_action_table(table_id);
     if (table == nullptr || table->GetAction(command_id) == nullptr) {
@@ -110,7 +121,20 @@ bool is_action_live(ActionTableId table_id, int command_id) {
     return table != nullptr && table->GetAction(command_id) != nullptr && active_callback_count(table_id) > 0;
 }
 
-bool run_action(ActionTableId table_id, int command_id) {
+void clear_actions() {
+    actions().activations.clear();
+    actions().contexts.clear();
+    const std::vector<ActionTable*> tables = actions().tables; // deleting a table takes it off the list
+    actions().tables.clear();
+    for (ActionTable* table : tables) {
+        if (is_module_loaded(table)) {
+            run_foreign([&] { table->DeleteThis(); });
+        }
+    }
+}
+
+// The latest callback is asked first; the next one only when it did not handle the action.
+bool execute_action(DWORD table_id, int command_id) {
     if (!is_action_live(table_id, command_id)) {
         return false;
     }
@@ -127,22 +151,6 @@ bool run_action(ActionTableId table_id, int command_id) {
     return true;
 }
 
-void clear_actions() {
-    actions().activations.clear();
-    actions().contexts.clear();
-    const std::vector<ActionTable*> tables = actions().tables; // deleting a table takes it off the list
-    actions().tables.clear();
-    for (ActionTable* table : tables) {
-        if (is_module_loaded(table)) {
-            run_foreign([&] { table->DeleteThis(); });
-        }
-    }
-}
-
-bool execute_action(DWORD table_id, int command_id) {
-    return run_action(table_id, command_id);
-}
-
 int active_callback_count(DWORD table_id) {
     const std::vector<Activation>& all = actions().activations;
     return static_cast<int>(std::count_if(
@@ -154,4 +162,100 @@ std::wstring action_context_name(DWORD context_id) {
     return found == actions().contexts.end() ? std::wstring() : found->second;
 }
 
+TableAction::TableAction(ActionTable& owner, const ActionDescription& described, HINSTANCE module)
+    : table(owner), command_id(described.mCmdID),
+      description(resource_text(module, described.mDescriptionResourceID)),
+      short_name(resource_text(module, described.mShortNameResourceID)),
+      category(resource_text(module, described.mCategoryResourceID)) {}
+
+BOOL TableAction::ExecuteAction() {
+    return execute_action(table.GetId(), command_id) ? TRUE : FALSE;
+}
+
 } // namespace host_sdk
+
+using namespace host_sdk;
+
+struct ActionTable::Contents {
+    ActionTableId id;
+    ActionContextId context;
+    MSTR name;
+    std::vector<std::unique_ptr<TableAction>> items;
+
+    TableAction* find(int command_id) const {
+        for (const std::unique_ptr<TableAction>& item : items) {
+            if (item->command_id == command_id) {
+                return item.get();
+            }
+        }
+        return nullptr;
+    }
+};
+
+ActionTable::ActionTable(ActionTableId id, ActionContextId context, TSTR& name, HACCEL accelerators,
+                         int count, ActionDescription* descriptions, HINSTANCE module)
+    : contents_(new Contents) {
+    record("ActionTable::ActionTable", id, context, name, accelerators, count);
+    const HostOwnScope own;
+    contents_->id = id;
+    contents_->context = context;
+    contents_->name = name;
+    for (int index = 0; index < count; ++index) {
+        contents_->items.emplace_back(new TableAction(*this, descriptions[index], module));
+    }
+}
+
+ActionTable::~ActionTable() {
+    std::vector<ActionTable*>& tables = actions().tables;
+    tables.erase(std::remove(tables.begin(), tables.end(), this), tables.end());
+    delete contents_;
+}
+
+BOOL ActionTable::GetMenuText(int command_id, MSTR& text) {
+    const TableAction* item = contents_->find(command_id);
+    text = item == nullptr ? text.data() : item->short_name.c_str();
+    return item != nullptr ? TRUE : FALSE;
+}
+
+BOOL ActionTable::GetDescriptionText(int command_id, MSTR& text) {
+    const TableAction* item = contents_->find(command_id);
+    text = item == nullptr ? text.data() : item->description.c_str();
+    return item != nullptr ? TRUE : FALSE;
+}
+
+BOOL ActionTable::IsEnabled(int) {
+    return TRUE;
+}
+
+void ActionTable::DeleteThis() {
+    delete this;
+}
+
+ActionTableId ActionTable::GetId() {
+    return contents_->id;
+}
+
+ActionContextId ActionTable::GetContextId() {
+    return contents_->context;
+}
+
+MSTR& ActionTable::GetName() {
+    return contents_->name;
+}
+
+int ActionTable::Count() {
+    return static_cast<int>(contents_->items.size());
+}
+
+ActionItem* ActionTable::GetAction(int command_id) {
+    return contents_->find(command_id);
+}
+
+ActionItem::ActionItem() {}
+ActionItem::~ActionItem() {}
+
+ActionCallback::ActionCallback() {}
+ActionCallback::~ActionCallback() {}
+BOOL ActionCallback::ExecuteAction(int) {
+    return FALSE;
+}

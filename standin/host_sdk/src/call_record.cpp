@@ -8,7 +8,8 @@ namespace host_sdk {
 
 namespace {
 
-std::wstring formatted(const wchar_t* format, double value) {
+template <class Value>
+std::wstring formatted(const wchar_t* format, Value value) {
     wchar_t text[64] = {};
     std::swprintf(text, sizeof(text) / sizeof(text[0]), format, value);
     return text;
@@ -33,9 +34,7 @@ std::wstring show(int value) {
 }
 
 std::wstring show(DWORD value) {
-    wchar_t text[16] = {};
-    std::swprintf(text, sizeof(text) / sizeof(text[0]), L"0x%08lX", value);
-    return text;
+    return formatted(L"0x%08lX", value);
 }
 
 std::wstring show(float value) {
@@ -43,7 +42,7 @@ std::wstring show(float value) {
 }
 
 std::wstring show(IMenu* menu) {
-    return menu == nullptr ? L"null" : L"menu " + show(static_cast<Menu*>(menu)->title().c_str());
+    return menu == nullptr ? L"null" : L"menu " + show(static_cast<Menu*>(menu)->title);
 }
 
 std::wstring show(IMenuItem* item) {
@@ -51,8 +50,8 @@ std::wstring show(IMenuItem* item) {
         return L"null";
     }
     const MenuItem& known = *static_cast<MenuItem*>(item);
-    return known.mode() == MenuItem::Mode::separator ? L"separator"
-                                                     : L"item " + show(known.shown_text().c_str());
+    return known.mode == MenuItem::Mode::separator ? L"separator"
+                                                   : L"item " + show(known.shown_text().c_str());
 }
 
 std::wstring show(ActionTable* table) {

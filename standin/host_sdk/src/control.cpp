@@ -1,6 +1,4 @@
-#include "host_heap.h"
 #include "host_state.h"
-#include "spinner.h"
 
 namespace host_sdk {
 
@@ -9,21 +7,13 @@ State& state() {
     return *one;
 }
 
-bool is_module_loaded(const void* object) {
-    const void* functions = *static_cast<const void* const*>(object);
-    HMODULE module = nullptr;
-    return ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                                    GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                                static_cast<LPCWSTR>(functions), &module) != FALSE;
-}
-
 void reset() {
     clear_actions();
     clear_menus();
     clear_notifications();
     clear_script();
     state().faults = Faults();
-    state().scene = Scene();
+    set_scene(std::wstring(), false);
     state().escaped_exceptions = 0;
 }
 
@@ -44,23 +34,16 @@ void set_main_window(HWND window) {
 }
 
 void set_scene(const std::wstring& path, bool needs_save) {
-    state().scene.path = path;
-    state().scene.needs_save = needs_save;
+    state().scene_path = path;
+    state().scene_needs_save = needs_save;
 }
-
 std::wstring scene_path() {
-    return state().scene.path;
+    return state().scene_path;
 }
 bool scene_needs_save() {
-    return state().scene.needs_save;
+    return state().scene_needs_save;
 }
 
-long live_heap_objects() {
-    return counted_heap_objects();
-}
-int live_spinner_interfaces() {
-    return held_spinner_interfaces();
-}
 long escaped_exceptions() {
     return state().escaped_exceptions;
 }

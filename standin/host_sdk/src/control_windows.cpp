@@ -1,6 +1,6 @@
-// The window classes that dialog templates name.
-#include "cust_edit.h"
-#include "spinner.h"
+// The window classes that dialog templates name. The host has them before any plug-in is loaded, so they live
+// as long as this library.
+#include "controls.h"
 
 namespace host_sdk {
 
@@ -49,7 +49,7 @@ LRESULT CALLBACK spinner_procedure(HWND window, UINT message, WPARAM w_param, LP
     } else if (spinner == nullptr) {
         return ::DefWindowProcW(window, message, w_param, l_param);
     }
-    // The new object belongs to the window, which the analyzer cannot see; WM_NCDESTROY deletes it.
+    // The window owns the new object, which the analyzer cannot see; WM_NCDESTROY deletes it.
     switch (message) { // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
     case WM_PAINT:
         paint(window);
@@ -65,7 +65,7 @@ LRESULT CALLBACK spinner_procedure(HWND window, UINT message, WPARAM w_param, LP
         ::ReleaseCapture();
         return 0;
     case WM_CAPTURECHANGED:
-        spinner->let_go();
+        spinner->release_arrow();
         return 0;
     case WM_NCDESTROY:
         ::SetWindowLongPtrW(window, 0, 0);
@@ -74,6 +74,19 @@ LRESULT CALLBACK spinner_procedure(HWND window, UINT message, WPARAM w_param, LP
     default:
         return ::DefWindowProcW(window, message, w_param, l_param);
     }
+}
+
+// CS_GLOBALCLASS: the dialogs that name these classes belong to other modules.
+void register_spinner(HINSTANCE module) {
+    WNDCLASSEXW spinner = {};
+    spinner.cbSize = sizeof(spinner);
+    spinner.style = CS_GLOBALCLASS | CS_DBLCLKS;
+    spinner.lpfnWndProc = spinner_procedure;
+    spinner.cbWndExtra = sizeof(LONG_PTR);
+    spinner.hInstance = module;
+    spinner.hCursor = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)); // the arrow
+    spinner.lpszClassName = SPINNERWINDOWCLASS;
+    ::RegisterClassExW(&spinner);
 }
 
 } // namespace
@@ -87,23 +100,15 @@ Spinner* spinner_of_window(HWND window) {
     return spinner_data(window);
 }
 
-// CS_GLOBALCLASS: the dialogs that name these classes belong to other modules.
-void register_control_classes(HINSTANCE module) {
-    WNDCLASSEXW spinner = {};
-    spinner.cbSize = sizeof(spinner);
-    spinner.style = CS_GLOBALCLASS | CS_DBLCLKS;
-    spinner.lpfnWndProc = spinner_procedure;
-    spinner.cbWndExtra = sizeof(LONG_PTR);
-    spinner.hInstance = module;
-    spinner.hCursor = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)); // the arrow
-    spinner.lpszClassName = SPINNERWINDOWCLASS;
-    ::RegisterClassExW(&spinner);
-    register_cust_edit(module);
-}
-
-void unregister_control_classes(HINSTANCE module) {
-    ::UnregisterClassW(SPINNERWINDOWCLASS, module);
-    unregister_cust_edit(module);
-}
-
 } // namespace host_sdk
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        host_sdk::register_spinner(instance);
+        host_sdk::register_cust_edit(instance);
+    } else if (reason == DLL_PROCESS_DETACH) {
+        ::UnregisterClassW(SPINNERWINDOWCLASS, instance);
+        host_sdk::unregister_cust_edit(instance);
+    }
+    return TRUE;
+}

@@ -1,4 +1,4 @@
-// The spinner control: its value, the field that it is linked to, and its window.
+// The host's own controls: the spinner, its window, and the edit field "CustEdit".
 #pragma once
 
 #include "custcont.h"
@@ -7,8 +7,7 @@
 
 namespace host_sdk {
 
-// Lives as long as its window or anyone who holds its interface. Without a window it keeps its value and
-// nothing else.
+// Lives as long as its window or a holder of its interface. Without a window it keeps only its value.
 class Spinner : public ISpinnerControl {
 public:
     explicit Spinner(HWND window) : window_(window) {}
@@ -18,7 +17,6 @@ public:
     BOOL IsEnabled() override;
     float GetFVal() override;
     void SetValue(float value, int notify) override;
-    void SetValue(int value, int notify) override;
     void LinkToEdit(HWND edit, EditSpinnerType type) override;
 
     void set_up(HWND edit, float minimum, float maximum, float value, float scale);
@@ -27,7 +25,7 @@ public:
     void lose_window();
 
     void press(bool upper); // an arrow goes down: one step
-    void let_go();
+    void release_arrow();
     bool is_pressed(bool upper) const { return pressed_ && pressed_upper_ == upper; }
 
 private:
@@ -36,7 +34,6 @@ private:
     float read_value();
     void change_value(float value, bool notify);
     void write_text();
-    std::wstring edit_text() const;
     float limited(float value) const;
     void tell_dialog(UINT message);
 
@@ -46,7 +43,7 @@ private:
     float maximum_ = 1.0e30f;
     float scale_ = 0.1f;
     float value_ = 0.0f;
-    std::wstring written_; // what this control wrote into the field last
+    std::wstring written_; // what this control last wrote into the field
     int holders_ = 0;
     bool pressed_ = false;
     bool pressed_upper_ = false;
@@ -55,9 +52,15 @@ private:
 // Null when the window is not a spinner control.
 Spinner* spinner_of_window(HWND window);
 
-int held_spinner_interfaces();
+// "CustEdit": typed text counts when Enter confirms it or the focus leaves the field. Only then the dialog
+// gets WM_COMMAND with EN_CHANGE; Enter never reaches the dialog's buttons. The message for Enter is
+// documented; the rest is how 3ds Max's own fields behave.
+void register_cust_edit(HINSTANCE module);
+void unregister_cust_edit(HINSTANCE module);
 
-void register_control_classes(HINSTANCE module);
-void unregister_control_classes(HINSTANCE module);
+// The text that was confirmed last. Of any other window, its text.
+std::wstring confirmed_text(HWND field);
+
+std::wstring text_of(HWND window);
 
 } // namespace host_sdk

@@ -1,6 +1,4 @@
-#include "cust_edit.h"
-
-#include "custcont.h"
+#include "controls.h"
 
 #include <memory>
 
@@ -19,12 +17,6 @@ struct Field {
 
 Field* field_data(HWND window) {
     return reinterpret_cast<Field*>(::GetWindowLongPtrW(window, 0));
-}
-
-std::wstring text_of(HWND window) {
-    wchar_t text[kTextLimit] = {};
-    ::GetWindowTextW(window, text, kTextLimit);
-    return text;
 }
 
 void confirm(HWND window, Field& field) {
@@ -57,7 +49,7 @@ LRESULT CALLBACK inner_procedure(HWND inner, UINT message, WPARAM w_param, LPARA
     return message == WM_CHAR && w_param == VK_RETURN ? 0 : original();
 }
 
-// It belongs to the window, which the analyzer cannot see; WM_NCDESTROY deletes it.
+// The window owns it, which the analyzer cannot see; WM_NCDESTROY deletes it.
 // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
 void make_field(HWND window) {
     std::unique_ptr<Field> field(new Field());
@@ -70,7 +62,7 @@ void make_field(HWND window) {
 }
 // NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 
-// What a program writes is told at once.
+// Text that a program sets counts at once.
 LRESULT set_text(HWND window, Field& field, LPARAM l_param) {
     const LRESULT result = ::SendMessageW(field.inner, WM_SETTEXT, 0, l_param);
     confirm(window, field);
@@ -125,6 +117,12 @@ LRESULT CALLBACK outer_procedure(HWND window, UINT message, WPARAM w_param, LPAR
 }
 
 } // namespace
+
+std::wstring text_of(HWND window) {
+    wchar_t text[kTextLimit] = {};
+    ::GetWindowTextW(window, text, kTextLimit);
+    return text;
+}
 
 // CS_GLOBALCLASS: the dialogs that name the class belong to other modules.
 void register_cust_edit(HINSTANCE module) {

@@ -1,4 +1,4 @@
-#include "host_heap.h"
+#include "host_state.h"
 
 #include "maxheap.h"
 
@@ -9,7 +9,7 @@ namespace {
 long g_counted = 0;
 int g_host_scopes = 0;
 
-// Stands before every block. The mark tells a block of this heap from any other memory.
+// Precedes every block. The mark tells a block of this heap from any other memory.
 struct alignas(16) BlockHead {
     std::size_t mark;
     bool counted;
@@ -61,7 +61,7 @@ HostOwnScope::~HostOwnScope() {
     --g_host_scopes;
 }
 
-long counted_heap_objects() {
+long live_heap_objects() {
     return g_counted;
 }
 

@@ -1,4 +1,4 @@
-// What the parts of the stand-in share: who listens, what is missing or fails, and the open scene.
+// What the parts of the stand-in share: recorder, script runner, faults and the open scene.
 #pragma once
 
 #include "standin/host_sdk/control.h"
@@ -9,26 +9,21 @@
 
 namespace host_sdk {
 
-struct Scene {
-    std::wstring path; // empty: never saved
-    bool needs_save = false;
-};
-
 struct State {
     CallRecorder* recorder = nullptr;
     ScriptRunner* runner = nullptr;
     TextTag text_tag = TextTag::string;
     Faults faults;
     HWND main_window = nullptr;
-    Scene scene;
+    std::wstring scene_path; // empty: never saved
+    bool scene_needs_save = false;
     long escaped_exceptions = 0;
 };
 
 // Never destroyed: objects of the plug-in may outlive everything here.
 State& state();
 
-// Runs code that is not ours (a plug-in's handler, a test's listener); what it throws is counted and ends
-// here.
+// Runs a plug-in's handler or a test's listener. Counts an exception and stops it.
 template <class Function>
 void run_foreign(Function function) {
     try {
@@ -38,13 +33,22 @@ void run_foreign(Function function) {
     }
 }
 
-// Each part's share of control.h's reset().
+// While one of these exists, new objects on the host's heap are the host's own and do not count.
+class HostOwnScope {
+public:
+    HostOwnScope();
+    ~HostOwnScope();
+    HostOwnScope(const HostOwnScope&) = delete;
+    HostOwnScope& operator=(const HostOwnScope&) = delete;
+};
+
+// Calls the handlers that are registered now, in the order of registration.
+void notify_handlers(int code, void* call_param);
+
+// The parts of control.h's reset().
 void clear_actions();
 void clear_menus();
 void clear_notifications();
 void clear_script();
-
-// Whether the module that an object's virtual functions live in is still loaded.
-bool is_module_loaded(const void* object);
 
 } // namespace host_sdk

@@ -1,8 +1,7 @@
-// The Windows menu that a frame shows: every update builds a new one from the main menu bar.
+// The Windows menu that a frame shows. Every update builds a new one from the main menu bar.
 #include "actions.h"
-#include "menu_manager.h"
-
 #include "host_state.h"
+#include "menus.h"
 
 namespace host_sdk {
 
@@ -33,14 +32,14 @@ HMENU build(const Menu& menu, HMENU handle, int depth);
 void append_item(HMENU handle, const MenuItem& item, int depth) {
     const std::wstring text = item.shown_text();
     const UINT look = MF_STRING | (item.is_usable() ? MF_ENABLED : MF_GRAYED);
-    if (item.mode() == MenuItem::Mode::separator) {
+    if (item.mode == MenuItem::Mode::separator) {
         ::AppendMenuW(handle, MF_SEPARATOR, 0, nullptr);
-    } else if (item.mode() == MenuItem::Mode::sub_menu && depth < kDeepestMenu) {
-        const HMENU sub = build(*static_cast<Menu*>(item.sub_menu()), ::CreatePopupMenu(), depth + 1);
+    } else if (item.mode == MenuItem::Mode::sub_menu && depth < kDeepestMenu) {
+        const HMENU sub = build(*static_cast<Menu*>(item.sub_menu), ::CreatePopupMenu(), depth + 1);
         ::AppendMenuW(handle, look | MF_POPUP, reinterpret_cast<UINT_PTR>(sub), text.c_str());
-    } else if (item.mode() == MenuItem::Mode::action) {
+    } else if (item.mode == MenuItem::Mode::action) {
         const UINT id = kFirstMenuCommand + static_cast<UINT>(bar().commands.size());
-        bar().commands.push_back({item.table_id(), item.command_id()});
+        bar().commands.push_back({item.table_id, item.command_id});
         ::AppendMenuW(handle, look, id, text.c_str());
     } else {
         ::AppendMenuW(handle, look, 0, text.c_str());
@@ -48,7 +47,7 @@ void append_item(HMENU handle, const MenuItem& item, int depth) {
 }
 
 HMENU build(const Menu& menu, HMENU handle, int depth) {
-    for (const std::unique_ptr<MenuItem>& item : menu.items()) {
+    for (const std::unique_ptr<MenuItem>& item : menu.items) {
         append_item(handle, *item, depth);
     }
     return handle;
@@ -122,7 +121,7 @@ bool execute_menu_command(UINT id) {
         return false;
     }
     const MenuCommand command = bar().commands[id - kFirstMenuCommand];
-    return run_action(command.table_id, command.command_id);
+    return execute_action(command.table_id, command.command_id);
 }
 
 } // namespace host_sdk

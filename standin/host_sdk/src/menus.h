@@ -1,8 +1,11 @@
-// Menus and items behind the interfaces. A menu owns its items; an item only points to its sub-menu.
+// Menus, their items and the contexts that menus are attached to, behind the interfaces. A menu owns its
+// items; an item only points to its submenu. The public data are the host's own view; using them records no
+// call.
 #pragma once
 
-#include "imenus.h"
+#include "imenuman.h"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,51 +16,63 @@ class MenuItem : public IMenuItem {
 public:
     enum class Mode { inactive, separator, action, sub_menu };
 
-    void SetTitle(const MSTR& title) override;
+    void SetTitle(const MSTR& text) override;
     void ActAsSeparator() override;
     void SetActionItem(ActionItem* action) override;
     void SetSubMenu(IMenu* menu) override;
 
-    // The host's own look at the item; nothing of it is recorded.
-    Mode mode() const { return mode_; }
-    bool has_custom_title() const { return custom_title_; }
-    ActionTableId table_id() const { return table_id_; }
-    int command_id() const { return command_id_; }
-    IMenu* sub_menu() const { return sub_menu_; }
     std::wstring shown_text() const; // asks the action's table while it is registered
-    bool is_usable() const;          // false: an action whose table is not there or not active
+    bool is_usable() const;          // false: an action whose table is missing or not active
 
-    void set_kept_title(const std::wstring& title, bool custom);
-    void set_action(ActionTableId table_id, int command_id);
-    void set_sub_menu(IMenu* menu);
-    void set_separator();
-
-private:
-    Mode mode_ = Mode::inactive;
-    MSTR title_;
-    bool custom_title_ = false;
-    ActionTableId table_id_ = 0;
-    int command_id_ = 0;
-    IMenu* sub_menu_ = nullptr;
+    Mode mode = Mode::inactive;
+    MSTR title;
+    bool custom_title = false;
+    ActionTableId table_id = 0;
+    int command_id = 0;
+    IMenu* sub_menu = nullptr;
 };
 
 class Menu : public IMenu {
 public:
-    void SetTitle(const MSTR& title) override;
+    void SetTitle(const MSTR& text) override;
     int NumItems() const override;
     void AddItem(IMenuItem* item, int position) override;
     void RemoveItem(int index) override;
 
-    std::wstring title() const { return title_.data(); }
-    void set_title(const std::wstring& title) { title_ = title.c_str(); }
-    const std::vector<std::unique_ptr<MenuItem>>& items() const { return items_; }
-    void append(std::unique_ptr<MenuItem> item) { items_.push_back(std::move(item)); }
-    void clear() { items_.clear(); }
     void drop_items_showing(const IMenu* menu);
 
-private:
-    MSTR title_;
-    std::vector<std::unique_ptr<MenuItem>> items_;
+    MSTR title;
+    std::vector<std::unique_ptr<MenuItem>> items;
 };
+
+class BarContext : public IMenuBarContext {
+public:
+    MSTR& GetName() override;
+    void SetMenu(IMenu* new_menu) override;
+    IMenu* GetMenu() override;
+
+    MenuContextId id = 0;
+    MSTR name;
+    IMenu* menu = nullptr;
+    // False: known from the menu file alone. The host gives it out once a plug-in has registered it in this
+    // run.
+    bool registered = false;
+};
+
+struct MenuStore {
+    std::unique_ptr<Menu> bar;
+    std::vector<std::unique_ptr<Menu>> menus;
+    std::map<MenuContextId, std::unique_ptr<BarContext>> contexts;
+};
+
+MenuStore& menu_store();
+IMenuManager& menu_manager();
+
+// A new context of the host's own.
+BarContext& add_host_context(MenuContextId id, const std::wstring& name);
+
+// Builds a new Windows menu and calls the listener.
+void update_menu_bar();
+void clear_menu_bar();
 
 } // namespace host_sdk

@@ -1,5 +1,3 @@
-#include "notifications.h"
-
 #include "call_record.h"
 
 #include "notify.h"
@@ -57,9 +55,6 @@ using namespace host_sdk;
 
 int RegisterNotification(NOTIFYPROC proc, void* param, int code) {
     record("RegisterNotification", reinterpret_cast<const void*>(proc), param, code);
-    if (proc == nullptr) {
-        return 0;
-    }
     registrations().push_back({proc, param, code});
     return 1;
 }

@@ -10,9 +10,8 @@ namespace host_sdk {
 
 namespace {
 
-// The text of the script value that was returned last. A script's value does not outlive the next script: the
-// text is filled with nonsense then, so that a plug-in that kept the pointer shows it. The memory goes one
-// script later.
+// The text that the last script returned. The next script collects the value: it overwrites the text, so that
+// a plug-in that kept the pointer shows it, and frees the text before that.
 std::unique_ptr<wchar_t[]> g_last_text;
 std::unique_ptr<wchar_t[]> g_collected_text;
 
@@ -76,5 +75,5 @@ BOOL ExecuteMAXScriptScript(const MCHAR* script, BOOL quiet_errors, FPValue* res
     if (result != nullptr) {
         result->Free();
     }
-    return script == nullptr ? FALSE : run_script(script, result);
+    return run_script(script, result);
 }

@@ -1,7 +1,6 @@
-#include "spinner.h"
+#include "controls.h"
 
 #include "call_record.h"
-#include "cust_edit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,11 +50,6 @@ void Spinner::SetValue(float value, int notify) {
     change_value(value, notify != FALSE);
 }
 
-void Spinner::SetValue(int value, int notify) {
-    record("ISpinnerControl::SetValue", value, notify);
-    change_value(static_cast<float>(value), notify != FALSE);
-}
-
 void Spinner::LinkToEdit(HWND edit, EditSpinnerType type) {
     record("ISpinnerControl::LinkToEdit", static_cast<const void*>(edit), static_cast<int>(type));
     link(edit);
@@ -101,7 +95,7 @@ void Spinner::press(bool upper) {
     change_value(read_value() + (upper ? scale_ : -scale_), true);
 }
 
-void Spinner::let_go() {
+void Spinner::release_arrow() {
     if (pressed_) {
         pressed_ = false;
         ::InvalidateRect(window_, nullptr, FALSE);
@@ -109,7 +103,7 @@ void Spinner::let_go() {
     }
 }
 
-// The field goes with its spinner.
+// The field follows its spinner.
 void Spinner::enable(bool on) {
     if (window_ != nullptr) {
         ::EnableWindow(window_, on);
@@ -126,8 +120,8 @@ void Spinner::link(HWND edit) {
     edit_ = edit;
 }
 
-// What was typed counts once it is confirmed. Text that this control wrote itself stands for the exact value,
-// not for its decimals.
+// Typed text counts once it is confirmed. Text that this control wrote means the exact value, not its
+// decimals.
 float Spinner::read_value() {
     const std::wstring text = edit_ == nullptr ? std::wstring() : confirmed_text(edit_);
     if (text != written_) {
@@ -151,24 +145,16 @@ void Spinner::change_value(float value, bool notify) {
     }
 }
 
-// Writing makes the field notify the dialog, which may set the value again: text that is there already is
-// left.
+// Writing makes the field notify the dialog, which may set the value again: the same text is not written
+// twice.
 void Spinner::write_text() {
     if (edit_ == nullptr) {
         return;
     }
     written_ = decimal_text(value_);
-    if (edit_text() != written_) {
+    if (text_of(edit_) != written_) {
         ::SetWindowTextW(edit_, std::wstring(written_).c_str());
     }
-}
-
-std::wstring Spinner::edit_text() const {
-    wchar_t text[260] = {};
-    if (edit_ != nullptr) {
-        ::GetWindowTextW(edit_, text, 260);
-    }
-    return text;
 }
 
 float Spinner::limited(float value) const {
@@ -184,7 +170,7 @@ void Spinner::tell_dialog(UINT message) {
     }
 }
 
-int held_spinner_interfaces() {
+int live_spinner_interfaces() {
     return g_holders;
 }
 

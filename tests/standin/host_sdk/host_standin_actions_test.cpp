@@ -52,7 +52,7 @@ protected:
     }
 };
 
-TEST_F(StandinActions, ATableIsBuiltFromItsDescriptions) {
+TEST_F(StandinActions, TableHasTheActionsOfItsDescriptions) {
     ActionTable* table = register_table();
     EXPECT_EQ(2, table->Count());
     ASSERT_NE(nullptr, table->GetAction(7));
@@ -78,7 +78,7 @@ TEST_F(StandinActions, OnlyAnActiveTableRunsItsActions) {
     EXPECT_EQ(std::vector<int>{7}, callback.ids);
 }
 
-TEST_F(StandinActions, TheLatestCallbackComesFirstAndMayBeTheLast) {
+TEST_F(StandinActions, LatestCallbackIsAskedFirstUntilOneHandles) {
     register_table();
     CountingCallback first(TRUE);
     CountingCallback second(TRUE);
@@ -93,7 +93,7 @@ TEST_F(StandinActions, TheLatestCallbackComesFirstAndMayBeTheLast) {
     EXPECT_EQ(1u, third.ids.size());
 }
 
-TEST_F(StandinActions, ATableThatIsNotRegisteredCannotBeActivated) {
+TEST_F(StandinActions, TableThatIsNotRegisteredCannotBeActivated) {
     CountingCallback callback(TRUE);
     EXPECT_FALSE(manager().ActivateActionTable(&callback, kTable));
     register_table();
@@ -101,7 +101,7 @@ TEST_F(StandinActions, ATableThatIsNotRegisteredCannotBeActivated) {
     EXPECT_EQ(nullptr, manager().FindTable(kTable + 1));
 }
 
-TEST_F(StandinActions, AMenuCommandRunsTheActionBehindIt) {
+TEST_F(StandinActions, MenuCommandRunsItsAction) {
     ActionTable* table = register_table();
     CountingCallback callback(TRUE);
     manager().ActivateActionTable(&callback, kTable);
@@ -118,7 +118,7 @@ TEST_F(StandinActions, AMenuCommandRunsTheActionBehindIt) {
     EXPECT_EQ(std::vector<int>{8}, callback.ids);
 }
 
-TEST_F(StandinActions, AnEntryOfATableThatIsNotActiveIsGrey) {
+TEST_F(StandinActions, EntryOfAnInactiveTableIsGrayed) {
     ActionTable* table = register_table();
     IMenuManager& menus = *GetCOREInterface()->GetMenuManager();
     IMenuItem* item = GetIMenuItem();
@@ -129,14 +129,14 @@ TEST_F(StandinActions, AnEntryOfATableThatIsNotActiveIsGrey) {
     EXPECT_FALSE(host_sdk::execute_menu_command(::GetMenuItemID(host_sdk::menu_bar(), 0)));
 }
 
-TEST_F(StandinActions, AContextKeepsItsFirstName) {
+TEST_F(StandinActions, ContextKeepsItsFirstName) {
     EXPECT_TRUE(manager().RegisterActionContext(5, L"One"));
     EXPECT_FALSE(manager().RegisterActionContext(5, L"Two"));
     EXPECT_EQ(L"One", host_sdk::action_context_name(5));
     EXPECT_EQ(L"", host_sdk::action_context_name(6));
 }
 
-TEST_F(StandinActions, AResetDeletesRegisteredTables) {
+TEST_F(StandinActions, ResetDeletesRegisteredTables) {
     register_table();
     EXPECT_EQ(1, new_heap_objects());
     host_sdk::reset();
@@ -174,7 +174,7 @@ TEST_F(StandinActions, NotificationsReachTheHandlersOfTheirCode) {
     EXPECT_EQ(0, host_sdk::notification_handler_count(80));
 }
 
-TEST_F(StandinActions, WhatAHandlerThrowsIsCountedAndStopped) {
+TEST_F(StandinActions, ExceptionOfAHandlerIsCountedAndStopped) {
     RegisterNotification(throw_something, nullptr, 80);
     host_sdk::broadcast_notification(80);
     EXPECT_EQ(1, host_sdk::escaped_exceptions());

@@ -27,13 +27,13 @@ protected:
     ISpinnerControl* spinner_ = nullptr;
 };
 
-TEST_F(StandinSpinner, SettingUpShowsTheValueAndTellsNobody) {
+TEST_F(StandinSpinner, SettingUpShowsTheValueWithoutNotifying) {
     EXPECT_EQ(L"1.5", dialog_.text());
     EXPECT_FLOAT_EQ(1.5f, spinner_->GetFVal());
     EXPECT_TRUE(dialog_.heard.empty());
 }
 
-TEST_F(StandinSpinner, TheTextHasUpToThreeDecimals) {
+TEST_F(StandinSpinner, TextHasUpToThreeDecimals) {
     const struct {
         float value;
         const wchar_t* text;
@@ -56,7 +56,7 @@ TEST_F(StandinSpinner, ValuesStayWithinTheLimits) {
     EXPECT_FLOAT_EQ(2.0f, spinner_->GetFVal());
 }
 
-TEST_F(StandinSpinner, WhatIsTypedCounts) {
+TEST_F(StandinSpinner, TypedTextSetsTheValueWithinTheLimits) {
     ::SetWindowTextW(dialog_.field(), L"2.5");
     EXPECT_FLOAT_EQ(2.5f, spinner_->GetFVal());
     ::SetWindowTextW(dialog_.field(), L"5000");
@@ -76,8 +76,8 @@ TEST_F(StandinSpinner, NotifyingReachesTheDialog) {
     EXPECT_EQ(reinterpret_cast<LPARAM>(spinner_), dialog_.heard[0].control);
 }
 
-// A dialog that answers the field's change by setting the value again would never come to an end otherwise.
-TEST_F(StandinSpinner, TextThatIsThereIsNotWrittenAgain) {
+// Otherwise a dialog that sets the value when the field changes would never end.
+TEST_F(StandinSpinner, SameTextIsNotWrittenAgain) {
     const int before = dialog_.field_changes;
     spinner_->SetValue(1.5f, TRUE);
     EXPECT_EQ(before, dialog_.field_changes);
@@ -85,7 +85,7 @@ TEST_F(StandinSpinner, TextThatIsThereIsNotWrittenAgain) {
     EXPECT_EQ(before + 1, dialog_.field_changes);
 }
 
-TEST_F(StandinSpinner, TheArrowsStep) {
+TEST_F(StandinSpinner, ArrowsStep) {
     dialog_.click(true);
     EXPECT_EQ(L"1.501", dialog_.text());
     dialog_.click(false);
@@ -98,7 +98,7 @@ TEST_F(StandinSpinner, TheArrowsStep) {
     EXPECT_EQ(static_cast<UINT>(CC_SPINNER_BUTTONUP), dialog_.heard[2].message);
 }
 
-TEST_F(StandinSpinner, DisablingTakesTheFieldAlong) {
+TEST_F(StandinSpinner, DisablingDisablesTheField) {
     spinner_->Disable();
     EXPECT_FALSE(spinner_->IsEnabled());
     EXPECT_FALSE(::IsWindowEnabled(dialog_.spinner()));
@@ -126,7 +126,7 @@ TEST_F(StandinSpinner, OtherWindowsHaveNoSpinner) {
     EXPECT_NE(nullptr, ::GetDlgItem(dialog_.window, 3)); // the host's edit class is there as well
 }
 
-TEST_F(StandinSpinner, AnInterfaceOutlivesItsWindow) {
+TEST_F(StandinSpinner, InterfaceOutlivesItsWindow) {
     ::DestroyWindow(dialog_.spinner());
     spinner_->SetValue(2.0f, TRUE);
     EXPECT_FLOAT_EQ(2.0f, spinner_->GetFVal());
@@ -134,35 +134,35 @@ TEST_F(StandinSpinner, AnInterfaceOutlivesItsWindow) {
     EXPECT_TRUE(dialog_.heard.empty());
 }
 
-// What a CustEdit told its dialog.
-std::vector<UINT> g_told;
+// What the dialog received from its CustEdit.
+std::vector<UINT> g_received;
 
 INT_PTR CALLBACK FieldDialogProc(HWND, UINT message, WPARAM w_param, LPARAM) {
     if (message == WM_COMMAND && w_param == MAKEWPARAM(3, EN_CHANGE)) {
-        g_told.push_back(message);
+        g_received.push_back(message);
     }
     return FALSE;
 }
 
-TEST_F(StandinSpinner, TheHostsFieldTellsOfATextOnEnterAndOnLeaving) {
+TEST_F(StandinSpinner, HostFieldNotifiesOnEnterAndOnLosingTheFocus) {
     ::SetWindowLongPtrW(dialog_.window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(&FieldDialogProc));
     const HWND field = ::GetDlgItem(dialog_.window, 3);
     const auto type = [](wchar_t character) { ::SendMessageW(::GetFocus(), WM_CHAR, character, 1); };
-    g_told.clear();
+    g_received.clear();
     ::SetFocus(field);
     type(L'2');
     type(L'5');
-    EXPECT_EQ(std::vector<UINT>(), g_told);
+    EXPECT_EQ(std::vector<UINT>(), g_received);
     ::SendMessageW(::GetFocus(), WM_KEYDOWN, VK_RETURN, 1);
-    EXPECT_EQ(std::vector<UINT>({WM_COMMAND}), g_told);
-    g_told.clear();
+    EXPECT_EQ(std::vector<UINT>({WM_COMMAND}), g_received);
+    g_received.clear();
     type(L'1');
     ::SetFocus(dialog_.field());
-    EXPECT_EQ(std::vector<UINT>({WM_COMMAND}), g_told);
-    g_told.clear();
+    EXPECT_EQ(std::vector<UINT>({WM_COMMAND}), g_received);
+    g_received.clear();
     ::SetFocus(field);
     ::SetFocus(dialog_.field());
-    EXPECT_EQ(std::vector<UINT>(), g_told); // nothing was typed
+    EXPECT_EQ(std::vector<UINT>(), g_received); // nothing was typed
     wchar_t text[16] = {};
     ::GetWindowTextW(field, text, 16);
     EXPECT_STREQ(L"251", text);

@@ -1,5 +1,5 @@
 // A dialog with a field (id 1), a spinner control (id 2) and a CustEdit (id 3), built from a template in
-// memory. It keeps what it hears from the spinner.
+// memory. It records the spinner's messages.
 #pragma once
 
 #include <windows.h>

@@ -118,8 +118,7 @@ def reply_code(request: Json) -> Any:
 
 def show_module(transcript: Json) -> None:
     module = dict_of(transcript, "module")
-    name = dict_of(module, "class").get("name", "no class")
-    lines = [f"{name}, version {module.get('version')}", str(module.get("file", ""))]
+    lines = [f"{module.get('class') or 'no class'}, version {module.get('version')}", str(module.get("file", ""))]
     show("module", *(lines if module else []))
     show("menu", *map(str, list_of(transcript, "menus")))
 

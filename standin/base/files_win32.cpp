@@ -168,6 +168,10 @@ bool write_file(const std::wstring& path, const std::string& content) {
     return file && write_all(file.get(), content);
 }
 
+bool write_file_and_folders(const std::wstring& path, const std::string& content) {
+    return make_folder(folder_of(path)) && write_file(path, content);
+}
+
 bool write_file_atomically(const std::wstring& path, const std::string& content) {
     const std::wstring temporary = path + L".tmp";
     if (write_file(temporary, content) &&

@@ -18,7 +18,7 @@ bool parse(const Json::CharReaderBuilder& builder, const std::string& text, Json
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     try {
         return reader->parse(text.data(), text.data() + text.size(), &root, &problem);
-    } catch (const std::exception& error) { // nesting deeper than the library takes
+    } catch (const std::exception& error) { // nested too deep for the library
         problem = error.what();
         return false;
     }
@@ -30,7 +30,7 @@ bool parse_strictly(const std::string& text, Json::Value& root, std::string& pro
     constexpr const char* mark = "\xEF\xBB\xBF";
     Json::CharReaderBuilder builder;
     Json::CharReaderBuilder::strictMode(&builder.settings_);
-    // Any root will do here; a caller that needs an object checks for it.
+    // Any root is valid; a caller that needs an object checks for it.
     builder["strictRoot"] = false;
     if (parse(builder, text.compare(0, 3, mark) == 0 ? text.substr(3) : text, root, problem)) {
         return true;

@@ -1,4 +1,4 @@
-// JSON as the stand-ins read and write it. It does not share the plugin's reading: it is the other side.
+// JSON as the stand-ins read and write it. The plugin's reader is not used, so that a bug in it shows.
 #pragma once
 
 #include <json/value.h>
@@ -8,8 +8,8 @@
 
 namespace base {
 
-// Takes standard JSON only: no comments, no member twice, nothing after the end. A byte-order mark in front
-// is skipped. False: `problem` is an error message in one line.
+// Accepts standard JSON only: no comments, no member twice, nothing after the end. Skips a byte-order mark.
+// Returns false and sets `problem` to an error message in one line when the text is not JSON.
 bool parse_strictly(const std::string& text, Json::Value& root, std::string& problem);
 
 // Null when the text is not JSON.

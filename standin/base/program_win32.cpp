@@ -83,16 +83,14 @@ ProgramResult run_program(const std::wstring& program, const std::wstring& argum
     KernelHandle read_end;
     KernelHandle write_end;
     if (!open_pipe(read_end, write_end)) {
-        result.error = ::GetLastError();
         return result;
     }
     const StartedProgram started = start_program(program, arguments, write_end.get());
     result.started = static_cast<bool>(started.process);
-    result.error = started.error;
     if (!result.started) {
         return result;
     }
-    // The pipe reports its end only after this side's writing end is closed.
+    // The pipe ends only when this process has closed its writing end too.
     write_end.reset();
     result.output = read_to_end(read_end.get());
     result.exit_code = wait_for_exit(started.process.get(), INFINITE);

@@ -11,27 +11,26 @@ namespace base {
 // The arguments without the program's name.
 std::vector<std::wstring> command_line_arguments();
 
-// The argument as CommandLineToArgvW reads it back.
+// Quotes the argument so that CommandLineToArgvW returns it unchanged.
 std::wstring quoted(const std::wstring& argument);
 
 struct StartedProgram {
     tarvo::KernelHandle process; // empty: not started
-    unsigned long error = 0;     // why not, as GetLastError says
+    unsigned long error = 0;     // GetLastError() of the failed start
 };
 
-// Starts `program` without a window. `arguments` is the command line after the program's name. With `output`,
-// an inheritable handle, the program's output and its error messages go there.
+// Starts `program` without a window. `arguments` is the command line after the program's name. `output`, an
+// inheritable handle, gets the program's output and error messages.
 StartedProgram start_program(const std::wstring& program, const std::wstring& arguments,
                              HANDLE output = nullptr);
 
 struct ProgramResult {
     bool started = false;
-    unsigned long error = 0; // why it was not started
     int exit_code = -1;
-    std::string output; // what it printed, error messages included
+    std::string output; // with the error messages
 };
 
-// Runs `program` without a window to its end.
+// Runs `program` without a window and waits for its end.
 ProgramResult run_program(const std::wstring& program, const std::wstring& arguments);
 
 // The process's exit code once it has ended; -1 when it has not within `milliseconds`.

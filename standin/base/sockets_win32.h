@@ -25,11 +25,11 @@ public:
     SocketLibrary& operator=(const SocketLibrary&) = delete;
 };
 
-// Takes a port of 127.0.0.1 without listening: a connection is refused. `port` 0 becomes the port that was
-// picked. Empty when the port is not free.
+// Binds a port of 127.0.0.1 without listening: the system refuses connections. `port` 0 becomes a free port.
+// Empty when the port is in use.
 Socket bind_to_loopback(int& port);
 
-// As above, and listens.
+// The same, and listens.
 Socket listen_on_loopback(int& port);
 
 // Empty when nothing listens there.
@@ -39,7 +39,8 @@ bool readable_within(SOCKET socket, unsigned milliseconds);
 
 bool send_all(SOCKET socket, const std::string& text);
 
-// Says the end and waits shortly for the other side's, so that nothing that was sent gets lost.
+// Shuts down sending and waits for the other side to close, at most two seconds: closing at once could lose
+// data that was sent.
 void close_gently(Socket& socket);
 
 } // namespace base

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <sstream>
 
 namespace base {
 
@@ -20,7 +21,7 @@ bool is_low_surrogate(std::uint32_t unit) {
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
-// The library refuses a lone surrogate with an exception, so the pairs are put together here.
+// Joins surrogate pairs here, because the library throws on a lone surrogate.
 template <class Units>
 std::string encode(const Units& units) {
     std::string utf8;
@@ -100,6 +101,18 @@ std::string collapsed(const std::string& text) {
         gap = is_blank(c);
     }
     return result;
+}
+
+std::vector<std::string> lines_of(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 std::string comma_list(const std::vector<std::string>& texts) {

@@ -1,5 +1,5 @@
-// UTF-8 and UTF-16, and words of ASCII. Wide texts hold UTF-16 units on every platform. What is not valid
-// becomes U+FFFD in both directions. The conversions are apart from the plugin's, so that a bug there shows.
+// UTF-8 and UTF-16, and words of ASCII. Wide texts hold UTF-16 units on every platform. Invalid input becomes
+// U+FFFD in both directions. The plugin's conversions are not used, so that a bug in them shows.
 #pragma once
 
 #include <string>
@@ -17,8 +17,11 @@ std::string to_utf8(const std::u16string& utf16);
 // For identifiers and header names: only ASCII letters are folded.
 bool equal_ignoring_case(const std::string& left, const std::string& right);
 
-// Every run of blanks and line ends becomes one blank; none is left at either end.
+// Every run of blanks and line ends becomes one blank, and those at both ends are removed.
 std::string collapsed(const std::string& text);
+
+// Without their line ends, LF or CR LF.
+std::vector<std::string> lines_of(const std::string& text);
 
 // The texts with ", " between them.
 std::string comma_list(const std::vector<std::string>& texts);

@@ -6,7 +6,7 @@
 namespace base {
 
 // Whether the whole of `text` matches: `*` any number of units, `?` one. Goes back to the last `*` only, so
-// the work is at most text times pattern; `on_retry` hears how many units each step back costs.
+// the work is at most text times pattern; `on_retry` gets the number of units of each step back.
 template <class Text, class OnRetry>
 bool matches_wildcards(const Text& text, const Text& pattern, OnRetry on_retry) {
     std::size_t at = 0;

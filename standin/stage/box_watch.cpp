@@ -21,16 +21,15 @@ const AnswerName kAnswers[] = {{"ok", IDOK}, {"cancel", IDCANCEL}, {"yes", IDYES
 // The buttons of each style; the last one is the safe answer to a question.
 struct BoxStyle {
     UINT style;
-    const char* name;
     int buttons[3];
     int safe;
 };
 
 const BoxStyle kStyles[] = {
-    {MB_OK, "ok", {IDOK, 0, 0}, IDOK},
-    {MB_OKCANCEL, "ok_cancel", {IDOK, IDCANCEL, 0}, IDCANCEL},
-    {MB_YESNOCANCEL, "yes_no_cancel", {IDYES, IDNO, IDCANCEL}, IDCANCEL},
-    {MB_YESNO, "yes_no", {IDYES, IDNO, 0}, IDNO},
+    {MB_OK, {IDOK, 0, 0}, IDOK},
+    {MB_OKCANCEL, {IDOK, IDCANCEL, 0}, IDCANCEL},
+    {MB_YESNOCANCEL, {IDYES, IDNO, IDCANCEL}, IDCANCEL},
+    {MB_YESNO, {IDYES, IDNO, 0}, IDNO},
 };
 
 const BoxStyle& box_style(UINT style) {
@@ -55,6 +54,15 @@ int answer_id(const std::string& name) {
     return 0;
 }
 
+std::string answer_name(int answer) {
+    for (const AnswerName& known : kAnswers) {
+        if (known.id == answer) {
+            return known.name;
+        }
+    }
+    return "not shown";
+}
+
 BoxWatch* g_watch = nullptr;
 AnyFunction g_message_box = nullptr;
 
@@ -63,24 +71,11 @@ int WINAPI watched_message_box(HWND owner, const wchar_t* text, const wchar_t* c
     return g_watch->show(owner, text, caption, style, language);
 }
 
-int real_message_box(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style, WORD language) {
-    return reinterpret_cast<decltype(&::MessageBoxExW)>(g_message_box)(owner, text, caption, style, language);
-}
-
 std::string text_or_empty(const wchar_t* text) {
     return text == nullptr ? std::string() : base::to_utf8(text);
 }
 
 } // namespace
-
-std::string answer_name(int answer) {
-    for (const AnswerName& known : kAnswers) {
-        if (known.id == answer) {
-            return known.name;
-        }
-    }
-    return answer == 0 ? "not shown" : std::to_string(answer);
-}
 
 void BoxWatch::prepare(const Json::Value& scenario) {
     answers_ = scenario["answers"];
@@ -109,7 +104,7 @@ bool BoxWatch::any_open() const {
     return !open_.empty();
 }
 
-// The scenario's answer for the first number that has one; the last answer of a list goes on for later boxes.
+// The scenario's answer for the first number that has one. Later boxes get the last answer of a list.
 BoxWatch::Choice BoxWatch::choose(const std::vector<unsigned>& numbers, UINT style) {
     const BoxStyle& known = box_style(style);
     for (unsigned number : numbers) {
@@ -136,7 +131,6 @@ Json::Value BoxWatch::describe(HWND owner, const wchar_t* text, const wchar_t* c
     entry["text"] = text_or_empty(text);
     entry["caption"] = text_or_empty(caption);
     entry["style"] = static_cast<Json::UInt>(style);
-    entry["buttons"] = box_style(style).name;
     entry["language"] = static_cast<Json::UInt>(language);
     entry["owner"] = dialogs_.name_of_window(owner);
     entry["answer"] = Json::Value();
@@ -160,7 +154,8 @@ int BoxWatch::show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT
         }
         open_.push_back(box);
     }
-    const int answer = real_message_box(owner, text, caption, style, system_buttons_ ? 0 : language);
+    const int answer = reinterpret_cast<decltype(&::MessageBoxExW)>(g_message_box)(
+        owner, text, caption, style, system_buttons_ ? WORD{0} : language);
     const std::lock_guard<std::mutex> lock(mutex_);
     open_.pop_back();
     transcript_.amend("boxes", box.index, "answer", answer_name(answer));

@@ -1,4 +1,4 @@
-// Watches the message boxes of the module. A box is really shown; the driver finds its window and answers it
+// Records the message boxes of the module. The real box is shown; the driver finds its window and answers it
 // as the scenario says. Needs windows.h.
 #pragma once
 
@@ -18,7 +18,7 @@ namespace stage {
 class DialogWatch;
 class ModuleFile;
 
-// A box that stands on the screen.
+// A box that is on the screen.
 struct OpenBox {
     Json::ArrayIndex index = 0; // in the transcript's list
     int answer = 0;             // the button's id
@@ -31,13 +31,13 @@ public:
     BoxWatch(Transcript& transcript, const ModuleFile& module, const DialogWatch& dialogs)
         : transcript_(transcript), module_(module), dialogs_(dialogs) {}
 
-    // Takes what the scenario says about boxes.
+    // Reads what the scenario says about boxes.
     void prepare(const Json::Value& scenario);
 
     // Replaces the module's MessageBoxExW. One watch at a time.
     void install(HMODULE module);
 
-    // The box on top that nobody has answered yet, marked as answered by this call.
+    // Gets the box on top, if it is not answered yet, and marks it as answered.
     bool take_unanswered(OpenBox& box);
 
     bool any_open() const;
@@ -61,10 +61,8 @@ private:
     Json::Value screenshots_;
     bool system_buttons_ = false;
     mutable std::mutex mutex_;
-    std::map<unsigned, unsigned> seen_; // how often a text number came
+    std::map<unsigned, unsigned> seen_; // text number -> how many boxes had it
     std::vector<OpenBox> open_;
 };
-
-std::string answer_name(int answer);
 
 } // namespace stage

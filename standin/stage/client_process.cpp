@@ -5,8 +5,8 @@
 #include "standin/base/program_win32.h"
 #include "standin/base/text.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <vector>
 
 namespace stage {
 
@@ -16,21 +16,14 @@ constexpr DWORD kStartLimitMs = 30000;
 constexpr DWORD kStopLimitMs = 5000;
 constexpr DWORD kPollMs = 10;
 
-std::vector<std::wstring> client_options(const Json::Value& wanted) {
-    std::vector<std::wstring> options;
-    const std::string mode = wanted.get("mode", "reply").asString();
-    options.insert(options.end(), {L"--mode", base::to_wide(mode)});
-    if (wanted.isMember("code")) {
-        options.insert(options.end(), {L"--reply", base::to_wide(wanted["code"].asString())});
-    }
-    if (wanted.isMember("body")) {
-        options.insert(options.end(), {L"--body", base::to_wide(wanted["body"].asString())});
-    }
-    if (wanted.isMember("delay_ms")) {
-        options.insert(options.end(), {L"--delay", base::to_wide(wanted["delay_ms"].asString())});
-    }
-    return options;
-}
+struct ClientOption {
+    const char* key;
+    const wchar_t* option;
+};
+
+// From the scenario's "client".
+const ClientOption kOptions[] = {
+    {"mode", L" --mode "}, {"code", L" --reply "}, {"body", L" --body "}, {"delay_ms", L" --delay "}};
 
 tarvo::KernelHandle make_job() {
     tarvo::KernelHandle job(::CreateJobObjectW(nullptr, nullptr));
@@ -57,11 +50,12 @@ bool ClientProcess::start(const std::wstring& program, const Json::Value& wanted
     std::wstring arguments = L"--port " + std::to_wstring(port) + L" --ready " + base::quoted(ready_file_) +
                              L" --record " + base::quoted(record_file_) + L" --stop " +
                              base::quoted(stop_file_);
-    for (const std::wstring& option : client_options(wanted)) {
-        arguments += L" " + base::quoted(option);
+    for (const ClientOption& known : kOptions) {
+        if (wanted.isMember(known.key)) {
+            arguments += known.option + base::quoted(base::to_wide(wanted[known.key].asString()));
+        }
     }
-    // What it prints goes nowhere: to the console that it would get otherwise each line takes long under
-    // Wine.
+    // Without this the client gets a console of its own, where each line takes long under Wine.
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     const tarvo::FileHandle nowhere(
         ::CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr));
@@ -116,16 +110,10 @@ Json::Value ClientProcess::requests() const {
     if (record_file_.empty() || !base::read_file(record_file_, content)) {
         return list;
     }
-    std::size_t from = forgotten_;
-    while (from < content.size()) {
-        const std::size_t end = content.find('\n', from);
-        Json::Value request =
-            base::parsed_or_null(content.substr(from, end == std::string::npos ? end : end - from));
-        if (request.isObject()) {
-            request["json"] = base::parsed_or_null(request["body"].asString());
-            list.append(request);
-        }
-        from = end == std::string::npos ? content.size() : end + 1;
+    for (const std::string& line : base::lines_of(content.substr(std::min(forgotten_, content.size())))) {
+        Json::Value request = base::parsed_or_null(line);
+        request["json"] = base::parsed_or_null(request["body"].asString());
+        list.append(request);
     }
     return list;
 }

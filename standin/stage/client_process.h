@@ -1,4 +1,4 @@
-// The desktop client of a run: started as the scenario says, told to end when the run ends. Needs windows.h.
+// The desktop client of a run, as the scenario describes it. Needs windows.h.
 #pragma once
 
 #include "common/win32_handles.h"
@@ -17,8 +17,8 @@ public:
     ClientProcess(ClientProcess&&) = default;
     ClientProcess& operator=(ClientProcess&&) = default;
 
-    // `wanted`: the scenario's "client". Its files go into `folder`; port 0: a free one. Returns false and
-    // sets `problem` to an error message.
+    // Stops a client that runs and starts another. `wanted` is the scenario's "client"; its files go into
+    // `folder`; port 0: a free one. Returns false and sets `problem` to an error message.
     bool start(const std::wstring& program, const Json::Value& wanted, const std::wstring& folder, int port,
                std::string& problem);
     void stop();
@@ -26,17 +26,17 @@ public:
     int port() const { return port_; }
 
     bool is_running() const { return static_cast<bool>(process_); }
-    // What was recorded so far is not among the requests.
+    // `requests` leaves out what was recorded up to now.
     void forget_requests();
 
-    // Every request so far, also of clients that were stopped: the lines of the record, with the body as
-    // "json" where it is JSON.
+    // Every request so far, also those to clients that were stopped: the records, with the parsed body as
+    // "json".
     Json::Value requests() const;
 
 private:
     bool wait_until_ready(std::string& problem);
 
-    tarvo::KernelHandle job_; // ends the client with the stage, also when that is killed
+    tarvo::KernelHandle job_; // ends the client when the stage ends or is killed
     tarvo::KernelHandle process_;
     std::wstring ready_file_;
     std::wstring record_file_;

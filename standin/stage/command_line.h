@@ -8,20 +8,18 @@
 
 namespace stage {
 
-constexpr int kExitHeld = 0;    // every expectation holds; for a person: the window was closed
-constexpr int kExitFailed = 1;  // some expectation does not hold
+constexpr int kExitPassed = 0;  // every expectation holds; for a person: the window was closed
+constexpr int kExitFailed = 1;  // an expectation does not hold
 constexpr int kExitRefused = 2; // bad input: no scene, a broken scenario, no module, the wrong language
-constexpr int kExitTrouble = 3; // the run itself broke: a time limit, a crash
+constexpr int kExitTrouble = 3; // a time limit or a crash
 
 struct Options {
     std::wstring scene;                 // a person's scene, or --scene
     std::wstring scenario;              // --scenario; empty: for a person
     std::wstring out;                   // --out
     std::wstring module;                // --module
-    std::wstring client;                // --client
     std::wstring seven_zip;             // --seven-zip; empty: none is copied
     std::wstring scripts;               // --scripts
-    std::wstring print_language;        // --print-language
     std::wstring faults;                // --faults; empty: the scenario is played once
     bool installed = false;             // --installed
     bool windows_radio_buttons = false; // --windows-radio-buttons

@@ -3,6 +3,7 @@
 #include "standin/base/files_win32.h"
 #include "standin/base/json.h"
 #include "standin/base/text.h"
+#include "standin/base/wildcards.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/log_lines.h"
 
@@ -32,11 +33,6 @@ std::wstring machine_wide_folder() {
 
 bool is_log_folder(const std::wstring& name) {
     return name.compare(0, 3, L"log") == 0;
-}
-
-bool ends_with(const std::string& text, const std::string& ending) {
-    return text.size() >= ending.size() &&
-           text.compare(text.size() - ending.size(), ending.size(), ending) == 0;
 }
 
 // Log files are UTF-8 where they are valid UTF-8, else in the simplified-Chinese code page.
@@ -71,32 +67,13 @@ Json::Value describe_file(const base::FileEntry& file, const std::string& name) 
     if (!is_text(content)) {
         return entry;
     }
-    const Json::Value document = ends_with(name, ".json") ? base::parsed_or_null(content) : Json::Value();
+    const Json::Value document =
+        base::matches_wildcards<std::string>(name, "*.json") ? base::parsed_or_null(content) : Json::Value();
     if (!document.isNull()) {
         entry["json"] = document;
     }
     entry["text"] = content;
     return entry;
-}
-
-// One value of the ini file; null leaves the key out.
-std::string ini_line(const Json::Value& ini, const char* key, const std::string& usual, int port) {
-    const Json::Value value = ini.isMember(key) ? ini[key] : Json::Value(usual);
-    if (value.isNull()) {
-        return std::string();
-    }
-    const std::string text = value.asString() == "auto" ? std::to_string(port) : value.asString();
-    return std::string(key) + "=" + text + "\r\n";
-}
-
-// The profile calls read a file in the system's code page, or in UTF-16 when it begins with the mark.
-std::string as_profile_file(const std::string& utf8) {
-    const std::wstring wide = L"\xFEFF" + base::to_wide(utf8);
-    return std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t));
-}
-
-bool empty_folder(const std::wstring& folder) {
-    return base::remove_tree(folder) && base::make_folder(folder);
 }
 
 } // namespace
@@ -115,14 +92,9 @@ bool DataFolder::write_ini(const Json::Value& wanted, int port) const {
     if (adopted_port_ != 0 || (wanted.isMember("ini") && wanted["ini"].isNull())) {
         return true;
     }
-    if (wanted["ini"].isString()) {
-        return base::write_file(ini_file(), as_profile_file(wanted["ini"].asString()));
-    }
-    const Json::Value& ini = wanted["ini"];
-    return base::write_file(ini_file(),
-                            as_profile_file("[general]\r\n" + ini_line(ini, "ip", "127.0.0.1", port) +
-                                            ini_line(ini, "port", "auto", port) +
-                                            ini_line(ini, "lowerversion", "1.3.5", port)));
+    return base::write_file(
+        ini_file(), "[general]\r\nip=127.0.0.1\r\nport=" + std::to_string(port) +
+                        "\r\nlowerversion=" + wanted["ini"].get("lowerversion", "1.3.5").asString() + "\r\n");
 }
 
 bool DataFolder::copy_seven_zip(bool wanted, const std::wstring& source, std::string& problem) const {
@@ -176,11 +148,8 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
             return false;
         }
     }
-    if (wanted.get("missing", false).asBool()) {
-        problem = base::to_utf8(path_) + ": cannot be removed";
-        return base::remove_tree(path_);
-    }
-    if (!empty_folder(script_folder()) || !write_ini(wanted, port)) {
+    if (!base::remove_tree(script_folder()) || !base::make_folder(script_folder()) ||
+        !write_ini(wanted, port)) {
         problem = base::to_utf8(script_folder()) + ": cannot be written";
         return false;
     }
@@ -190,8 +159,7 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
     }
     for (const std::string& name : wanted["files"].getMemberNames()) {
         const std::wstring file = base::joined(path_, base::to_wide(name));
-        if (!base::make_folder(base::folder_of(file)) ||
-            !base::write_file(file, wanted["files"][name].asString())) {
+        if (!base::write_file_and_folders(file, wanted["files"][name].asString())) {
             problem = base::to_utf8(file) + ": cannot be written";
             return false;
         }
@@ -246,11 +214,11 @@ Json::Value DataFolder::appeared() const {
 Json::Value DataFolder::logs() const {
     std::vector<base::FileEntry> files;
     for (const base::FileEntry& file : base::list_files(path_)) {
-        if (is_log_folder(base::to_wide(file.name)) && ends_with(file.name, ".log")) {
+        if (is_log_folder(base::to_wide(file.name))) {
             files.push_back(file);
         }
     }
-    // Older files of a channel carry higher numbers, and the current one none.
+    // The older a channel's file, the higher its number; the current one has none.
     std::sort(files.begin(), files.end(), [](const base::FileEntry& one, const base::FileEntry& other) {
         return one.name.size() != other.name.size() ? one.name.size() > other.name.size()
                                                     : one.name > other.name;

@@ -1,5 +1,5 @@
-// The plugin's folder under the machine-wide application-data folder: prepared before a run, looked through
-// after it. Needs windows.h.
+// The plugin's folder in the machine-wide application-data folder: prepared before a run, searched after it.
+// Needs windows.h.
 #pragma once
 
 #include <json/value.h>
@@ -9,7 +9,7 @@
 
 namespace stage {
 
-// What the folder is filled from; an empty name: nothing to copy.
+// Where programs and scripts are copied from; an empty name: nothing is copied.
 struct DataSources {
     std::wstring seven_zip; // folder with 7z.exe and 7z.dll
     std::wstring scripts;   // folder with the scripts that are installed
@@ -23,24 +23,25 @@ public:
     std::wstring ini_file() const;
     std::wstring script_folder() const;
 
-    // Empties what earlier runs left and fills the folder as the scenario's "data_folder" (null: everything
-    // there) says. `port` stands in the ini file for "auto". False: `problem` is a sentence.
+    // Removes what earlier runs left and fills the folder as the scenario's "data_folder" says (null: a
+    // complete installation). `port` is for the ini file. Returns false and sets `problem` to an error
+    // message.
     bool prepare(const Json::Value& wanted, const DataSources& sources, int port, std::string& problem);
 
-    // Takes the folder as it is installed instead: nothing is emptied, copied or written. False: `problem` is
-    // a sentence.
+    // Uses the folder as it is installed and changes nothing in it. Returns false and sets `problem` to an
+    // error message.
     bool adopt(std::string& problem);
 
     // The port in an adopted folder's ini file; 0 when the folder was not adopted.
     int adopted_port() const { return adopted_port_; }
 
-    // Writes the ini file again, for another port; an adopted folder keeps its own.
+    // Writes the ini file for another port; does not change an adopted folder's.
     bool write_ini(const Json::Value& wanted, int port) const;
 
-    // Remembers what lies in `folder` too; its files are listed under "scene/".
+    // Remembers the files of this folder and of `scene_folder`, whose files get the prefix "scene/".
     void mark(const std::wstring& scene_folder);
 
-    // Files that came or changed since `mark`: {"name", "size", "json" or "text"}; logs are not among them.
+    // New and changed files since `mark`: {"name", "size", "json" or "text"}, without logs.
     Json::Value appeared() const;
 
     // Every channel's lines, oldest first.

@@ -88,7 +88,6 @@ void read_button(HWND control, Json::Value& value) {
 
 void read_list_box(HWND control, Json::Value& value) {
     value["lines"] = read_items(control, {LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT});
-    value["extent"] = static_cast<Json::Int>(::SendMessageW(control, LB_GETHORIZONTALEXTENT, 0, 0));
 }
 
 void read_combo_box(HWND control, Json::Value& value) {
@@ -97,12 +96,7 @@ void read_combo_box(HWND control, Json::Value& value) {
 }
 
 void read_up_down(HWND control, Json::Value& value) {
-    int low = 0;
-    int high = 0;
-    ::SendMessageW(control, UDM_GETRANGE32, reinterpret_cast<WPARAM>(&low), reinterpret_cast<LPARAM>(&high));
     value["position"] = static_cast<Json::Int>(::SendMessageW(control, UDM_GETPOS32, 0, 0));
-    value["range"].append(low);
-    value["range"].append(high);
 }
 
 struct ControlReader {
@@ -117,7 +111,7 @@ const ControlReader kReaders[] = {
     {L"msctls_updown32", read_up_down},
 };
 
-// The dialog's own control, whichever window inside it has the focus.
+// The dialog's own control, also when a window inside that control has the focus.
 HWND control_with_focus(HWND dialog) {
     HWND control = ::GetFocus();
     while (::IsChild(dialog, control) != FALSE && ::GetParent(control) != dialog) {
@@ -128,11 +122,8 @@ HWND control_with_focus(HWND dialog) {
 
 Json::Value read_control(HWND control) {
     Json::Value value(Json::objectValue);
-    value["class"] = base::to_utf8(class_name(control));
     value["text"] = base::to_utf8(window_text(control));
     value["enabled"] = ::IsWindowEnabled(control) != FALSE;
-    // The control's own flag: before the dialog is shown nothing in it counts as visible to IsWindowVisible.
-    value["visible"] = (::GetWindowLongPtrW(control, GWL_STYLE) & WS_VISIBLE) != 0;
     for (const ControlReader& reader : kReaders) {
         if (is_class(control, reader.window_class)) {
             reader.read(control, value);
@@ -153,7 +144,7 @@ std::wstring window_text(HWND window) {
     const auto length = static_cast<std::size_t>(::SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
     std::wstring text(length + 1, L'\0');
     ::SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(&text[0]));
-    text.resize(std::wcslen(text.c_str())); // a control may tell more than it then gives
+    text.resize(std::wcslen(text.c_str())); // a control may report more than it returns
     return text;
 }
 

@@ -13,7 +13,7 @@ namespace stage {
 namespace {
 
 constexpr UINT kRefillTable = WM_USER + 1;
-constexpr UINT kNobodys = WM_USER + 2; // a message that the module does not know
+constexpr UINT kUnknownMessage = WM_USER + 2; // the module has no handler for it
 
 DialogWatch* g_watch = nullptr;
 AnyFunction g_dialog_box = nullptr;
@@ -40,11 +40,11 @@ struct MessageName {
 const MessageName kRecorded[] = {
     {WM_INITDIALOG, "WM_INITDIALOG"}, {WM_COMMAND, "WM_COMMAND"},     {WM_NOTIFY, "WM_NOTIFY"},
     {WM_CLOSE, "WM_CLOSE"},           {WM_DESTROY, "WM_DESTROY"},     {kRefillTable, "WM_USER+1"},
-    {kNobodys, "WM_USER+2"},          {WM_MOUSEMOVE, "WM_MOUSEMOVE"}, {WM_LBUTTONDOWN, "WM_LBUTTONDOWN"},
+    {kUnknownMessage, "WM_USER+2"},   {WM_MOUSEMOVE, "WM_MOUSEMOVE"}, {WM_LBUTTONDOWN, "WM_LBUTTONDOWN"},
     {WM_LBUTTONUP, "WM_LBUTTONUP"},
 };
 
-// Controls notify a lot; these are the notifications that mean a user's action.
+// The notifications that mean a user's action; controls send many others.
 bool is_user_notification(LPARAM l_param) {
     const UINT code = reinterpret_cast<const NMHDR*>(l_param)->code;
     return code == static_cast<UINT>(NM_DBLCLK) || code == static_cast<UINT>(NM_CLICK) ||
@@ -150,7 +150,7 @@ BOOL DialogWatch::end(HWND dialog, INT_PTR result) {
     return reinterpret_cast<decltype(&::EndDialog)>(g_end_dialog)(dialog, result);
 }
 
-// The first message of a dialog tells its window; the dialog without one is the newest.
+// A dialog's first message has its window; the newest dialog has none until then.
 DialogWatch::OpenDialog DialogWatch::find(HWND dialog) {
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const OpenDialog& open : open_) {
@@ -165,24 +165,20 @@ DialogWatch::OpenDialog DialogWatch::find(HWND dialog) {
     return {0, nullptr, dialog};
 }
 
-void DialogWatch::record_exception(int template_id, const std::string& what) {
-    Json::Value entry(Json::objectValue);
-    entry["dialog"] = template_id;
-    entry["what"] = what;
-    transcript_.append("exceptions", entry);
-}
-
-// The stage plays a host that survives what a dialog procedure throws; the system's own frames must not see
-// it.
+// The stage is a host that survives an exception of a dialog procedure, which must not reach the system's
+// frames.
 INT_PTR DialogWatch::guarded_call(const OpenDialog& open, HWND dialog, UINT message, WPARAM w_param,
                                   LPARAM l_param) {
+    Json::Value entry(Json::objectValue);
+    entry["dialog"] = open.template_id;
     try {
         return open.procedure == nullptr ? FALSE : open.procedure(dialog, message, w_param, l_param);
     } catch (const std::exception& error) {
-        record_exception(open.template_id, error.what());
+        entry["what"] = error.what();
     } catch (...) {
-        record_exception(open.template_id, "not a standard exception");
+        entry["what"] = "not a standard exception";
     }
+    transcript_.append("exceptions", entry);
     return FALSE;
 }
 

@@ -1,5 +1,5 @@
-// Watches the module's dialogs: it stands between the system and their dialog procedures, sees each message
-// and its result, and catches what is thrown through them. Needs windows.h.
+// Wraps the module's dialog procedures: records each message with its result and catches exceptions. Needs
+// windows.h.
 #pragma once
 
 #include "standin/stage/transcript.h"
@@ -46,7 +46,6 @@ private:
     };
     OpenDialog find(HWND dialog);
     INT_PTR guarded_call(const OpenDialog& open, HWND dialog, UINT message, WPARAM w_param, LPARAM l_param);
-    void record_exception(int template_id, const std::string& what);
 
     Transcript& transcript_;
     HWND frame_;

@@ -1,4 +1,4 @@
-// Holds what a scenario expects against the transcript. Both are JSON; docs/scenario.md describes them.
+// Compares what a scenario expects with the transcript. Both are JSON; docs/scenario.md describes them.
 #pragma once
 
 #include <json/value.h>
@@ -7,13 +7,13 @@
 
 namespace stage {
 
-// Appends one outcome to `outcomes` for each kind of expectation that holds ({"place", "held"}), and one for
-// each difference ({"place", "held", "expected", "got"}). True when everything holds.
-bool evaluate_expectations(const Json::Value& expect, const Json::Value& transcript, const std::string& place,
+// Appends to `outcomes` one entry for each kind of expectation that holds ({"place", "held"}), and one for
+// each difference ({"place", "held", "expected", "got"}).
+void evaluate_expectations(const Json::Value& expect, const Json::Value& transcript, const std::string& place,
                            Json::Value& outcomes);
 
-// What no run may have, whether the scenario speaks of it or not: an exception that left the module, a
-// question nobody had an answer for.
-bool evaluate_standing_rules(const Json::Value& expect, const Json::Value& transcript, Json::Value& outcomes);
+// Appends a difference for what no run may have: an exception that escaped from the module and that the
+// scenario does not expect, and a question without an answer.
+void evaluate_standing_rules(const Json::Value& expect, const Json::Value& transcript, Json::Value& outcomes);
 
 } // namespace stage

@@ -53,7 +53,7 @@ std::string infection_in(const std::string& bytes) {
 bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
     for (const std::string& name : files.getMemberNames()) {
         const std::wstring file = base::joined(folder, base::to_wide(name));
-        if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, files[name].asString())) {
+        if (!base::write_file_and_folders(file, files[name].asString())) {
             return false;
         }
     }

@@ -1,10 +1,9 @@
-// The stage: plays the host for the plugin module, for a person or by a scenario.
+// The stage: the host of the plugin module, for a person or for a scenario.
 #include "standin/base/files_win32.h"
+#include "standin/base/json.h"
 #include "standin/base/program_win32.h"
 #include "standin/base/text.h"
 #include "standin/stage/command_line.h"
-#include "standin/stage/scenario.h"
-#include "standin/stage/stage_for_person.h"
 #include "standin/stage/stage_run.h"
 #include "standin/stage/sweep.h"
 
@@ -32,24 +31,21 @@ LONG WINAPI on_crash(EXCEPTION_POINTERS* crash) {
 }
 
 void on_abort(int) {
-    g_run->give_up("crash: abort was called (an exception nobody caught?)");
+    g_run->give_up("crash: abort was called (an uncaught exception?)");
 }
 
 bool load_scenario(const std::wstring& file, Json::Value& scenario, std::string& problem) {
     std::string text;
     if (!base::read_file(file, text)) {
-        problem = base::to_utf8(file) + ": cannot be read";
-        return false;
+        problem = "cannot be read";
+    } else if (base::parse_strictly(text, scenario, problem)) {
+        problem = scenario.isObject() ? "" : "is not a JSON object";
     }
-    if (!read_scenario(text, scenario, problem)) {
-        problem = base::to_utf8(base::name_of(file)) + ": " + problem;
-        return false;
-    }
-    return true;
+    problem = problem.empty() ? "" : base::to_utf8(file) + ": " + problem;
+    return problem.empty();
 }
 
-// The plugin's data folder is the machine's: two runs at once would disturb each other, so the later one
-// waits.
+// The machine has one data folder of the plugin, so a second run waits for the end of the first.
 class OneAtATime {
 public:
     OneAtATime() : mutex_(::CreateMutexW(nullptr, FALSE, L"TarvoStageRuns")) {
@@ -69,10 +65,10 @@ int run_scenario(const Options& options) {
     if (!load_scenario(options.scenario, scenario, problem)) {
         return refuse(problem);
     }
-    const std::string wanted = scenario_language(scenario);
+    const std::string wanted = scenario.get("language", "en").asString();
     if (wanted != "any" && wanted != system_language()) {
         return refuse("the scenario wants the language '" + wanted + "' and the system's is '" +
-                      system_language() + "' (under Wine LC_ALL decides; see --print-language)");
+                      system_language() + "' (under Wine LC_ALL decides)");
     }
     const OneAtATime turn;
     ::SetUnhandledExceptionFilter(&on_crash);
@@ -90,14 +86,19 @@ int run_scenario(const Options& options) {
     }
 }
 
-int print_language(const Options& options) {
-    Json::Value scenario;
-    std::string problem;
-    if (!load_scenario(options.print_language, scenario, problem)) {
-        return refuse(problem);
-    }
-    std::puts(scenario_language(scenario).c_str());
-    return kExitHeld;
+std::wstring temporary_folder() {
+    wchar_t folder[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH, folder);
+    return std::wstring(folder) + L"tarvo-stage";
+}
+
+int run_for_person(Options options) {
+    options.out = temporary_folder();
+    Json::Value scenario(Json::objectValue);
+    scenario["scene"]["from_command_line"] = true;
+    scenario["client"] = Json::Value(Json::objectValue);
+    StageRun run(options, scenario);
+    return run.run_for_person();
 }
 
 } // namespace
@@ -111,12 +112,9 @@ int main() {
         return refuse(text + "; --help lists the options");
     case base::Arguments::help:
         std::fputs(text.c_str(), stdout);
-        return kExitHeld;
+        return kExitPassed;
     case base::Arguments::good:
         break;
-    }
-    if (!options.print_language.empty()) {
-        return print_language(options);
     }
     return options.scenario.empty() ? run_for_person(options) : run_scenario(options);
 }

@@ -1,10 +1,9 @@
 #include "standin/stage/module_file.h"
 
 #include "standin/base/text.h"
+#include "standin/host_sdk/control.h"
 
-#include "plugapi.h"
-
-#include <cstdio>
+#include "guplib.h"
 
 namespace stage {
 
@@ -12,20 +11,11 @@ namespace {
 
 constexpr unsigned long kHostLibraryVersion = 0x52083400; // 3ds Max 2019
 constexpr unsigned kHighestTextNumber = 1023;
+constexpr int kSystemStartup = 80;
 
 template <class Function>
 Function exported(HMODULE module, const char* name) {
     return reinterpret_cast<Function>(::GetProcAddress(module, name));
-}
-
-std::string hexadecimal(unsigned long value) {
-    char text[16] = {};
-    std::snprintf(text, sizeof text, "0x%08lX", value);
-    return text;
-}
-
-std::string wide_or_empty(const wchar_t* text) {
-    return text == nullptr ? std::string() : base::to_utf8(text);
 }
 
 std::string version_text(DWORD high, DWORD low) {
@@ -67,10 +57,8 @@ bool ModuleFile::load(const std::wstring& path, std::string& problem) {
             return false;
         }
     }
-    library_version_ = exported<ULONG (*)()>(handle_, "LibVersion")();
-    if (library_version_ != kHostLibraryVersion) {
-        problem = "the module's LibVersion is " + hexadecimal(library_version_) + ", the host's is " +
-                  hexadecimal(kHostLibraryVersion);
+    if (exported<ULONG (*)()>(handle_, "LibVersion")() != kHostLibraryVersion) {
+        problem = "the module's LibVersion is not the host's";
         return false;
     }
     const auto initialize = exported<int (*)()>(handle_, "LibInitialize");
@@ -78,7 +66,6 @@ bool ModuleFile::load(const std::wstring& path, std::string& problem) {
         problem = "the module's LibInitialize refused";
         return false;
     }
-    class_count_ = exported<int (*)()>(handle_, "LibNumberClasses")();
     read_texts();
     return true;
 }
@@ -137,27 +124,59 @@ Json::Value ModuleFile::description() const {
     Json::Value value(Json::objectValue);
     value["file"] = base::to_utf8(path_);
     value["version"] = file_version(path_);
-    value["library_version"] = hexadecimal(library_version_);
-    value["description"] = wide_or_empty(exported<const wchar_t* (*)()>(handle_, "LibDescription")());
-    value["class_count"] = class_count_;
-    value["class"] = class_description();
+    ClassDesc* descriptor = class_descriptor();
+    const MCHAR* name = descriptor == nullptr ? nullptr : descriptor->ClassName();
+    value["class"] = base::to_utf8(name == nullptr ? L"" : name);
     return value;
 }
 
-Json::Value ModuleFile::class_description() const {
-    ClassDesc* descriptor = class_descriptor();
-    if (descriptor == nullptr) {
-        return Json::Value();
+void PluginLife::record(const char* event, long long result) {
+    Json::Value entry(Json::objectValue);
+    entry["event"] = event;
+    entry["result"] = static_cast<Json::Int64>(result);
+    transcript_.append("plugin", entry);
+}
+
+bool PluginLife::start(bool rebuild_menu_bar, std::string& problem) {
+    ClassDesc* descriptor = module_.class_descriptor();
+    if (descriptor == nullptr || descriptor->SuperClassID() != GUP_CLASS_ID) {
+        problem = "the module has no utility-plugin class";
+        return false;
     }
-    Json::Value value(Json::objectValue);
-    value["name"] = wide_or_empty(descriptor->ClassName());
-    value["category"] = wide_or_empty(descriptor->Category());
-    value["internal_name"] = wide_or_empty(descriptor->InternalName());
-    value["super_class"] = static_cast<Json::UInt>(descriptor->SuperClassID());
-    value["id"].append(hexadecimal(descriptor->ClassID().PartA()));
-    value["id"].append(hexadecimal(descriptor->ClassID().PartB()));
-    value["own_instance"] = descriptor->HInstance() == handle_;
-    return value;
+    plugin_ = static_cast<GUP*>(descriptor->Create());
+    record("Create", plugin_ != nullptr ? 1 : 0);
+    if (plugin_ == nullptr) {
+        problem = "the class descriptor created no plugin object";
+        return false;
+    }
+    const DWORD kept = plugin_->Start();
+    record("Start", static_cast<long long>(kept));
+    if (rebuild_menu_bar) {
+        host_sdk::load_menus(host_sdk::save_menus());
+    }
+    if (kept == GUPRESULT_KEEP) {
+        host_sdk::broadcast_notification(kSystemStartup);
+    }
+    return true;
+}
+
+void PluginLife::stop() {
+    if (plugin_ == nullptr) {
+        return;
+    }
+    plugin_->Stop();
+    record("Stop", host_sdk::notification_handler_count(kSystemStartup));
+    plugin_->DeleteThis();
+    record("DeleteThis", host_sdk::live_heap_objects());
+    plugin_ = nullptr;
+}
+
+Json::Value menu_lines() {
+    Json::Value lines(Json::arrayValue);
+    for (const std::string& line : base::lines_of(base::to_utf8(host_sdk::describe_menus()))) {
+        lines.append(line);
+    }
+    return lines;
 }
 
 } // namespace stage

@@ -1,5 +1,8 @@
-// The plugin module as a file: loading it, its exports, its version resource, its texts. Needs windows.h.
+// The plugin module: its file with exports, version resource and texts, and the plugin object. Needs
+// windows.h.
 #pragma once
+
+#include "standin/stage/transcript.h"
 
 #include <json/value.h>
 
@@ -10,6 +13,7 @@
 #include <vector>
 
 class ClassDesc;
+class GUP;
 
 namespace stage {
 
@@ -20,7 +24,7 @@ public:
     ModuleFile(const ModuleFile&) = delete;
     ModuleFile& operator=(const ModuleFile&) = delete;
 
-    // False: `problem` says why the file is no plugin module of this host.
+    // Returns false and sets `problem` to an error message when the file is not a plugin module of this host.
     bool load(const std::wstring& path, std::string& problem);
     // Calls LibShutdown first.
     void unload();
@@ -29,21 +33,42 @@ public:
     ClassDesc* class_descriptor() const; // the one with index 0; null when there is none
 
     std::wstring text(unsigned number) const;
-    // The numbers under which this text, or what a look-up leaves of it, stands in the string table.
+    // The numbers that have this text in the string table, at least as far as a look-up returns it.
     std::vector<unsigned> numbers_of(const std::wstring& text) const;
 
     Json::Value texts() const;       // by number
-    Json::Value description() const; // file, version, exports
-    Json::Value class_description() const;
+    Json::Value description() const; // file, version, class name
 
 private:
     void read_texts();
 
     HMODULE handle_ = nullptr;
     std::wstring path_;
-    unsigned long library_version_ = 0;
-    int class_count_ = 0;
     std::map<unsigned, std::wstring> texts_;
 };
+
+// The plugin object from its creation to its end, as the host runs it. For the user-interface thread.
+class PluginLife {
+public:
+    PluginLife(const ModuleFile& module, Transcript& transcript) : module_(module), transcript_(transcript) {}
+
+    // Create, Start and, when the plugin asks to be kept, the start-up notification. `rebuild_menu_bar`
+    // rebuilds the menu bar between the two, as one version of the host does. Returns false and sets
+    // `problem` to an error message.
+    bool start(bool rebuild_menu_bar, std::string& problem);
+
+    // Stop and DeleteThis.
+    void stop();
+
+private:
+    void record(const char* event, long long result);
+
+    const ModuleFile& module_;
+    Transcript& transcript_;
+    GUP* plugin_ = nullptr;
+};
+
+// The menu bar's entries, one in a line.
+Json::Value menu_lines();
 
 } // namespace stage

@@ -1,20 +1,23 @@
-// Watches what the module takes from the system and gives back, the processes it starts and what it opens in
-// the shell (which is recorded and not opened). Needs windows.h.
+// Records what the module takes from the system and releases, the processes it starts, and what it opens in
+// the shell (which is recorded only). Needs windows.h.
 #pragma once
 
-#include "standin/stage/ledger.h"
 #include "standin/stage/transcript.h"
 
 #include <windows.h>
 
+#include <string>
+
 namespace stage {
 
-// Replaces the module's imports; the transcript and the ledger must outlive the module. One watch at a time.
-void install_resource_watch(HMODULE module, Transcript& transcript, Ledger& ledger);
+// Replaces the module's imports and forgets what an earlier module has not released. The transcript must
+// outlive the module.
+void install_resource_watch(HMODULE module, Transcript& transcript);
 
-// The module's next WinHttpReadData fails with ERROR_WINHTTP_CONNECTION_ERROR.
-void fail_next_http_read();
-// The module's next CopyFileW fails with ERROR_DISK_FULL.
-void fail_next_file_copy();
+// What the module has not released: {"kind", "detail"} each.
+Json::Value open_resources();
+
+// The module's next call of this function fails: "WinHttpReadData" or "CopyFileW".
+void fail_next_call(const std::string& function);
 
 } // namespace stage

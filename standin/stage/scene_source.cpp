@@ -4,7 +4,6 @@
 #include "standin/base/text.h"
 #include "standin/max_file/scene_file_win32.h"
 #include "standin/stage/infection.h"
-#include "standin/stage/scene_literal.h"
 
 #include <windows.h>
 
@@ -12,20 +11,98 @@ namespace stage {
 
 namespace {
 
-bool read_model(const std::wstring& file, max_file::SceneModel& model, std::string& problem) {
-    std::wstring reason;
-    if (!base::file_exists(file)) {
-        problem = base::to_utf8(file) + ": there is no such scene file";
-        return false;
-    }
-    if (!max_file::open_scene_file(file, model, reason)) {
-        problem = base::to_utf8(reason);
-        return false;
-    }
-    return true;
+using max_file::FrameChoice;
+using max_file::RendererSettings;
+using max_file::RenderSettings;
+using max_file::SceneModel;
+
+constexpr const wchar_t* kVrayClass = L"V_Ray_Adv_3_60_03";
+constexpr const wchar_t* kCoronaClass = L"CoronaRenderer";
+constexpr const wchar_t* kOutputWithoutEnding = L"C:\\renders\\picture.";
+constexpr int kSphericalCamera = 9; // V-Ray's number for the spherical panorama
+constexpr double kUsualFov = 45.0;
+
+std::wstring wide(const Json::Value& text) {
+    return base::to_wide(text.asString());
 }
 
-// Makes the file as large as wanted, with bytes that do not pack well.
+// A name, or an object with "name" and "class".
+void take_cameras(const Json::Value& cameras, SceneModel& model) {
+    for (const Json::Value& camera : cameras) {
+        const bool has_class = camera.isObject();
+        model.cameras.push_back(wide(has_class ? camera["name"] : camera));
+        model.camera_classes.push_back(has_class ? wide(camera["class"]) : L"Freecamera");
+    }
+}
+
+void take_references(const Json::Value& paths, bool found, SceneModel& model) {
+    for (const Json::Value& path : paths) {
+        model.references.push_back({L"Bitmap", wide(path), found ? wide(path) : std::wstring()});
+    }
+}
+
+void take_frames(const Json::Value& wanted, SceneModel& model) {
+    RenderSettings& render = model.render;
+    model.start_frame = wanted.get("start_frame", model.start_frame).asInt();
+    model.end_frame = wanted.get("end_frame", model.end_frame).asInt();
+    render.frames = wanted["frames"] == "picked" ? FrameChoice::picked : FrameChoice::active_segment;
+    render.picked_frames = wide(wanted.get("picked_frames", base::to_utf8(render.picked_frames)));
+}
+
+// The two renderers by their limits and overrides, or any renderer by its class and properties.
+void take_renderer(const Json::Value& wanted, RendererSettings& renderer) {
+    Json::Value& properties = renderer.properties;
+    if (wanted.isMember("corona")) {
+        renderer.class_name = kCoronaClass;
+        properties["progressive_passLimit"] = wanted["corona"]["pass_limit"];
+        properties["progressive_timeLimit"] = wanted["corona"]["time_limit"];
+        properties["adaptivity_targetError"] = wanted["corona"]["noise_level_limit"].asDouble();
+    }
+    if (wanted.isMember("vray")) {
+        const Json::Value& vray = wanted["vray"];
+        renderer.class_name = kVrayClass;
+        properties["camera_overrideFOV"] = vray.get("camera_override_fov", false);
+        properties["camera_fov"] = vray.get("camera_fov", kUsualFov).asDouble();
+        properties["camera_type"] = vray.get("is_spherical", false).asBool() ? kSphericalCamera : 0;
+    }
+    if (wanted.isMember("renderer")) {
+        const Json::Value& given = wanted["renderer"];
+        renderer.class_name = wide(given["class"]);
+        renderer.nested = given.get("nested", false).asBool();
+        properties = given.get("properties", Json::Value(Json::objectValue));
+    }
+}
+
+void take_picture(const Json::Value& wanted, SceneModel& model) {
+    RenderSettings& render = model.render;
+    model.width = wanted.get("width", model.width).asInt();
+    model.height = wanted.get("height", model.height).asInt();
+    render.gamma_out = wanted.get("gamma_out", render.gamma_out).asDouble();
+    render.kind = wanted.get("is_region", false).asBool() ? L"region" : render.kind;
+    if (wanted.isMember("image_format")) {
+        render.output_file = kOutputWithoutEnding + wide(wanted["image_format"]);
+    }
+    render.output_file = wide(wanted.get("output_file", base::to_utf8(render.output_file)));
+}
+
+// The model of the scene that a scenario's "literal" describes.
+SceneModel literal_model(const Json::Value& wanted) {
+    SceneModel model;
+    model.version = L"21.0";
+    model.app_version = L"2019";
+    take_cameras(wanted["cameras"], model);
+    for (const Json::Value& target : wanted["camera_targets"]) {
+        model.camera_targets.push_back(wide(target));
+    }
+    take_picture(wanted, model);
+    take_frames(wanted, model);
+    take_renderer(wanted, model.render.renderer);
+    take_references(wanted["references"], true, model);
+    take_references(wanted["missing"], false, model);
+    return model;
+}
+
+// Makes the file as large as wanted, with bytes that do not compress well.
 bool grow_file(const std::wstring& path, long long kilobytes) {
     std::string content;
     if (kilobytes <= 0 || !base::read_file(path, content)) {
@@ -67,57 +144,41 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
     return true;
 }
 
-bool copy_into(const std::wstring& folder, const std::wstring& file, std::wstring& copy,
+// The open scene is the copy, so that the analysis names the file that is packed.
+bool open_copy(const std::wstring& file, const std::wstring& folder, StageScene& scene,
                std::string& problem) {
-    copy = base::joined(folder, base::name_of(file));
+    std::wstring reason;
+    if (!base::file_exists(file)) {
+        problem = base::to_utf8(file) + ": there is no such scene file";
+        return false;
+    }
+    if (!max_file::open_scene_file(file, scene.model, reason)) {
+        problem = base::to_utf8(reason);
+        return false;
+    }
+    const std::wstring copy = base::joined(folder, base::name_of(file));
     if (::CopyFileW(file.c_str(), copy.c_str(), FALSE) == FALSE) {
         problem = base::to_utf8(file) + ": cannot be copied to " + base::to_utf8(copy);
         return false;
     }
     ::SetFileAttributesW(copy.c_str(), FILE_ATTRIBUTE_NORMAL);
+    scene.model.path = copy;
     return true;
-}
-
-bool is_absolute(const std::wstring& path) {
-    return !path.empty() && (path[0] == L'\\' || path[0] == L'/' || (path.size() > 1 && path[1] == L':'));
 }
 
 } // namespace
 
-bool open_scene(const std::wstring& file, StageScene& scene, std::string& problem) {
-    if (!read_model(file, scene.model, problem)) {
-        return false;
-    }
-    scene.model.path = base::absolute_path(file);
-    return true;
-}
-
-bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const std::wstring& given,
-                   const std::wstring& folder, StageScene& scene, std::string& problem) {
+bool prepare_scene(const Json::Value& wanted, const std::wstring& given, const std::wstring& folder,
+                   StageScene& scene, std::string& problem) {
     scene = StageScene();
     if (wanted.isMember("literal")) {
         return write_literal(wanted["literal"], folder, scene, problem);
     }
-    std::wstring file = given;
-    if (wanted.isMember("file")) {
-        file = base::to_wide(wanted["file"].asString());
-        file = is_absolute(file) ? file : base::joined(base, file);
-    }
-    if (wanted.isMember("from_command_line") && given.empty()) {
+    if (given.empty()) {
         problem = "the scenario takes its scene from the command line, and no --scene is given";
         return false;
     }
-    if (!wanted.isObject()) {
-        return true;
-    }
-    // The open scene is the copy, so that the analysis names the file that will be packed.
-    file = base::absolute_path(file);
-    std::wstring copy;
-    if (!read_model(file, scene.model, problem) || !copy_into(folder, file, copy, problem)) {
-        return false;
-    }
-    scene.model.path = copy;
-    return true;
+    return open_copy(base::absolute_path(given), folder, scene, problem);
 }
 
 } // namespace stage

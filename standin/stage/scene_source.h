@@ -1,5 +1,4 @@
-// The scene that is open in the stage: a real file, a copy of one, or one made from the scenario. Needs
-// windows.h.
+// The scene that is open in the stage: a copy of a real file, or one that the scenario describes.
 #pragma once
 
 #include "standin/max_file/scene_model.h"
@@ -11,19 +10,16 @@
 namespace stage {
 
 struct StageScene {
-    max_file::SceneModel model; // its path is empty for a scene that was never saved
+    max_file::SceneModel model; // without a path: never saved
     bool needs_save = false;
     std::wstring startup_folder; // holds the host's start-up folders; empty: there are none
     Json::Value literal;         // the scenario's "literal"; null for a real file
 };
 
-// For a person: the file itself. False: `problem` is a sentence.
-bool open_scene(const std::wstring& file, StageScene& scene, std::string& problem);
-
-// For a scenario: `wanted` is its "scene" (null: none). A file is copied into `folder`, a literal scene
-// written there, so that nothing outside the run changes. `base` is where relative names begin, `given` the
-// --scene option.
-bool prepare_scene(const Json::Value& wanted, const std::wstring& base, const std::wstring& given,
-                   const std::wstring& folder, StageScene& scene, std::string& problem);
+// For a scenario: `wanted` is its "scene", `given` the --scene option. Writes a literal scene into `folder`
+// or copies the file there, so that the run changes nothing outside. Returns false and sets `problem` to an
+// error message.
+bool prepare_scene(const Json::Value& wanted, const std::wstring& given, const std::wstring& folder,
+                   StageScene& scene, std::string& problem);
 
 } // namespace stage

@@ -44,19 +44,17 @@ bool save_png(HBITMAP picture, const std::wstring& file) {
 }
 
 RECT area_of(HWND window) {
-    RECT area = {0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
-    if (window != nullptr) {
-        ::GetWindowRect(window, &area);
-    }
+    RECT area = {};
+    ::GetWindowRect(window, &area);
     return area;
 }
 
-// Each window's own surface holds all of it, covered or not; null: the screen. Later ones lie on top.
+// A window's own surface has all of it, also where others cover it. Later windows are on top.
 bool copy_windows(const std::vector<HWND>& windows, HDC target, const RECT& area) {
     bool all_copied = true;
     for (HWND window : windows) {
         const RECT own = area_of(window);
-        const HDC source = window == nullptr ? ::GetDC(nullptr) : ::GetWindowDC(window);
+        const HDC source = ::GetWindowDC(window);
         const BOOL copied = ::BitBlt(target, own.left - area.left, own.top - area.top, own.right - own.left,
                                      own.bottom - own.top, source, 0, 0, SRCCOPY);
         ::ReleaseDC(window, source);
@@ -65,16 +63,13 @@ bool copy_windows(const std::vector<HWND>& windows, HDC target, const RECT& area
     return all_copied;
 }
 
-bool save_area(const std::vector<HWND>& windows, const RECT& area, const std::wstring& file, SIZE& size) {
+bool save_area(const std::vector<HWND>& windows, const RECT& area, const std::wstring& file) {
     for (HWND window : windows) {
-        if (window != nullptr) {
-            ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-        }
+        ::RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     }
-    size = {area.right - area.left, area.bottom - area.top};
     const HDC screen = ::GetDC(nullptr);
     const HDC memory = ::CreateCompatibleDC(screen);
-    const HBITMAP picture = ::CreateCompatibleBitmap(screen, size.cx, size.cy);
+    const HBITMAP picture = ::CreateCompatibleBitmap(screen, area.right - area.left, area.bottom - area.top);
     const HGDIOBJ before = ::SelectObject(memory, picture);
     const bool copied = copy_windows(windows, memory, area);
     ::SelectObject(memory, before);
@@ -87,17 +82,17 @@ bool save_area(const std::vector<HWND>& windows, const RECT& area, const std::ws
 
 } // namespace
 
-bool take_screenshot(HWND window, const std::wstring& file, SIZE& size) {
-    return save_area({window}, area_of(window), file, size);
+bool take_screenshot(HWND window, const std::wstring& file) {
+    return save_area({window}, area_of(window), file);
 }
 
-bool take_menu_screenshot(HWND frame, HWND menu, const std::wstring& file, SIZE& size) {
+bool take_menu_screenshot(HWND frame, HWND menu, const std::wstring& file) {
     constexpr LONG kMargin = 30; // pixels
     RECT area = area_of(frame);
     const RECT below = area_of(menu);
     area.right = std::min(area.right, below.right + kMargin);
     area.bottom = std::min(area.bottom, below.bottom + kMargin);
-    return save_area({frame, menu}, area, file, size);
+    return save_area({frame, menu}, area, file);
 }
 
 } // namespace stage

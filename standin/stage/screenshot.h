@@ -7,11 +7,10 @@
 
 namespace stage {
 
-// The whole window with its frame, also where others cover it; null: the whole screen. A PNG file; `size`
-// gets its width and height. False when it could not be made.
-bool take_screenshot(HWND window, const std::wstring& file, SIZE& size);
+// Writes a PNG file of the whole window with its frame, also where others cover it. False when that fails.
+bool take_screenshot(HWND window, const std::wstring& file);
 
-// The upper left of `frame` as far as `menu`, a menu's window, reaches in it.
-bool take_menu_screenshot(HWND frame, HWND menu, const std::wstring& file, SIZE& size);
+// The upper left of `frame`, up to the edges of `menu`, the window of an open menu.
+bool take_menu_screenshot(HWND frame, HWND menu, const std::wstring& file);
 
 } // namespace stage

@@ -1,7 +1,5 @@
-#include "standin/stage/script_files.h"
-
-#include "common/win32_handles.h"
 #include "standin/base/files_win32.h"
+#include "standin/stage/script_runner.h"
 
 #include <algorithm>
 

@@ -1,8 +1,10 @@
 #include "standin/stage/script_runner.h"
 
 #include "standin/base/files_win32.h"
+#include "standin/base/json.h"
 #include "standin/base/text.h"
-#include "standin/stage/analysis_answer.h"
+
+#include <json/writer.h>
 
 namespace stage {
 
@@ -17,6 +19,49 @@ const std::wstring kCallAnalysis = L"\ngMax.analysis \"\" \"\"";
 bool calls_analysis(const std::wstring& command) {
     return command.size() > kCallAnalysis.size() &&
            command.compare(command.size() - kCallAnalysis.size(), kCallAnalysis.size(), kCallAnalysis) == 0;
+}
+
+// Sets the members of `members`; merges objects inside objects.
+void merge_into(Json::Value& target, const Json::Value& members) {
+    for (const std::string& key : members.getMemberNames()) {
+        if (target[key].isObject() && members[key].isObject()) {
+            merge_into(target[key], members[key]);
+        } else {
+            target[key] = members[key];
+        }
+    }
+}
+
+// Replaces {scene} in each text by the path of the scene file.
+void fill_in_scene(Json::Value& value, const std::string& path) {
+    const std::string mark = "{scene}";
+    if (value.isString()) {
+        std::string text = value.asString();
+        const std::size_t at = text.find(mark);
+        value = at == std::string::npos ? text : text.replace(at, mark.size(), path);
+    } else if (value.isArray() || value.isObject()) {
+        for (Json::Value& member : value) {
+            fill_in_scene(member, path);
+        }
+    }
+}
+
+// The text that the scenario's "analysis" makes of the script's result.
+std::wstring changed_analysis(const Json::Value& wanted, const std::wstring& returned,
+                              const std::wstring& scene_path) {
+    if (wanted.isMember("text")) {
+        return base::to_wide(wanted["text"].asString());
+    }
+    if (!wanted.isMember("document") && !wanted.isMember("merge")) {
+        return returned;
+    }
+    Json::Value document = wanted["document"];
+    if (wanted.isMember("merge")) {
+        document = base::parsed_or_null(base::to_utf8(returned));
+        merge_into(document, wanted["merge"]);
+    }
+    fill_in_scene(document, base::to_utf8(scene_path));
+    return base::to_wide(Json::writeString(Json::StreamWriterBuilder(), document));
 }
 
 } // namespace
@@ -62,7 +107,7 @@ void StageScripts::set_scene(const StageScene& scene, const Json::Value& analysi
     analysis_ = analysis;
 }
 
-// A value that is no text comes out as the host would print it.
+// A value that is not a text becomes what the host would print.
 bool StageScripts::run_script(const std::wstring& command, std::wstring& result, bool& is_text) {
     is_text = false;
     printed_.clear();
@@ -88,10 +133,11 @@ Json::Value StageScripts::entry(const std::wstring& command, bool succeeded,
 }
 
 bool StageScripts::answer_analysis(std::wstring& result, bool& is_text) const {
-    const AnalysisAnswer answer = analysis_answer(analysis_, result, host_.model.path);
-    is_text = !answer.fails && answer.has_text;
-    result = answer.fails ? L"-- Runtime error: the analysis failed, as the scenario wants it" : answer.text;
-    return !answer.fails;
+    const bool fails = analysis_.get("fails", false).asBool();
+    is_text = !fails && !analysis_.get("no_text", false).asBool();
+    result = fails ? L"-- Runtime error: the analysis failed, as the scenario wants it"
+                   : changed_analysis(analysis_, result, host_.model.path);
+    return !fails;
 }
 
 bool StageScripts::run(const std::wstring& command, std::wstring& result, bool& is_text) {

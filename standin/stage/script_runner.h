@@ -1,5 +1,4 @@
-// The host's script engine: runs what the module sends, in one session from the host's start to its end.
-// Needs windows.h through control.h.
+// The host's script engine: one session from the host's start to its end. Needs windows.h.
 #pragma once
 
 #include "standin/host_sdk/control.h"
@@ -7,7 +6,6 @@
 #include "standin/maxscript_host/scene_library.h"
 #include "standin/stage/infection.h"
 #include "standin/stage/scene_source.h"
-#include "standin/stage/script_files.h"
 #include "standin/stage/transcript.h"
 
 #include <json/value.h>
@@ -17,21 +15,37 @@
 
 namespace stage {
 
-// Everything on the thread of the user interface, or before anything runs.
+// The real files, for scripts (script_files.cpp).
+class ScriptFiles : public maxscript::FileAccess {
+public:
+    using Text = maxscript::Text;
+
+    bool exists(const Text& path) override;
+    bool folder_exists(const Text& path) override;
+    std::int64_t size(const Text& path) override;
+    bool read(const Text& path, std::string& bytes) override;
+    bool write(const Text& path, const std::string& bytes) override;
+    std::vector<Text> list(const Text& pattern) override;
+    bool remove(const Text& path) override;
+    bool rename(const Text& from, const Text& to) override;
+    bool copy(const Text& from, const Text& to) override;
+    bool is_read_only(const Text& path) override;
+    bool set_read_only(const Text& path, bool read_only) override;
+};
+
+// For the user-interface thread.
 class StageScripts : public host_sdk::ScriptRunner, private maxscript::Listener {
 public:
     explicit StageScripts(Transcript& transcript);
     ~StageScripts() override;
 
-    // A host that has just started: nothing is left of what ran before. Runs the start-up script of the
-    // plugin, which makes the encrypted form of the analysis script, when it lies in `folder`: the plugin's
-    // script folder, or with an installed plugin the module's own. `program_data` is the machine-wide
-    // application-data folder.
+    // A new session. Runs the plugin's start-up script, which makes the encrypted analysis script, if it is
+    // in `folder`: the plugin's script folder, or with an installed plugin the module's own. `program_data`
+    // is the machine-wide application-data folder.
     void start_host(const std::wstring& folder, const std::wstring& program_data);
 
-    // The open scene, and what the scenario's "analysis" (null: nothing) makes of the script's answer.
+    // The open scene, and the scenario's "analysis" (null: none), which changes the script's result.
     void set_scene(const StageScene& scene, const Json::Value& analysis);
-    // Only the answer.
     void set_analysis(const Json::Value& analysis) { analysis_ = analysis; }
 
     bool run(const std::wstring& command, std::wstring& result, bool& is_text) override;
@@ -48,7 +62,7 @@ private:
     Infection infection_;
     std::unique_ptr<maxscript::Interpreter> interpreter_;
     Json::Value analysis_;
-    maxscript::Text printed_; // by the running script, in the listener
+    maxscript::Text printed_; // into the listener, by the running script
 };
 
 } // namespace stage

@@ -6,7 +6,6 @@
 #include "standin/stage/fault_injector.h"
 #include "standin/stage/heap_watch.h"
 #include "standin/stage/resource_watch.h"
-#include "standin/stage/scenario.h"
 #include "standin/stage/steps.h"
 #include "standin/stage/sweep.h"
 
@@ -28,7 +27,7 @@ host_sdk::Faults faults_of(const Json::Value& host) {
     return faults;
 }
 
-// Limits the time of what a bug in the module could make endless.
+// Watchdog for calls into the module.
 class TimeLimit {
 public:
     TimeLimit(StageRun& run, const std::string& what)
@@ -98,14 +97,13 @@ void StageRun::fail(const std::string& place, const std::string& expected, const
 }
 
 bool StageRun::open_scene(const Json::Value& wanted, const Json::Value& analysis, std::string& problem) {
-    StageScene scene;
-    if (!wanted.isNull() && !prepare_scene(wanted, base::folder_of(base::absolute_path(options.scenario)),
-                                           options.scene, scene_folder(), scene, problem)) {
-        return false;
-    }
     if (wanted.isNull()) {
         scripts.set_analysis(analysis);
         return true;
+    }
+    StageScene scene;
+    if (!prepare_scene(wanted, options.scene, scene_folder(), scene, problem)) {
+        return false;
     }
     scripts.set_scene(scene, analysis);
     host_sdk::set_scene(scene.model.path, scene.needs_save);
@@ -118,10 +116,11 @@ bool StageRun::start_client(const Json::Value& wanted, std::string& problem) {
         client.forget_requests();
         return true;
     }
-    return client.start(base::absolute_path(options.client), wanted, out_, data.adopted_port(), problem);
+    return client.start(base::joined(base::program_folder(), L"client.exe"), wanted, out_,
+                        data.adopted_port(), problem);
 }
 
-// Everything outside the module: folders, the client, the plugin's data folder.
+// Prepares the folders, the client and the plugin's data folder.
 bool StageRun::prepare_outside(std::string& problem) {
     for (const wchar_t* old : {L"transcript.json", L"client-requests.jsonl", L"scene"}) {
         const bool in_use = client.is_running() && std::wstring(old) == L"client-requests.jsonl";
@@ -135,7 +134,7 @@ bool StageRun::prepare_outside(std::string& problem) {
         return false;
     }
     if (options.installed && scenario.isMember("data_folder")) {
-        problem = "data_folder: --installed takes the folder as it is";
+        problem = "data_folder: cannot be combined with --installed";
         return false;
     }
     if (options.installed && !data.adopt(problem)) {
@@ -153,21 +152,19 @@ bool StageRun::prepare_outside(std::string& problem) {
     return data.prepare(scenario["data_folder"], sources, port(), problem);
 }
 
-// The state of a host that has just started, with this scenario's scene and faults.
+// A host that has just started, with the scenario's faults.
 void StageRun::connect_host() {
-    const Json::Value& host = scenario["host"];
     host_sdk::reset();
-    host_sdk::set_faults(faults_of(host));
+    host_sdk::set_faults(faults_of(scenario["host"]));
     host_sdk::set_script_runner(&scripts);
     host_sdk::set_call_recorder(&calls);
     host_sdk::set_main_window(frame.window());
 }
 
-// Leaves a menu file behind as a host that ended without stopping the plugin does.
-bool StageRun::play_earlier_run(std::string& problem) {
+// The menus that a host keeps when it ends without stopping the plugin.
+bool StageRun::load_menus_of_earlier_run(std::string& problem) {
     Transcript unwanted;
     ModuleFile earlier;
-    connect_host();
     host_sdk::set_call_recorder(nullptr);
     if (!earlier.load(base::absolute_path(options.module), problem)) {
         return false;
@@ -176,8 +173,10 @@ bool StageRun::play_earlier_run(std::string& problem) {
     if (!life.start(false, problem)) {
         return false;
     }
-    kept_menus_ = host_sdk::save_menus();
+    const std::wstring menu_file = host_sdk::save_menus();
     life.stop();
+    connect_host();
+    host_sdk::load_menus(menu_file);
     return true;
 }
 
@@ -201,12 +200,15 @@ bool StageRun::open_module(std::string& problem) {
     dialogs.reset(new DialogWatch(transcript, frame.window(), options.windows_radio_buttons));
     boxes.reset(new BoxWatch(transcript, module, *dialogs));
     boxes->prepare(scenario);
+    if (options.scenario.empty()) { // for a person nothing is recorded
+        return true;
+    }
     if (!fault.isNull()) {
         install_fault();
     }
     boxes->install(module.handle());
     dialogs->install(module.handle());
-    install_resource_watch(module.handle(), transcript, ledger);
+    install_resource_watch(module.handle(), transcript);
     install_heap_watch(module.handle());
     return true;
 }
@@ -227,40 +229,27 @@ bool StageRun::prepare(std::string& problem) {
         return false;
     }
     ui.reset(new UiThread(frame.window(), [this] { give_up("time limit: " + place()); }));
-    const std::string menu_file = scenario["host"].get("menu_file", "").asString();
-    if (menu_file == "from_earlier_run" && !play_earlier_run(problem)) {
-        return false;
-    }
     connect_host();
-    kept_menus_ =
-        menu_file.empty() || menu_file == "from_earlier_run" ? kept_menus_ : base::to_wide(menu_file);
-    if (!kept_menus_.empty() && !host_sdk::load_menus(kept_menus_)) {
-        problem = "host.menu_file: the host does not know this text as a menu file";
+    if (scenario["host"].isMember("menu_file") && !load_menus_of_earlier_run(problem)) {
         return false;
     }
     scripts.start_host(options.installed ? base::folder_of(base::absolute_path(options.module))
                                          : data.script_folder(),
                        base::folder_of(data.path()));
     transcript.set("scene", "path", "");
-    return open_scene(scenario["scene"],
-                      scenario["analysis"].isNull() ? Json::Value(Json::objectValue) : scenario["analysis"],
-                      problem) &&
-           open_module(problem);
+    return open_scene(scenario["scene"], scenario["analysis"], problem) && open_module(problem);
 }
 
-bool StageRun::start_plugin() {
+bool StageRun::start_plugin(std::string& problem) {
     const TimeLimit limit(*this, "starting the plugin");
-    std::string problem;
-    if (!plugin.start(scenario["host"].get("menu_bar_rebuilt", false).asBool(), problem)) {
-        fail("plugin", "started", problem);
-        return false;
-    }
-    return true;
+    return plugin.start(scenario["host"].get("menu_bar_rebuilt", false).asBool(), problem);
 }
 
 void StageRun::play() {
     data.mark(scene_folder());
-    if (!start_plugin()) {
+    std::string problem;
+    if (!start_plugin(problem)) {
+        fail("plugin", "started", problem);
         return;
     }
     transcript.set("menus", menu_lines());
@@ -282,7 +271,7 @@ void StageRun::end() {
     if (fault.isNull()) {
         client.stop();
     }
-    transcript.set("leaks", ledger.open());
+    transcript.set("leaks", open_resources());
 }
 
 void StageRun::gather() {
@@ -292,14 +281,14 @@ void StageRun::gather() {
     transcript.set("milliseconds", static_cast<Json::Int64>(::GetTickCount64() - started_));
 }
 
-// What the scenario's main part came to, before the part that shows that everything still works.
+// The result of the scenario's steps, before its recovery.
 void StageRun::end_of_faults() {
     end_faults();
     file_fault_.restore();
-    transcript.set("leaks", ledger.open());
+    transcript.set("leaks", open_resources());
     gather();
     Json::Value so_far = transcript.copy();
-    for (const char* key : {"texts", "commands", "module", "watched_imports", "start_scripts"}) {
+    for (const char* key : {"texts", "commands", "module", "start_scripts"}) {
         so_far.removeMember(key);
     }
     transcript.set("before_recovery", so_far);
@@ -330,7 +319,7 @@ int StageRun::report() {
                 ", got " + outcome["got"].asString());
         }
     }
-    const int code = failed == 0 ? kExitHeld : kExitFailed;
+    const int code = failed == 0 ? kExitPassed : kExitFailed;
     transcript.set("exit_code", code);
     if (!transcript.write(out_file(L"transcript.json"))) {
         std::fputs("error: the transcript cannot be written\n", stderr);
@@ -340,6 +329,18 @@ int StageRun::report() {
         std::to_string(outcomes.size() - failed) + " expectations hold, " + std::to_string(failed) +
         " do not");
     return code;
+}
+
+int StageRun::run_for_person() {
+    std::string problem;
+    if (!prepare(problem) || !start_plugin(problem)) {
+        std::fputs(("error: " + problem + "\n").c_str(), stderr);
+        return kExitRefused;
+    }
+    say("the menu is in the window's menu bar; logs and archives are in " + base::to_utf8(data.path()));
+    frame.run();
+    end();
+    return kExitPassed;
 }
 
 int StageRun::run() {
@@ -356,13 +357,13 @@ int StageRun::run() {
         transcript.set("faults", fault_report());
         transcript.set("escaped", static_cast<Json::Int64>(host_sdk::escaped_exceptions()));
         transcript.set("heap_blocks_kept", static_cast<Json::Int64>(heap_use().blocks - blocks_before_));
-        return kExitHeld;
+        return kExitPassed;
     }
     return report();
 }
 
 void StageRun::give_up(const std::string& trouble) {
-    // Two threads may find trouble at once; the first one reports it.
+    // The first thread that calls this reports; others wait for the end of the process.
     if (given_up_.exchange(true)) {
         ::Sleep(INFINITE);
     }
@@ -370,7 +371,7 @@ void StageRun::give_up(const std::string& trouble) {
     std::fflush(stderr);
     transcript.set("trouble", trouble);
     transcript.set("exit_code", kExitTrouble);
-    transcript.set("leaks", ledger.open());
+    transcript.set("leaks", open_resources());
     client.stop();
     gather();
     transcript.write(out_file(L"transcript.json"));

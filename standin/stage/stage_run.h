@@ -1,4 +1,4 @@
-// Everything one headless run works with. Needs windows.h.
+// One run of the stage, with everything that it needs. Needs windows.h.
 #pragma once
 
 #include "standin/host_sdk/control.h"
@@ -9,9 +9,7 @@
 #include "standin/stage/dialog_watch.h"
 #include "standin/stage/file_fault.h"
 #include "standin/stage/frame_window.h"
-#include "standin/stage/ledger.h"
 #include "standin/stage/module_file.h"
-#include "standin/stage/plugin_life.h"
 #include "standin/stage/scene_source.h"
 #include "standin/stage/script_runner.h"
 #include "standin/stage/transcript.h"
@@ -36,7 +34,7 @@ private:
     Transcript& transcript_;
 };
 
-// "en" or "zh": the language in which the system picks resources.
+// "en" or "zh": the language of the resources that the system loads.
 std::string system_language();
 
 class StageRun {
@@ -46,10 +44,13 @@ public:
     StageRun(const StageRun&) = delete;
     StageRun& operator=(const StageRun&) = delete;
 
-    // The whole run; the answer is the program's exit code.
+    // Plays the scenario and judges it. Returns the program's exit code.
     int run();
 
-    // Writes what there is and ends the program with kExitTrouble. From any thread; does not return.
+    // Opens the scene for a person and returns when the window is closed. Records nothing.
+    int run_for_person();
+
+    // Writes the transcript so far and ends the program with kExitTrouble. From any thread; does not return.
     void give_up(const std::string& trouble);
 
     // For the steps.
@@ -67,9 +68,8 @@ public:
 
     const Options& options;
     const Json::Value& scenario;
-    Json::Value fault; // of a sweep; else null
+    Json::Value fault; // null outside a sweep
     Transcript transcript;
-    Ledger ledger;
     FrameWindow frame;
     ModuleFile module;
     StageScripts scripts;
@@ -78,25 +78,24 @@ public:
     ClientProcess client;
     SilentPort silent_port;
     PluginLife plugin;
-    std::unique_ptr<DialogWatch> dialogs; // these three are there when the frame window is
+    std::unique_ptr<DialogWatch> dialogs; // these three need the frame window
     std::unique_ptr<BoxWatch> boxes;
     std::unique_ptr<UiThread> ui;
 
 private:
     bool prepare(std::string& problem);
     bool prepare_outside(std::string& problem);
-    bool play_earlier_run(std::string& problem);
+    bool load_menus_of_earlier_run(std::string& problem);
     void connect_host();
     void install_fault();
     bool open_module(std::string& problem);
-    bool start_plugin();
+    bool start_plugin(std::string& problem);
     void play();
     void end();
     void gather();
     int report();
 
     std::wstring out_;
-    std::wstring kept_menus_;
     unsigned long long started_;
     std::size_t blocks_before_ = 0;
     FileFault file_fault_;

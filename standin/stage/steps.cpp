@@ -3,7 +3,6 @@
 #include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/json_match.h"
-#include "standin/stage/scenario.h"
 
 #include <json/value.h>
 
@@ -63,8 +62,7 @@ const Steps::VerbEntry Steps::kVerbs[] = {
     {"plant_archives", &Steps::plant_archives},
     {"restart", &Steps::restart},
     {"run_script", &Steps::run_script},
-    {"fail_next_read", &Steps::fail_next_read},
-    {"fail_next_copy", &Steps::fail_next_copy},
+    {"fail_next", &Steps::fail_next},
     {"repeat", &Steps::repeat},
     {"soak", &Steps::soak},
     {"expect", &Steps::expect},
@@ -91,7 +89,7 @@ void Steps::run_all() {
     locks_.clear();
 }
 
-// False when a step could not be done; the ones after it are then left out.
+// False when a step could not be done; the later ones are then skipped.
 bool Steps::run_steps(const Json::Value& steps, const std::string& place) {
     bool going = true;
     for (Json::ArrayIndex i = 0; i < steps.size() && going; ++i) {
@@ -134,10 +132,10 @@ bool Steps::run_step(const Json::Value& step, const std::string& place) {
     return done;
 }
 
-// Boxes are answered as they come. A dialog's window is shown only when its loop runs out of messages, so the
-// wait lasts until the dialog on top is really there.
+// Answers message boxes while it waits. A dialog's window appears only when its loop has no more messages, so
+// this waits until the dialog on top is visible.
 void Steps::settle() {
-    constexpr int quiet_rounds = 2; // what the first round's messages posted is taken by the second
+    constexpr int quiet_rounds = 2; // the second round is for messages that the first one posted
     int quiet = 0;
     while (quiet < quiet_rounds) {
         run_.ui->drain(limit_);
@@ -159,7 +157,7 @@ void Steps::settle() {
 
 HWND Steps::wait_for_box() {
     BoxSearch search = {run_.dialogs.get(), nullptr};
-    while (search.found == nullptr && run_.boxes->any_open()) { // a box that is not shown ends at once
+    while (search.found == nullptr && run_.boxes->any_open()) { // a box that fails to appear returns at once
         call([&search] {
             ::EnumThreadWindows(::GetCurrentThreadId(), &look_for_box, reinterpret_cast<LPARAM>(&search));
         });
@@ -192,7 +190,7 @@ void Steps::close_everything() {
     }
 }
 
-// The dialog that is named, else the one on top.
+// The named dialog, or the one on top.
 HWND Steps::dialog(const Json::Value& arguments) {
     const HWND top = run_.dialogs->top();
     if (!arguments.isMember("dialog")) {

@@ -1,5 +1,5 @@
-// The steps of a scenario. A step drives the real windows with messages; it has ended when the thread of the
-// user interface waits for messages again and no message box is open. Needs windows.h.
+// The steps of a scenario. A step drives the real windows with messages. It ends when the user-interface
+// thread waits for messages again and no message box is open. Needs windows.h.
 #pragma once
 
 #include "standin/stage/soak.h"
@@ -12,7 +12,7 @@
 
 namespace stage {
 
-// Thrown by a step that cannot be done: what it needed, and what there was.
+// Thrown by a step that cannot be done: what it needed, and what it found.
 struct StepFailure {
     std::string expected;
     std::string got;
@@ -23,7 +23,7 @@ public:
     explicit Steps(StageRun& run)
         : run_(run), total_(Deadline::in_seconds(0)), limit_(Deadline::in_seconds(0)) {}
 
-    // All steps of the scenario, on a thread of its own. Ends by closing what is still open.
+    // Runs all steps on its own thread and closes the dialogs that are open afterwards.
     void run_all();
 
 private:
@@ -74,16 +74,16 @@ private:
     void select(const Json::Value& arguments);
     void double_click(const Json::Value& arguments);
 
-    // Steps that go on for long (steps_repeat.cpp).
+    // Repeated and random steps (steps_repeat.cpp).
     void repeat(const Json::Value& arguments);
     void soak(const Json::Value& arguments);
     SoakView soak_view();
 
-    // What is around the module (steps_world.cpp).
+    // Host, scene, client and files (steps_world.cpp).
     void menu(const Json::Value& arguments);
     void shortcut(const Json::Value& arguments);
     void screenshot(const Json::Value& arguments);
-    using Photograph = std::function<bool(const std::wstring& file, SIZE& size)>;
+    using Photograph = std::function<bool(const std::wstring& file)>;
     void picture(HWND window, const std::string& name);
     void picture(const Photograph& take, const std::string& name);
     void menu_picture(const std::string& name);
@@ -96,8 +96,7 @@ private:
     void unlock(const Json::Value& arguments);
     void plant_archives(const Json::Value& arguments);
     void restart(const Json::Value& arguments);
-    void fail_next_read(const Json::Value& arguments);
-    void fail_next_copy(const Json::Value& arguments);
+    void fail_next(const Json::Value& arguments);
     void run_script(const Json::Value& arguments);
     void expect(const Json::Value& arguments);
     std::wstring named_file(const Json::Value& arguments) const;

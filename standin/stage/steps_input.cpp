@@ -6,6 +6,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 namespace stage {
 
 namespace {
@@ -16,7 +18,10 @@ struct KeyName {
 };
 
 const KeyName kKeys[] = {
-    {"tab", VK_TAB}, {"enter", VK_RETURN}, {"escape", VK_ESCAPE}, {"up", VK_UP}, {"down", VK_DOWN},
+    {"tab", VK_TAB},        {"enter", VK_RETURN},  {"escape", VK_ESCAPE},  {"space", VK_SPACE},
+    {"up", VK_UP},          {"down", VK_DOWN},     {"left", VK_LEFT},      {"home", VK_HOME},
+    {"end", VK_END},        {"page_up", VK_PRIOR}, {"page_down", VK_NEXT}, {"delete", VK_DELETE},
+    {"backspace", VK_BACK},
 };
 
 POINT middle_of(HWND window) {
@@ -25,7 +30,7 @@ POINT middle_of(HWND window) {
     return {area.right / 2, area.bottom / 2};
 }
 
-// Some point of the control's first link; the middle when it has none.
+// A point of the control's first link, or the middle.
 POINT link_point(HWND control) {
     RECT area = {};
     ::GetClientRect(control, &area);
@@ -79,7 +84,7 @@ void Steps::press_key(WPARAM key, bool shift) {
     call([] { hold_shift(false); });
 }
 
-// A control of the host may hold an edit control that has the focus in its place.
+// A control of the host may have an inner edit control that gets the focus.
 HWND Steps::focused_in(HWND control) {
     HWND focus = nullptr;
     call([&focus] { focus = ::GetFocus(); });
@@ -91,7 +96,7 @@ void Steps::type(const Json::Value& arguments) {
     const std::wstring text = base::to_wide(arguments["text"].asString());
     const std::string how = arguments.get("how", "keys").asString();
     if (how == "set") {
-        // Posted, not called: the change may open a box, and it is this thread that answers it.
+        // Posted, not called: the change may open a box, which this thread answers.
         run_.ui->post([edit, text] { ::SetWindowTextW(edit, text.c_str()); });
         settle();
         return;
@@ -137,7 +142,7 @@ void Steps::spin(const Json::Value& arguments) {
     }
 }
 
-// The way a combo box tells of a user's choice: the selection first, then the notification.
+// As when a user chooses: the selection first, then the notification.
 void Steps::choose(const Json::Value& arguments) {
     const HWND combo = usable_control(arguments);
     const int id = arguments["control"].asInt();
@@ -182,17 +187,18 @@ void Steps::key(const Json::Value& arguments) {
         settle();
         return;
     }
-    if (arguments["press"].asString() == "shift_tab") {
-        press_key(VK_TAB, true);
+    const std::string name = arguments["press"].asString();
+    const bool shift = name == "shift_tab";
+    const auto known = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const KeyName& entry) {
+        return entry.name == (shift ? "tab" : name);
+    });
+    if (known == std::end(kKeys)) {
+        throw StepFailure{"a key of the stage", name};
     }
-    for (const KeyName& known : kKeys) {
-        if (arguments["press"].asString() == known.name) {
-            press_key(known.key);
-        }
-    }
+    press_key(known->key, shift);
 }
 
-// As a switch to another program and back: the dialog keeps its focus meanwhile and restores it.
+// Like a switch to another program and back: the dialog restores its focus.
 void Steps::switch_away(const Json::Value& arguments) {
     const HWND own = dialog(arguments);
     run_.ui->post([own] {
@@ -207,8 +213,7 @@ void Steps::switch_away(const Json::Value& arguments) {
 
 void Steps::post(const Json::Value& arguments) {
     ::PostMessageW(dialog(arguments), arguments["message"].asUInt(),
-                   static_cast<WPARAM>(arguments.get("wparam", 0).asInt64()),
-                   static_cast<LPARAM>(arguments.get("lparam", 0).asInt64()));
+                   static_cast<WPARAM>(arguments.get("wparam", 0).asInt64()), 0);
     settle();
 }
 

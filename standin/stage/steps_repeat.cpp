@@ -1,9 +1,9 @@
-// Steps that go on for long: the same ones again and again, and random ones.
+// Repeated and random steps.
 #include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/heap_watch.h"
 #include "standin/stage/json_match.h"
-#include "standin/stage/scenario.h"
+#include "standin/stage/resource_watch.h"
 #include "standin/stage/soak.h"
 #include "standin/stage/steps.h"
 
@@ -19,8 +19,8 @@ struct Use {
     std::size_t process_kb;
 };
 
-Use use_now(const Ledger& ledger) {
-    return {heap_use(), ledger.open().size(), process_memory_kb()};
+Use use_now() {
+    return {heap_use(), open_resources().size(), process_memory_kb()};
 }
 
 Json::Int64 grown(std::size_t before, std::size_t after) {
@@ -29,15 +29,15 @@ Json::Int64 grown(std::size_t before, std::size_t after) {
 
 } // namespace
 
-// The first round and the first half are for what is made once; what the second half leaves behind is
-// compared with that. Of the rounds only the last one stays in the transcript, or it would be what grows.
+// Warm-up: growth is measured over the second half. Only the last round stays in the transcript, which would
+// grow itself.
 void Steps::repeat(const Json::Value& arguments) {
     const std::string place = place_;
     const unsigned times = arguments["times"].asUInt();
     const unsigned long long started = ::GetTickCount64();
     const HWND top = run_.dialogs->top();
     const Transcript::Mark mark = run_.transcript.mark();
-    Use half = use_now(run_.ledger);
+    Use half = use_now();
     unsigned undone = 0;
     for (unsigned round = 0; round < times; ++round) {
         run_.transcript.forget(mark);
@@ -53,10 +53,10 @@ void Steps::repeat(const Json::Value& arguments) {
             throw StepFailure{"after a round the dialogs that were open before it", "others"};
         }
         if (round == times / 2) {
-            half = use_now(run_.ledger);
+            half = use_now();
         }
     }
-    const Use end = use_now(run_.ledger);
+    const Use end = use_now();
     Json::Value entry(Json::objectValue);
     entry["place"] = place;
     entry["times"] = times;
@@ -71,7 +71,7 @@ void Steps::repeat(const Json::Value& arguments) {
     run_.transcript.append("repeats", entry);
 }
 
-// What random actions have to know of the dialog on top.
+// What the choice of a random action needs to know.
 SoakView Steps::soak_view() {
     SoakView view;
     const HWND top = run_.dialogs->top();
@@ -94,8 +94,7 @@ SoakView Steps::soak_view() {
     return view;
 }
 
-// A random action that cannot be done just now is as good as one that can; only a crash, a hang or a broken
-// expectation counts.
+// An action that cannot be done is no failure; a crash, a hang or a broken expectation is.
 void Steps::soak(const Json::Value& arguments) {
     const std::string place = place_;
     const unsigned actions = arguments["actions"].asUInt();
@@ -110,7 +109,7 @@ void Steps::soak(const Json::Value& arguments) {
             do_verb(step);
             ++done;
         } catch (const StepFailure&) {
-            // Not possible here: a control that is disabled, a row that has gone.
+            // A disabled control, or a row that no longer exists.
         }
     }
     Json::Value entry(Json::objectValue);

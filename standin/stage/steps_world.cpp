@@ -1,5 +1,4 @@
-// Steps with what is around the module: the host's menus, the scene, the client, files; and looks at how
-// things are.
+// Steps with the host's menus, the scene, the client and files; pictures and expectations.
 #include "standin/base/files_win32.h"
 #include "standin/base/text.h"
 #include "standin/stage/dialog_state.h"
@@ -54,7 +53,7 @@ FoundItem find_item(HMENU menu, const std::wstring& title) {
     return item;
 }
 
-// The six characters that anybody can work out for a second to come.
+// The six characters of archive names in this second: they follow from the time alone.
 std::wstring archive_tag(unsigned second) {
     const std::wstring alphabet = L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
     std::srand(second);
@@ -97,28 +96,23 @@ void Steps::shortcut(const Json::Value& arguments) {
 }
 
 void Steps::picture(HWND window, const std::string& name) {
-    picture([window](const std::wstring& file, SIZE& size) { return take_screenshot(window, file, size); },
-            name);
+    picture([window](const std::wstring& file) { return take_screenshot(window, file); }, name);
 }
 
 void Steps::picture(const Photograph& take, const std::string& name) {
-    SIZE size = {};
     bool taken = false;
     const std::wstring file = run_.out_file(base::to_wide(name));
-    call([&] { taken = take(file, size); });
+    call([&] { taken = take(file); });
     if (!taken) {
         throw StepFailure{"a picture " + name, "it could not be made"};
     }
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
     entry["place"] = place_;
-    entry["width"] = static_cast<Json::Int>(size.cx);
-    entry["height"] = static_cast<Json::Int>(size.cy);
     run_.transcript.append("screenshots", entry);
 }
 
-// Drops the plugin's menu down, the last one of the bar, and closes it again. The menu's own loop runs what
-// is called meanwhile.
+// Opens the plugin's menu, the last one of the bar, and closes it again. Calls run in the menu's own loop.
 void Steps::menu_picture(const std::string& name) {
     const HWND frame = run_.frame.window();
     run_.ui->post([frame] {
@@ -131,9 +125,9 @@ void Steps::menu_picture(const std::string& name) {
                          frame, nullptr);
         ::HiliteMenuItem(frame, bar, last, MF_BYPOSITION | MF_UNHILITE);
     });
-    const auto take = [frame](const std::wstring& file, SIZE& size) {
+    const auto take = [frame](const std::wstring& file) {
         const HWND menu = ::FindWindowW(L"#32768", nullptr);
-        const bool taken = menu != nullptr && take_menu_screenshot(frame, menu, file, size);
+        const bool taken = menu != nullptr && take_menu_screenshot(frame, menu, file);
         ::EndMenu();
         return taken;
     };
@@ -147,13 +141,9 @@ void Steps::screenshot(const Json::Value& arguments) {
         menu_picture(arguments["name"].asString());
         return;
     }
-    HWND window = of == "frame" ? run_.frame.window() : nullptr;
-    if (of == "main" || of == "edit") {
-        window = run_.dialogs->window(of == "main" ? kMainTemplate : kEditTemplate);
-    } else if (of.empty()) {
-        window = run_.dialogs->top() != nullptr ? run_.dialogs->top() : run_.frame.window();
-    }
-    if (window == nullptr && of != "screen") {
+    const HWND top = run_.dialogs->top() != nullptr ? run_.dialogs->top() : run_.frame.window();
+    const HWND window = of.empty() ? top : run_.dialogs->window(of == "main" ? kMainTemplate : kEditTemplate);
+    if (window == nullptr) {
         throw StepFailure{"the window '" + of + "'", "it is not open"};
     }
     picture(window, arguments["name"].asString());
@@ -191,7 +181,7 @@ std::wstring Steps::named_file(const Json::Value& arguments) const {
 
 void Steps::write(const Json::Value& arguments) {
     const std::wstring file = named_file(arguments);
-    if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, arguments["text"].asString())) {
+    if (!base::write_file_and_folders(file, arguments["text"].asString())) {
         throw StepFailure{"the file written", base::to_utf8(file) + " could not be"};
     }
 }
@@ -203,7 +193,7 @@ void Steps::remove(const Json::Value& arguments) {
     }
 }
 
-// Held open, shared with nobody.
+// Opens the file without sharing.
 void Steps::lock(const Json::Value& arguments) {
     const std::wstring file = named_file(arguments);
     tarvo::FileHandle handle(::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
@@ -220,7 +210,7 @@ void Steps::unlock(const Json::Value& arguments) {
     }
 }
 
-// Under each name that an archive of this stem gets in the coming seconds.
+// Under each name that an archive of this stem can have in the coming seconds.
 void Steps::plant_archives(const Json::Value& arguments) {
     const std::wstring start =
         base::joined(run_.data.path(), L"compress\\" + base::to_wide(arguments["stem"].asString()) + L"_");
@@ -229,19 +219,15 @@ void Steps::plant_archives(const Json::Value& arguments) {
     for (int ahead = 0; ahead < arguments["seconds"].asInt(); ++ahead) {
         const std::wstring name = start + archive_tag(static_cast<unsigned>(now + ahead)) + L".7z";
         const std::wstring file = as_folder ? base::joined(name, L"planted.txt") : name;
-        if (!base::make_folder(base::folder_of(file)) || !base::write_file(file, "planted")) {
+        if (!base::write_file_and_folders(file, "planted")) {
             throw StepFailure{"a planted archive", base::to_utf8(file) + " could not be written"};
         }
         ::SetFileAttributesW(file.c_str(), as_folder ? FILE_ATTRIBUTE_NORMAL : FILE_ATTRIBUTE_READONLY);
     }
 }
 
-void Steps::fail_next_read(const Json::Value&) {
-    fail_next_http_read();
-}
-
-void Steps::fail_next_copy(const Json::Value&) {
-    fail_next_file_copy();
+void Steps::fail_next(const Json::Value& arguments) {
+    fail_next_call(arguments["function"].asString());
 }
 
 // As a user does from the host's menu.
@@ -284,7 +270,7 @@ void Steps::expect(const Json::Value& arguments) {
             }
         }
         run_.transcript.set("menus", menu_lines());
-        run_.transcript.set("leaks", run_.ledger.open());
+        run_.transcript.set("leaks", open_resources());
     });
     run_.judge(arguments, place_);
 }

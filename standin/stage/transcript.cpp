@@ -8,7 +8,7 @@ namespace stage {
 
 namespace {
 
-// Lists that are there even when nothing happened, so that a reader need not ask.
+// Lists that exist even when nothing happened.
 const char* const kLists[] = {"boxes",       "dialogs",    "commands", "host_calls", "scripts", "requests",
                               "files",       "processes",  "opened",   "leaks",      "plugin",  "steps",
                               "screenshots", "exceptions", "outcomes", "repeats",    "soaks"};

@@ -1,4 +1,4 @@
-// The record of a run. Several threads write into it; each call is complete in itself.
+// The record of a run. Any thread may write; each call is atomic.
 #pragma once
 
 #include <json/value.h>
@@ -13,7 +13,7 @@ class Transcript {
 public:
     Transcript();
 
-    // Appends to a list of the record; the answer is the entry's place in the list, for `amend`.
+    // Appends to a list and returns the entry's index, for `amend`.
     Json::ArrayIndex append(const char* list, const Json::Value& entry);
     void amend(const char* list, Json::ArrayIndex index, const char* key, const Json::Value& value);
 
@@ -22,13 +22,13 @@ public:
 
     Json::Value copy() const;
 
-    // Takes back what was appended to the lists since the mark, except outcomes: for rounds that are repeated
-    // so often that their record would outgrow what they do. Nothing of it may still wait for `amend`.
+    // Removes what was appended to the lists since the mark, except outcomes: for rounds whose record would
+    // grow more than what they measure. No removed entry may be amended later.
     using Mark = std::map<std::string, Json::ArrayIndex>;
     Mark mark() const;
     void forget(const Mark& mark);
 
-    // Styled, UTF-8.
+    // Indented, UTF-8.
     bool write(const std::wstring& file) const;
 
 private:

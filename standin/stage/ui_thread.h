@@ -41,7 +41,6 @@ public:
     // Returns when the thread has taken everything that was posted before, in whatever modal loop.
     void drain(const Deadline& deadline) const;
 
-    HWND frame() const { return frame_; }
     void give_up() const { give_up_(); }
 
 private:

@@ -1,4 +1,5 @@
-// The text conversions that all stand-ins share.
+// Text conversions and strict JSON, which all stand-ins share.
+#include "standin/base/json.h"
 #include "standin/base/text.h"
 #include "standin/base/wildcards.h"
 
@@ -48,6 +49,27 @@ TEST(StandinText, WildcardsMatchTheWholeText) {
         EXPECT_EQ(base::matches_wildcards(one.text, one.pattern), one.match)
             << one.text << " " << one.pattern;
     }
+}
+
+TEST(StandinText, LinesEndWithLfOrCrLf) {
+    EXPECT_EQ(base::lines_of("a\r\n\nb"), (std::vector<std::string>{"a", "", "b"}));
+    EXPECT_TRUE(base::lines_of("").empty());
+}
+
+std::string json_problem(const std::string& text) {
+    Json::Value value;
+    std::string problem;
+    return base::parse_strictly(text, value, problem) ? "accepted" : problem;
+}
+
+TEST(StandinJson, OnlyStrictJsonIsAccepted) {
+    EXPECT_EQ(json_problem("{\"a\":[1]}"), "accepted");
+    EXPECT_EQ(json_problem("\xEF\xBB\xBF{\"a\":1}"), "accepted");
+    for (const std::string& bad :
+         {std::string(), std::string("{} x"), std::string("// no\n{}"), std::string(3000, '[')}) {
+        EXPECT_NE(json_problem(bad), "accepted") << bad;
+    }
+    EXPECT_NE(json_problem("{\"a\":1,\"a\":2}").find("Duplicate key: 'a'"), std::string::npos);
 }
 
 TEST(StandinText, OnlyAsciiLettersAreFolded) {

@@ -1,9 +1,8 @@
-// How the stage reads a scenario, and how it judges a run.
+// How the stage judges a run.
 #include "standin/base/json.h"
 #include "standin/stage/expectations.h"
 #include "standin/stage/json_match.h"
 #include "standin/stage/log_lines.h"
-#include "standin/stage/scenario.h"
 #include "standin/stage/soak.h"
 
 #include <gtest/gtest.h>
@@ -14,26 +13,6 @@ namespace {
 
 using namespace stage;
 
-std::string problem_of(const std::string& text) {
-    Json::Value scenario;
-    std::string problem;
-    return read_scenario(text, scenario, problem) ? "accepted" : problem;
-}
-
-TEST(StageScenario, TextThatIsNotAJsonObjectIsRefused) {
-    EXPECT_EQ(problem_of("[]"), "the scenario is not an object");
-    EXPECT_EQ(problem_of("").substr(0, 15), "not valid JSON:");
-    EXPECT_NE(
-        problem_of("{\"scene\":{\"literal\":{}},\"scene\":{\"literal\":{}}}").find("Duplicate key: 'scene'"),
-        std::string::npos);
-    EXPECT_EQ(problem_of(std::string(3000, '[')).substr(0, 15), "not valid JSON:");
-}
-
-TEST(StageScenario, ByteOrderMarkIsSkipped) {
-    EXPECT_EQ(problem_of("{\"scene\":{\"literal\":{}}}"), "accepted");
-    EXPECT_EQ(problem_of("\xEF\xBB\xBF{\"analysis\":{\"text\":\"x\"}}"), "accepted");
-}
-
 class StageJudgement : public ::testing::Test {
 protected:
     // "held", or the first difference.
@@ -42,23 +21,21 @@ protected:
         whole["texts"]["45"] = "Sent.";
         whole["texts"]["49"] = "Caption";
         Json::Value outcomes(Json::arrayValue);
-        if (evaluate_expectations(base::parsed_or_null(expect), whole, "expect", outcomes)) {
-            return "held";
-        }
+        evaluate_expectations(base::parsed_or_null(expect), whole, "expect", outcomes);
         for (const Json::Value& outcome : outcomes) {
             if (!outcome["held"].asBool()) {
                 return outcome["place"].asString() + ": " + outcome["expected"].asString() + " / " +
                        outcome["got"].asString();
             }
         }
-        return "no outcome";
+        return outcomes.empty() ? "no outcome" : "held";
     }
 };
 
 const char* const kOneBox =
     "{\"boxes\":[{\"text_numbers\":[45],\"text\":\"Sent.\",\"caption\":\"\",\"style\":0,\"answer\":\"ok\"}]}";
 
-TEST_F(StageJudgement, BoxesAreExact) {
+TEST_F(StageJudgement, BoxesAreComparedOneByOne) {
     EXPECT_EQ(judge("{\"boxes\":[{\"text\":45,\"caption\":0,\"answer\":\"ok\"}],\"told\":45}", kOneBox),
               "held");
     EXPECT_EQ(judge("{\"boxes\":[{\"text\":{\"$contains\":\"ent\"}}]}", kOneBox), "held");
@@ -70,7 +47,7 @@ TEST_F(StageJudgement, BoxesAreExact) {
     EXPECT_EQ(judge("{\"told\":45}", "{\"boxes\":[]}"), "expect.told: text 45 / no box");
 }
 
-TEST_F(StageJudgement, RowsControlsAndCommands) {
+TEST_F(StageJudgement, RowsControlsAndCommandsAreCompared) {
     const std::string state =
         "{\"dialog_state\":{\"main\":{\"open\":true,\"rows\":[{\"name\":\"A\",\"checked\":true}],"
         "\"controls\":{\"5\":{\"text\":\"x\"}}}},"
@@ -84,7 +61,7 @@ TEST_F(StageJudgement, RowsControlsAndCommands) {
     EXPECT_EQ(judge("{\"commands\":[{\"id\":2},{\"id\":5}]}", state).substr(0, 20), "expect.commands[1]: ");
 }
 
-TEST_F(StageJudgement, FilesLogsAndCalls) {
+TEST_F(StageJudgement, FilesLogsAndCallsAreCompared) {
     const std::string run =
         "{\"files\":[{\"name\":\"compress/L_abc123.7z\",\"size\":9},{\"name\":\"json/a.json\",\"size\":2,"
         "\"json\":{\"a\":[1,{\"b\":2,\"c\":3}]}}],"
@@ -114,19 +91,19 @@ TEST_F(StageJudgement, FilesLogsAndCalls) {
               "expect.host_calls.contains: ");
 }
 
-TEST_F(StageJudgement, ReleasesAndStandingRules) {
+TEST_F(StageJudgement, LeaksExceptionsAndUnansweredBoxesAreDifferences) {
     EXPECT_EQ(judge("{\"released\":true}", "{\"leaks\":[]}"), "held");
     EXPECT_EQ(judge("{\"released\":true}", "{\"leaks\":[1]}"), "expect.released: everything released / [1]");
     Json::Value outcomes(Json::arrayValue);
     const Json::Value thrown =
         base::parsed_or_null("{\"exceptions\":[{\"what\":\"x\"}],\"boxes\":[{\"unanswered\":true}]}");
-    EXPECT_FALSE(evaluate_standing_rules(base::parsed_or_null("{}"), thrown, outcomes));
+    evaluate_standing_rules(base::parsed_or_null("{}"), thrown, outcomes);
     EXPECT_EQ(outcomes.size(), 2U);
     EXPECT_EQ(judge("{\"exceptions\":[{\"$contains\":\"x\"}]}", "{\"exceptions\":[{\"what\":\"x\"}]}"),
               "held");
 }
 
-TEST(StageMatch, Matchers) {
+TEST(StageMatch, MatcherStandsForAValue) {
     const Json::Value texts = base::parsed_or_null("{\"6\":\"Open\",\"31\":\"Menu\"}");
     const Matcher matcher(texts);
     EXPECT_EQ(matcher.fill_in("{31} > {6} {x} {99}!"), "Menu > Open {x} !");
@@ -139,13 +116,11 @@ TEST(StageMatch, Matchers) {
     EXPECT_FALSE(matcher.matches(base::parsed_or_null("{\"a\":null}"), base::parsed_or_null("{\"b\":1}")));
     EXPECT_TRUE(matcher.matches(base::parsed_or_null("{\"$at_least\":2}"), Json::Value(2)));
     EXPECT_FALSE(matcher.matches(base::parsed_or_null("{\"$at_least\":2}"), Json::Value(1)));
-    EXPECT_TRUE(matcher.matches(base::parsed_or_null("{\"$at_most\":2}"), Json::Value(2)));
-    EXPECT_FALSE(matcher.matches(base::parsed_or_null("{\"$at_most\":2}"), Json::Value(3)));
-    EXPECT_FALSE(matcher.matches(base::parsed_or_null("{\"$at_most\":2}"), Json::Value("1")));
+    EXPECT_FALSE(matcher.matches(base::parsed_or_null("{\"$at_least\":2}"), Json::Value("3")));
     EXPECT_TRUE(matcher.matches(base::parsed_or_null("5"), Json::Value(5.0)));
 }
 
-TEST(StageMatch, TheLanguageOfTheRunDecides) {
+TEST(StageMatch, LanguageOfTheRunSelectsTheValue) {
     const Json::Value expected = base::parsed_or_null("{\"$language\":{\"en\":1033,\"zh\":1}}");
     const Json::Value texts;
     EXPECT_TRUE(Matcher(texts, "en").matches(expected, Json::Value(1033)));
@@ -162,7 +137,7 @@ SoakView view_of_main() {
     return view;
 }
 
-// What a soak chose: verb → how often.
+// Verb → how often a soak chose it.
 std::map<std::string, int> verbs_chosen(unsigned seed, int count, std::string& all) {
     std::map<std::string, int> chosen;
     Soak soak(seed);
@@ -174,7 +149,7 @@ std::map<std::string, int> verbs_chosen(unsigned seed, int count, std::string& a
     return chosen;
 }
 
-TEST(StageSoak, IsTheSameForTheSameSeedAndUsesEverything) {
+TEST(StageSoak, SameSeedGivesTheSameStepsOfEveryKind) {
     std::string first;
     std::string again;
     std::string other;
@@ -189,7 +164,7 @@ TEST(StageSoak, IsTheSameForTheSameSeedAndUsesEverything) {
     }
 }
 
-TEST(StageSoak, OpensTheDialogAndNeverLeavesANameEmpty) {
+TEST(StageSoak, ClosedDialogIsOpenedAndAnEmptyNameIsFilled) {
     Soak soak(7);
     SoakView view;
     EXPECT_EQ(compact(soak.next(view)), "{\"menu\":{\"command\":1497}}");
@@ -200,7 +175,7 @@ TEST(StageSoak, OpensTheDialogAndNeverLeavesANameEmpty) {
     }
 }
 
-TEST(StageLog, LinesContinuationsAndChannels) {
+TEST(StageLog, LinesWithoutATimeStampContinueTheMessage) {
     const Json::Value lines = parse_log("2024-03-07 09:05:02:045 [INFO] one\r\nsecond half\n"
                                         "2024-03-07 09:05:02:046 [WARN] [x] two\n");
     ASSERT_EQ(lines.size(), 2U);

@@ -5,7 +5,6 @@
 #include "standin/base/files_win32.h"
 #include "standin/base/json.h"
 #include "standin/base/text.h"
-#include "standin/client/http_request.h"
 #include "standin/client/request_check.h"
 
 #include <algorithm>

@@ -157,12 +157,9 @@ bool DataFolder::prepare(const Json::Value& wanted, const DataSources& sources, 
         !copy_scripts(wanted, sources.scripts, problem)) {
         return false;
     }
-    for (const std::string& name : wanted["files"].getMemberNames()) {
-        const std::wstring file = base::joined(path_, base::to_wide(name));
-        if (!base::write_file_and_folders(file, wanted["files"][name].asString())) {
-            problem = base::to_utf8(file) + ": cannot be written";
-            return false;
-        }
+    if (!write_files(wanted["files"], path_)) {
+        problem = base::to_utf8(path_) + ": the scenario's files cannot be written";
+        return false;
     }
     return true;
 }

@@ -36,16 +36,18 @@ Json::Value column_titles(HWND table) {
     return titles;
 }
 
+UINT row_state(HWND table, int row, UINT mask) {
+    return static_cast<UINT>(::SendMessageW(table, LVM_GETITEMSTATE, static_cast<WPARAM>(row), mask));
+}
+
 Json::Value read_row(HWND table, int row, int columns) {
-    const auto state = static_cast<UINT>(::SendMessageW(table, LVM_GETITEMSTATE, static_cast<WPARAM>(row),
-                                                        LVIS_STATEIMAGEMASK | LVIS_SELECTED));
     Json::Value value(Json::objectValue);
     value["name"] = base::to_utf8(cell_text(table, row, 0));
     for (int column = 0; column < columns; ++column) {
         value["cells"].append(base::to_utf8(cell_text(table, row, column)));
     }
-    value["checked"] = ((state & LVIS_STATEIMAGEMASK) >> 12) == 2;
-    value["selected"] = (state & LVIS_SELECTED) != 0;
+    value["checked"] = is_checked(table, row);
+    value["selected"] = row_state(table, row, LVIS_SELECTED) != 0;
     return value;
 }
 
@@ -160,6 +162,10 @@ std::wstring cell_text(HWND table, int row, int column) {
 
 int row_count(HWND table) {
     return static_cast<int>(::SendMessageW(table, LVM_GETITEMCOUNT, 0, 0));
+}
+
+bool is_checked(HWND table, int row) {
+    return row_state(table, row, LVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2);
 }
 
 HWND camera_table(HWND dialog) {

@@ -17,6 +17,7 @@ HWND camera_table(HWND dialog);
 // Text of one cell.
 std::wstring cell_text(HWND table, int row, int column);
 int row_count(HWND table);
+bool is_checked(HWND table, int row);
 
 std::wstring window_text(HWND window);
 std::wstring class_name(HWND window);

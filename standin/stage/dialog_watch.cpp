@@ -2,7 +2,6 @@
 
 #include "standin/stage/dialog_state.h"
 #include "standin/stage/import_table.h"
-#include "standin/stage/radio_focus.h"
 
 #include <commctrl.h>
 

@@ -17,7 +17,7 @@ constexpr int kEditTemplate = 103;
 
 class DialogWatch {
 public:
-    // `windows_radio_buttons`: see radio_focus.h.
+    // `windows_radio_buttons`: see play_windows_radio_buttons.
     DialogWatch(Transcript& transcript, HWND frame, bool windows_radio_buttons)
         : transcript_(transcript), frame_(frame), windows_radio_buttons_(windows_radio_buttons) {}
 
@@ -55,5 +55,15 @@ private:
 };
 
 const char* dialog_name(int template_id);
+
+// Radio buttons and the focus as on Windows (radio_focus.cpp): an automatic radio button that gets the focus
+// selects itself and reports a click to its dialog; see BM_SETDONTCLICK on learn.microsoft.com. Wine only
+// reports the click, and only while the button is not selected.
+
+// Subclasses the automatic radio buttons of this dialog.
+void play_windows_radio_buttons(HWND dialog);
+
+// Whether this WM_COMMAND is the report of Wine that the ones played here replace.
+bool is_replaced_radio_click(WPARAM w_param, LPARAM l_param);
 
 } // namespace stage

@@ -50,7 +50,7 @@ std::string infection_in(const std::string& bytes) {
     return mark == std::string::npos ? std::string() : bytes.substr(mark + kInfectionMark.size());
 }
 
-bool write_startup_files(const Json::Value& files, const std::wstring& folder) {
+bool write_files(const Json::Value& files, const std::wstring& folder) {
     for (const std::string& name : files.getMemberNames()) {
         const std::wstring file = base::joined(folder, base::to_wide(name));
         if (!base::write_file_and_folders(file, files[name].asString())) {

@@ -12,8 +12,8 @@
 
 namespace stage {
 
-// Writes `files` ("user/a.ms" → content) below `folder`. False: one of them cannot be written.
-bool write_startup_files(const Json::Value& files, const std::wstring& folder);
+// Writes `files` ("user/a.ms" → content) below `folder`. False when one of them cannot be written.
+bool write_files(const Json::Value& files, const std::wstring& folder);
 
 // What the scene's file keeps of a virus, as its bytes say; empty: nothing.
 std::string infection_in(const std::string& bytes);

@@ -45,20 +45,6 @@ bool load_scenario(const std::wstring& file, Json::Value& scenario, std::string&
     return problem.empty();
 }
 
-// The machine has one data folder of the plugin, so a second run waits for the end of the first.
-class OneAtATime {
-public:
-    OneAtATime() : mutex_(::CreateMutexW(nullptr, FALSE, L"TarvoStageRuns")) {
-        ::WaitForSingleObject(mutex_.get(), INFINITE);
-    }
-    ~OneAtATime() { ::ReleaseMutex(mutex_.get()); }
-    OneAtATime(const OneAtATime&) = delete;
-    OneAtATime& operator=(const OneAtATime&) = delete;
-
-private:
-    tarvo::KernelHandle mutex_;
-};
-
 int run_scenario(const Options& options) {
     Json::Value scenario;
     std::string problem;
@@ -70,7 +56,10 @@ int run_scenario(const Options& options) {
         return refuse("the scenario wants the language '" + wanted + "' and the system's is '" +
                       system_language() + "' (under Wine LC_ALL decides)");
     }
-    const OneAtATime turn;
+    // The machine has one data folder of the plugin, so a second run waits for the end of the first process,
+    // which releases the mutex.
+    const tarvo::KernelHandle turn(::CreateMutexW(nullptr, FALSE, L"TarvoStageRuns"));
+    ::WaitForSingleObject(turn.get(), INFINITE);
     ::SetUnhandledExceptionFilter(&on_crash);
     std::signal(SIGABRT, &on_abort);
     try {

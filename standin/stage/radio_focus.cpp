@@ -1,6 +1,5 @@
-#include "standin/stage/radio_focus.h"
-
 #include "standin/stage/dialog_state.h"
+#include "standin/stage/dialog_watch.h"
 
 #include <commctrl.h>
 

@@ -122,7 +122,7 @@ bool write_literal(const Json::Value& wanted, const std::wstring& folder, StageS
     scene.model = literal_model(wanted);
     scene.needs_save = wanted.get("needs_save", false).asBool();
     scene.startup_folder = base::joined(folder, L"startup");
-    if (!write_startup_files(wanted["infection"]["startup_files"], scene.startup_folder)) {
+    if (!write_files(wanted["infection"]["startup_files"], scene.startup_folder)) {
         problem = base::to_utf8(scene.startup_folder) + ": cannot be written";
         return false;
     }

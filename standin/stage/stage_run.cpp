@@ -61,17 +61,17 @@ std::string system_language() {
     return PRIMARYLANGID(::GetUserDefaultUILanguage()) == LANG_CHINESE ? "zh" : "en";
 }
 
-void CallList::on_call(const char* name, const std::wstring& arguments) {
+StageRun::StageRun(const Options& given, const Json::Value& wanted)
+    : options(given), scenario(wanted), scripts(transcript), plugin(module, transcript),
+      out_(base::absolute_path(given.out)), started_(::GetTickCount64()) {}
+
+void StageRun::on_call(const char* name, const std::wstring& arguments) {
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
     entry["arguments"] = base::to_utf8(arguments);
-    transcript_.append("host_calls", entry);
+    transcript.append("host_calls", entry);
     count_host_call(name);
 }
-
-StageRun::StageRun(const Options& given, const Json::Value& wanted)
-    : options(given), scenario(wanted), scripts(transcript), calls(transcript), plugin(module, transcript),
-      out_(base::absolute_path(given.out)), started_(::GetTickCount64()) {}
 
 std::wstring StageRun::out_file(const std::wstring& name) const {
     return base::joined(out_, name);
@@ -157,7 +157,7 @@ void StageRun::connect_host() {
     host_sdk::reset();
     host_sdk::set_faults(faults_of(scenario["host"]));
     host_sdk::set_script_runner(&scripts);
-    host_sdk::set_call_recorder(&calls);
+    host_sdk::set_call_recorder(this);
     host_sdk::set_main_window(frame.window());
 }
 

@@ -24,20 +24,10 @@
 
 namespace stage {
 
-// Writes the module's calls into the host into the transcript.
-class CallList : public host_sdk::CallRecorder {
-public:
-    explicit CallList(Transcript& transcript) : transcript_(transcript) {}
-    void on_call(const char* name, const std::wstring& arguments) override;
-
-private:
-    Transcript& transcript_;
-};
-
 // "en" or "zh": the language of the resources that the system loads.
 std::string system_language();
 
-class StageRun {
+class StageRun : private host_sdk::CallRecorder {
 public:
     // Both must outlive the run.
     StageRun(const Options& options, const Json::Value& scenario);
@@ -73,7 +63,6 @@ public:
     FrameWindow frame;
     ModuleFile module;
     StageScripts scripts;
-    CallList calls;
     DataFolder data;
     ClientProcess client;
     SilentPort silent_port;
@@ -83,6 +72,7 @@ public:
     std::unique_ptr<UiThread> ui;
 
 private:
+    void on_call(const char* name, const std::wstring& arguments) override;
     bool prepare(std::string& problem);
     bool prepare_outside(std::string& problem);
     bool load_menus_of_earlier_run(std::string& problem);

@@ -9,12 +9,6 @@ namespace stage {
 
 namespace {
 
-bool is_checked(HWND list, int row) {
-    const LRESULT state =
-        ::SendMessageW(list, LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_STATEIMAGEMASK);
-    return ((static_cast<UINT>(state) & LVIS_STATEIMAGEMASK) >> 12) == 2;
-}
-
 RECT label_of(HWND list, int row) {
     RECT area = {};
     area.left = LVIR_LABEL;

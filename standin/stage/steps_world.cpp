@@ -67,11 +67,9 @@ std::wstring archive_tag(unsigned second) {
 } // namespace
 
 void Steps::menu(const Json::Value& arguments) {
-    unsigned number = arguments.get("text", 0).asUInt();
+    unsigned number = 0;
     for (const MenuCommand& known : kMenuCommands) {
-        if (arguments.get("command", 0).asInt() == known.command) {
-            number = known.text;
-        }
+        number = arguments["command"].asInt() == known.command ? known.text : number;
     }
     std::wstring title = run_.module.text(number);
     title.erase(std::remove(title.begin(), title.end(), L'&'), title.end());

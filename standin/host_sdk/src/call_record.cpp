@@ -25,10 +25,6 @@ std::wstring show(const WStr& text) {
     return show(text.data());
 }
 
-std::wstring show(bool value) {
-    return value ? L"true" : L"false";
-}
-
 std::wstring show(int value) {
     return std::to_wstring(value);
 }

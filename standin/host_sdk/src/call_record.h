@@ -11,7 +11,6 @@ namespace host_sdk {
 
 std::wstring show(const wchar_t* text);
 std::wstring show(const WStr& text);
-std::wstring show(bool value);
 std::wstring show(int value);
 std::wstring show(DWORD value); // ids: hexadecimal
 std::wstring show(float value);

@@ -18,7 +18,7 @@ Arguments parse_arguments(CLI::App& app, const std::vector<std::wstring>& argume
     std::vector<std::string> utf8;
     std::transform(arguments.begin(), arguments.end(), std::back_inserter(utf8),
                    [](const std::wstring& argument) { return to_utf8(argument); });
-    // The library takes the arguments from the end of the vector.
+    // The library reads the vector from its end.
     std::reverse(utf8.begin(), utf8.end());
     try {
         app.parse(std::move(utf8));

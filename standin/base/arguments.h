@@ -8,7 +8,7 @@
 
 namespace base {
 
-// Adds an option whose value, not empty, goes to `target`.
+// Adds an option for a path, which must not be empty, and stores it in `target`.
 CLI::Option* add_path(CLI::App& app, const std::string& name, std::wstring& target, const std::string& help);
 
 enum class Arguments { good, help, bad };

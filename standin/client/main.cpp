@@ -1,4 +1,4 @@
-// The desktop client's stand-in: checks what it is sent and answers as the command line says.
+// The desktop client's stand-in: checks each request and answers as the command line says.
 #include "standin/base/files_win32.h"
 #include "standin/base/program_win32.h"
 #include "standin/client/options.h"

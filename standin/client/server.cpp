@@ -86,7 +86,7 @@ private:
     int number_ = 0;
 };
 
-// True as soon as the stop file is there, false when the time has passed.
+// True as soon as the stop file exists, false when the time has passed.
 bool Server::wait_for_stop(unsigned milliseconds) const {
     const ULONGLONG end = ::GetTickCount64() + milliseconds;
     for (;;) {
@@ -101,7 +101,7 @@ bool Server::wait_for_stop(unsigned milliseconds) const {
     }
 }
 
-// Appends what arrives next. False: the other side is gone, or silent for too long.
+// Appends what arrives next. False when the other side has closed or is silent for too long.
 bool Server::receive_more(SOCKET socket, std::string& text) const {
     for (unsigned waited = 0; !base::readable_within(socket, kPollMs); waited += kPollMs) {
         if (waited >= kPatienceMs || wait_for_stop(0)) {

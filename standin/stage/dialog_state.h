@@ -1,4 +1,4 @@
-// What a dialog shows, read from its controls. On the thread of the dialog only. Needs windows.h.
+// Reads what a dialog shows from its controls. For the dialog's thread only. Needs windows.h.
 #pragma once
 
 #include <json/value.h>

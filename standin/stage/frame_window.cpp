@@ -16,7 +16,7 @@ constexpr int kFrameHeight = 640;
 FrameWindow::~FrameWindow() {
     host_sdk::set_menu_bar_listener(nullptr, nullptr);
     if (window_ != nullptr) {
-        // The menu belongs to the host stand-in; the window would destroy it.
+        // The host stand-in owns the menu; the window would destroy it.
         ::SetMenu(window_, nullptr);
         ::DestroyWindow(window_);
     }

@@ -1,5 +1,4 @@
-// The stage's frame window: the host's main window as far as the module sees it, with the menu bar. Needs
-// windows.h.
+// The stage's frame window: for the module the host's main window, with the menu bar. Needs windows.h.
 #pragma once
 
 #include <windows.h>
@@ -15,11 +14,11 @@ public:
     FrameWindow(const FrameWindow&) = delete;
     FrameWindow& operator=(const FrameWindow&) = delete;
 
-    // Visible at once. False when the system refuses.
+    // Creates and shows the window. False on failure.
     bool create(const std::wstring& title);
     HWND window() const { return window_; }
 
-    // Takes messages until `quit` is called or, for a person, the window was closed.
+    // Runs the message loop until `quit` is called or, for a person, the window is closed.
     int run();
     void quit();
 

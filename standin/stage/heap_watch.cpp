@@ -12,14 +12,14 @@ namespace stage {
 
 namespace {
 
-// Blocks from before the watch are released too: only those that are known here count.
+// The module also releases blocks that are older than the watch; they do not count.
 struct Blocks {
     std::mutex mutex;
     std::unordered_map<const void*, std::size_t> sizes;
     std::size_t bytes = 0;
 };
 
-// Never destroyed: the module may release something at the very end.
+// Never destroyed: the module may release a block while the process ends.
 Blocks& blocks() {
     static Blocks* const all = new Blocks;
     return *all;
@@ -56,7 +56,7 @@ void* __cdecl watched_calloc(std::size_t count, std::size_t size) {
     return taken(reinterpret_cast<decltype(&std::calloc)>(g_calloc)(count, size), count * size);
 }
 
-// A block that could not be moved stays what it was.
+// A failed realloc leaves the old block allocated.
 void* __cdecl watched_realloc(void* block, std::size_t bytes) {
     void* const moved = reinterpret_cast<decltype(&std::realloc)>(g_realloc)(block, bytes);
     if (moved != nullptr || bytes == 0) {
@@ -65,7 +65,7 @@ void* __cdecl watched_realloc(void* block, std::size_t bytes) {
     return taken(moved, bytes);
 }
 
-// Forgotten first: another thread may get the same address as soon as it is free.
+// Removed from the record first: another thread may get the same address as soon as it is free.
 void __cdecl watched_free(void* block) {
     released(block);
     reinterpret_cast<decltype(&std::free)>(g_free)(block);

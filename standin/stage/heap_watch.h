@@ -1,5 +1,5 @@
-// Counts what the module has on the heap of its C runtime, by standing between the two. Allocations that the
-// runtime makes by itself, and those of the host's heap, are not seen. Needs windows.h.
+// Counts the module's blocks on the heap of its C runtime, by replacing its imports. Does not see allocations
+// inside the runtime and on the host's heap. Needs windows.h.
 #pragma once
 
 #include <windows.h>
@@ -13,13 +13,13 @@ struct HeapUse {
     std::size_t bytes = 0; // as asked for
 };
 
-// Replaces the module's imports. One watch at a time; it may not end before the module.
+// Replaces the module's imports. One watch at a time; it must outlive the module.
 void install_heap_watch(HMODULE module);
 
-// What is allocated since the watch began and not yet released.
+// What the module has allocated since the watch began and not yet released.
 HeapUse heap_use();
 
-// The process's own memory in KB, as the system counts it; 0 when it does not say.
+// The process's private memory in KB; 0 on error.
 std::size_t process_memory_kb();
 
 } // namespace stage

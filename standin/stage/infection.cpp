@@ -34,7 +34,7 @@ std::shared_ptr<SceneNode> node_from(const Json::Value& wanted) {
     node->hidden = wanted.get("hidden", false).asBool();
     node->frozen = wanted.get("frozen", false).asBool();
     node->script = text_of(wanted.get("scale_script", ""));
-    // A payload's size, without its weight in the scenario.
+    // A long payload need not be in the scenario.
     const std::size_t length = wanted.get("script_length", 0).asUInt();
     node->script.resize(std::max(node->script.size(), length), u' ');
     node->has_script = !node->script.empty();
@@ -104,7 +104,7 @@ void Infection::open(maxscript::Interpreter& interpreter, const Json::Value& wan
     }
 }
 
-// Over the scene's own file; only what scripts can change of it changes.
+// Overwrites the scene's file; changes only what scripts can change.
 bool Infection::save(maxscript::Interpreter& interpreter, const std::wstring& path) const {
     std::string bytes;
     if (path.empty() || !base::read_file(path, bytes)) {

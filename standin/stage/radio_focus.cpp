@@ -8,14 +8,14 @@ namespace stage {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
-// With an arrow key Wine's dialog manager sets the focus and then sends BM_CLICK with this value, which has
-// been done by the focus here.
+// With an arrow key Wine's dialog manager sets the focus and then sends BM_CLICK with this value. Here the
+// focus has already clicked.
 constexpr WPARAM kWineArrowKey = 1;
 
 HWND g_clicked = nullptr;  // the button whose own click is under way
 HWND g_focusing = nullptr; // the button whose own handling of the focus is under way
 
-// Sets a variable for as long as it lives.
+// Sets a variable for its own lifetime.
 class Meanwhile {
 public:
     Meanwhile(HWND& variable, HWND value) : variable_(variable), before_(variable) { variable_ = value; }

@@ -7,10 +7,10 @@ namespace stage {
 namespace {
 
 constexpr int kOpenDialog = 1497;
-constexpr int kCancel = 2; // what the system calls IDCANCEL
+constexpr int kCancel = 2; // IDCANCEL
 constexpr unsigned kTableClicksInTen = 3;
 constexpr unsigned kKeysInTen = 2;
-// Packing and sending take seconds and closing starts over; both happen, but seldom.
+// Packing and sending take seconds, and closing starts over: both are rare.
 constexpr unsigned kSlowOneIn = 12;
 
 // Numbers and names of all kinds, good and bad.

@@ -1,4 +1,4 @@
-// Random actions of a restless user, the same ones for the same seed. An action is a step of a scenario.
+// Random actions of a user, the same ones for the same seed. An action is a step of a scenario.
 #pragma once
 
 #include <json/value.h>
@@ -14,7 +14,7 @@ struct SoakControl {
     std::string window_class;
 };
 
-// The dialog on top, as far as choosing an action needs it.
+// What the choice of an action needs to know of the dialog on top.
 struct SoakView {
     std::string dialog;                // "main", "edit"; empty when none is open
     std::vector<SoakControl> controls; // those that can be used
@@ -26,8 +26,8 @@ class Soak {
 public:
     explicit Soak(unsigned seed) : random_(seed) {}
 
-    // One step. A dialog that is not open is opened; an empty camera name is filled before it can be
-    // confirmed, since confirming one throws, which has a scenario of its own.
+    // One step. Opens the dialog when none is open, and fills an empty camera name before it can be
+    // confirmed: confirming one throws, which has a scenario of its own.
     Json::Value next(const SoakView& view);
 
 private:

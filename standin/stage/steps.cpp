@@ -22,7 +22,7 @@ struct BoxSearch {
     HWND found;
 };
 
-// A message box is a dialog window that is none of the module's dialogs; the newest one takes input.
+// A message box is a dialog window that is none of the module's dialogs; the enabled one is the newest.
 BOOL CALLBACK look_for_box(HWND window, LPARAM parameter) {
     auto* search = reinterpret_cast<BoxSearch*>(parameter);
     const bool candidate = class_name(window) == L"#32770" && ::IsWindowVisible(window) != FALSE &&

@@ -16,7 +16,7 @@ RECT label_of(HWND list, int row) {
     return area;
 }
 
-// A point of the row's check box: left of its label, where the list says so.
+// A point of the row's check box, left of its label: the list's hit test finds it.
 bool check_box_point(HWND list, int row, POINT& point) {
     ::SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
     const RECT label = label_of(list, row);

@@ -12,10 +12,10 @@ namespace {
 
 struct Task {
     std::function<void()> function;
-    HANDLE done; // null: nobody waits
+    HANDLE done; // null: no thread waits
 };
 
-// One message in the thread's queue stands for one task here, in the same order.
+// Each task has one message in the thread's queue, in the same order.
 struct TaskQueue {
     std::mutex mutex;
     std::deque<Task> tasks;

@@ -1,5 +1,5 @@
-// The thread of the user interface as the driver sees it: functions are run there, whatever modal loop is
-// turning, and the driver can wait until everything that it put in has been worked off. Needs windows.h.
+// Runs the driver's functions on the user-interface thread, whatever modal loop runs there, and waits for
+// them. Needs windows.h.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace stage {
 
-// When a wait has to end.
+// The end of a wait.
 class Deadline {
 public:
     static Deadline in_seconds(unsigned seconds);
@@ -24,21 +24,21 @@ private:
 
 class UiThread {
 public:
-    // `frame` belongs to the thread; its procedure hands kRunMessage to `run_posted`. `give_up` is called on
-    // the waiting thread when a wait has taken too long, and does not return: the other side may still use
-    // what the waiting one lent it.
+    // The thread owns `frame`, whose procedure passes kRunMessage to `run_posted`. After a time limit the
+    // waiting thread calls `give_up`, which does not return: the function that still runs may use data of the
+    // waiting one.
     UiThread(HWND frame, std::function<void()> give_up) : frame_(frame), give_up_(std::move(give_up)) {}
 
     static constexpr UINT kRunMessage = WM_APP + 1;
     static void run_posted();
 
-    // Returns at once; the function runs when the thread takes its messages.
+    // Returns at once; the function runs when the thread reads its messages.
     void post(std::function<void()> function) const;
 
     // Returns when the function has run.
     void call(const std::function<void()>& function, const Deadline& deadline) const;
 
-    // Returns when the thread has taken everything that was posted before, in whatever modal loop.
+    // Returns when the thread has run everything that was posted before.
     void drain(const Deadline& deadline) const;
 
     void give_up() const { give_up_(); }

@@ -31,7 +31,7 @@ public:
         int i;
         float f;
         BOOL b;
-        const MCHAR* s; // the script's own text: gone with the next script
-        TSTR* tstr;     // belongs to this value
+        const MCHAR* s; // the script's own text: the next script frees it
+        TSTR* tstr;     // this value owns it
     };
 };

@@ -21,7 +21,7 @@ public:
 class IMenuManager : public InterfaceServer {
 public:
     virtual bool RegisterMenu(IMenu* menu, DWORD flags = 0) = 0;
-    virtual bool UnRegisterMenu(IMenu* menu) = 0; // the menu is gone afterwards
+    virtual bool UnRegisterMenu(IMenu* menu) = 0; // frees the menu
     virtual IMenu* FindMenu(const MCHAR* title) = 0;
     virtual bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) = 0;
     virtual IMenuContext* GetContext(MenuContextId id) = 0;

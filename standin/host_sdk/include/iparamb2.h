@@ -1,4 +1,4 @@
-// The class descriptor that knows about parameter blocks; here it has none.
+// The class descriptor with parameter blocks; here it has none.
 #pragma once
 
 #include "plugapi.h"

@@ -12,11 +12,11 @@ namespace {
 
 struct Activation {
     ActionTableId table_id;
-    ActionCallback* callback; // whoever activated it owns it
+    ActionCallback* callback; // the caller of the activation owns it
 };
 
 struct Actions {
-    std::vector<ActionTable*> tables; // registered tables belong to the host
+    std::vector<ActionTable*> tables; // the host owns registered tables
     std::vector<Activation> activations;
     std::map<ActionContextId, std::wstring> contexts;
 };
@@ -124,7 +124,7 @@ bool is_action_live(ActionTableId table_id, int command_id) {
 void clear_actions() {
     actions().activations.clear();
     actions().contexts.clear();
-    const std::vector<ActionTable*> tables = actions().tables; // deleting a table takes it off the list
+    const std::vector<ActionTable*> tables = actions().tables; // deleting a table removes it from the list
     actions().tables.clear();
     for (ActionTable* table : tables) {
         if (is_module_loaded(table)) {

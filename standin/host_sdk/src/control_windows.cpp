@@ -76,7 +76,7 @@ LRESULT CALLBACK spinner_procedure(HWND window, UINT message, WPARAM w_param, LP
     }
 }
 
-// CS_GLOBALCLASS: the dialogs that name these classes belong to other modules.
+// CS_GLOBALCLASS: other modules have the dialogs that name these classes.
 void register_spinner(HINSTANCE module) {
     WNDCLASSEXW spinner = {};
     spinner.cbSize = sizeof(spinner);

@@ -24,7 +24,7 @@ public:
     void release();
     void lose_window();
 
-    void press(bool upper); // an arrow goes down: one step
+    void press(bool upper); // pressing an arrow: one step
     void release_arrow();
     bool is_pressed(bool upper) const { return pressed_ && pressed_upper_ == upper; }
 

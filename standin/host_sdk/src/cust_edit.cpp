@@ -8,7 +8,7 @@ namespace {
 
 constexpr int kTextLimit = 260;
 
-// The outer window is the dialog's control; the inner one takes the keys.
+// The outer window is the dialog's control; the inner one gets the keys.
 struct Field {
     HWND inner;
     WNDPROC inner_procedure;
@@ -124,7 +124,7 @@ std::wstring text_of(HWND window) {
     return text;
 }
 
-// CS_GLOBALCLASS: the dialogs that name the class belong to other modules.
+// CS_GLOBALCLASS: other modules have the dialogs that name the class.
 void register_cust_edit(HINSTANCE module) {
     WNDCLASSEXW description = {};
     description.cbSize = sizeof(description);

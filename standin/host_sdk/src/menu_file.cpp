@@ -7,7 +7,7 @@
 //   submenu <number of the menu, from 0> <custom> <title>
 //   text <custom> <title>                          an entry that does nothing
 //   context <id> <name> <number of its menu or -1>
-// The tests and the stage write nothing else, so reading takes a line's fields for granted.
+// The tests and the stage write nothing else, so reading does not check a line's fields.
 #include "call_record.h"
 #include "menus.h"
 

@@ -1,4 +1,4 @@
-// Running script text, and the ways in which a text comes back.
+// Runs script text and returns its result as an FPValue.
 #include "call_record.h"
 
 #include "maxscript/maxscript.h"

@@ -12,7 +12,7 @@ namespace {
 
 int g_holders = 0;
 
-// Three decimals, without the zeros at the end; one decimal always stays.
+// Three decimals without trailing zeros, but at least one decimal.
 std::wstring decimal_text(float value) {
     wchar_t digits[64] = {};
     std::swprintf(digits, sizeof(digits) / sizeof(digits[0]), L"%.3f", static_cast<double>(value));

@@ -32,7 +32,8 @@ void measure_growth_from(int references, const std::string& name) {
 void tarvo_bench::parse_alone(const std::string& text) {
     Json::Value root;
     Json::Reader reader;
-    // The overload for a text in memory, the usual one. It keeps a copy of the text, which is about a twentieth of the time.
+    // The overload for a text in memory, the usual one. It keeps a copy of the text, which is about a
+    // twentieth of the time.
     reader.parse(text, root);
 }
 

@@ -23,21 +23,15 @@ ActivationContextHandle create_context() {
     return ActivationContextHandle(::CreateActCtxW(&description));
 }
 
-struct ModuleContext {
-    ActivationContextHandle handle;
-    DWORD error = ERROR_SUCCESS;
-};
-
 class ActivationScope {
 public:
     ActivationScope() {
-        static ModuleContext context;
-        if (!context.handle) { // the first time, or it could not be made: without it no window opens
-            context.handle = create_context();
-            context.error = ::GetLastError();
+        static ActivationContextHandle context;
+        if (!context) { // the first time, or it could not be made: without it no window opens
+            context = create_context();
         }
-        active_ = context.handle && ::ActivateActCtx(context.handle.get(), &cookie_) != FALSE;
-        error_ = context.handle ? ::GetLastError() : context.error;
+        active_ = context && ::ActivateActCtx(context.get(), &cookie_) != FALSE;
+        error_ = ::GetLastError();
     }
     ~ActivationScope() {
         if (active_) {
@@ -52,7 +46,7 @@ public:
 
 private:
     bool active_ = false;
-    DWORD error_ = ERROR_SUCCESS;
+    DWORD error_;
     ULONG_PTR cookie_ = 0;
 };
 

@@ -63,8 +63,8 @@ const char* skip_ascii(const char* at, const char* end) {
     return at;
 }
 
-// Searches the UTF-8 bytes: U+0400 to U+052F are the sequences D0 80 to D4 AF, and such a lead byte never
-// occurs inside another character. A zero byte ends the text, as in Utf8ToWide.
+// Searches the bytes of valid UTF-8: U+0400 to U+052F are the sequences D0 80 to D4 AF, and such a lead byte
+// never occurs inside another character. A zero byte ends the text, as in Utf8ToWide.
 bool holds_cyrillic(const Json::Value& text) {
     const char* begin = nullptr;
     const char* end = nullptr;
@@ -80,8 +80,7 @@ bool holds_cyrillic(const Json::Value& text) {
     for (const char* at = skip_ascii(begin, end); end - at >= 2; ++at) {
         const unsigned char lead = static_cast<unsigned char>(at[0]);
         const unsigned char next = static_cast<unsigned char>(at[1]);
-        const bool is_continuation = next >= 0x80 && next <= 0xBF;
-        if (is_continuation && ((lead >= 0xD0 && lead <= 0xD3) || (lead == 0xD4 && next <= 0xAF))) {
+        if ((lead >= 0xD0 && lead <= 0xD3) || (lead == 0xD4 && next <= 0xAF)) {
             return true;
         }
     }

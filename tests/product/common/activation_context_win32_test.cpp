@@ -33,6 +33,12 @@ HANDLE WINAPI count_context(const ACTCTXW* description) {
     return g_make(description);
 }
 
+HANDLE WINAPI refuse_context(const ACTCTXW*) {
+    ++g_made;
+    ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return INVALID_HANDLE_VALUE;
+}
+
 BOOL WINAPI activate(HANDLE context, ULONG_PTR* cookie) {
     g_asked += g_activates ? "(" : "!";
     g_activated.push_back(context);
@@ -101,6 +107,28 @@ private:
                            reinterpret_cast<void*>(&register_classes)};
     std::size_t log_mark_ = 0;
 };
+
+// Only in a program that has not made it yet: this is the first test that runs.
+TEST_F(ActivationContext, ThatCannotBeMadeIsLoggedWithTheReasonAndMadeForTheNextWindow) {
+    {
+        const PatchedImport refusal("kernel32.dll", "CreateActCtxW",
+                                    reinterpret_cast<void*>(&refuse_context));
+        ASSERT_TRUE(refusal.installed());
+        const int answer = show_box();
+        if (g_made == 0) {
+            GTEST_SKIP() << "an earlier test had it made";
+        }
+        EXPECT_EQ(answer, 0);
+        EXPECT_EQ(show_dialog(), -1);
+        EXPECT_EQ(g_made, 2);
+    }
+    EXPECT_EQ(g_asked, "");
+    const std::vector<std::string> expected = {
+        "[ERROR] A message box could not be shown. System error 8: What is wrong.",
+        "[ERROR] A dialog could not be shown. System error 8: 102"};
+    EXPECT_EQ(new_log_lines(), expected);
+    EXPECT_EQ(show_box(), IDYES);
+}
 
 TEST_F(ActivationContext, IsActiveAroundABoxAndADialogWhoseAnswersComeBack) {
     EXPECT_EQ(show_box(), IDYES);

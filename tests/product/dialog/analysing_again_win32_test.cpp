@@ -1,5 +1,5 @@
-// Analysing again on the open dialog: the new analysis replaces everything that the opening has shown, and what
-// can stop the opening can close the dialog.
+// Analysing again on the open dialog: the new analysis replaces everything that the opening has shown, and
+// what can stop the opening can close the dialog.
 #include "tests/support/main_dialog_fixture.h"
 
 namespace {

@@ -47,6 +47,12 @@ TEST(SubmitReferences, OnlyThePathStaysAndAsText) {
               paths({"a", "b", "7", "true", "", "", ""}));
 }
 
+TEST(SubmitReferences, AnObjectInsteadOfTheListIsRefused) {
+    EXPECT_THROW(references_of(R"({"x":{"path":"S"}})"), Json::Exception);
+    EXPECT_THROW(references_of(R"({"x":{"path":"a"}})"), Json::Exception);
+    EXPECT_EQ(references_of("{}"), "");
+}
+
 TEST(SubmitReferences, CommentsAreNotPassedOn) {
     EXPECT_EQ(references_of("/*1*/ [ // 2\n /*3*/ {\"path\": /*4*/ \"a\" /*5*/} /*6*/, // 7\n"
                             "{\"path\":\"S\"}, // 8\n {\"size\": 1, /*9*/ \"path\":\"b\" // 10\n}\n// 11\n]"),

@@ -106,8 +106,9 @@ unsigned long LastErrorCode() {
     return static_cast<unsigned long>(errno);
 }
 
+// Code page 936, as for Utf8ToAnsi.
 bool HasDoubleByteConsole() {
-    return false;
+    return true;
 }
 
 void SleepMilliseconds(unsigned milliseconds) {

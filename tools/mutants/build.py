@@ -17,9 +17,10 @@ from mutants.model import LAYERS, Edit, give_keys, rewrite
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 TRIPLE = "x86_64-w64-mingw32"
-ERROR = re.compile(r"^(?P<file>[^\s:][^:\n]*):(?P<line>\d+):(?P<column>\d+): +(?:(?:fatal )?error:|required from here)"
-                   r"(?P<text>.*)$", re.MULTILINE)
+ERROR = re.compile(r"^(?P<file>[^\s:][^:\n]*):(?P<line>\d+):(?P<column>\d+): +"
+                   r"(?P<kind>(?:fatal )?error:|required from)(?P<text>.*)$", re.MULTILINE)
 WANTS_CONSTANT = re.compile(r"constant.expression|not const|variable-sized|may not be initialized")
+CHOICE = re.compile(r"\(mutant\(#\) \? (.*) : ", re.DOTALL)
 CONSTANT_NAME = re.compile(r"\bk[A-Z]\w*")
 # Mutants are full of what compilers warn about; in a system header they do not. So the mutated text is included.
 ENDING = ".inc"
@@ -78,8 +79,10 @@ class Workshop:
         deps = self.builds / "deps"
         if not deps.exists():
             deps.symlink_to(pathlib.Path(os.environ.get("TARVO_BUILD_DIR", ROOT / "build")).resolve() / "deps")
-        for preset in ("mingw-release", "native-asan"):
-            done = self.command("cmake", "-S", self.tree, "--preset", preset,
+        # GCC for both: `blame` reads its messages.
+        for preset, more in (("mingw-release", []), ("native-asan", ["-DCMAKE_CXX_COMPILER=g++", "-DCMAKE_C_COMPILER=gcc",
+                                                                     "-DTARVO_FUZZ=OFF"])):
+            done = self.command("cmake", "-S", self.tree, "--preset", preset, *more,
                                 f"-DCMAKE_PROJECT_INCLUDE={self.tree}/tools/mutants/switch.cmake", cwd=self.tree)
             if done.returncode != 0:
                 sys.exit(f"error: cmake failed for {preset}\n{done.stdout[-2000:]}{done.stderr[-3000:]}")
@@ -121,7 +124,6 @@ class Workshop:
         for place, name in enumerate(sorted(self.sources)):
             for step, mutant in enumerate(self.sources[name].mutants):
                 mutant.number = 1 + place * BLOCK + step
-        self.without_switch |= {mutant.key for mutant in self.mutants if mutant.file.endswith(".h")}
         return self.sources
 
     def read_sources(self) -> dict:
@@ -147,8 +149,7 @@ class Workshop:
         marks = used_marks(sources, self.mutants, self.without_switch)
         for name in sorted(self.all_product_files() | set(sources)):
             text = (ROOT / name).read_bytes()
-            # A header stays as it is: the tests include it too, and the linker would take either text of a function.
-            if name not in sources or name.endswith(".h"):
+            if name not in sources or not sources[name].mutants:
                 write_if_changed(self.tree / name, text)
                 continue
             edits = [edit for constant, edit in sources[name].preparations if constant not in self.kept]
@@ -164,15 +165,20 @@ class Workshop:
                     else:
                         owners[id(edit)].append(mutant)
             edits += marks.get(name, [])
-            written, places = rewrite(text, edits)
-            write_if_changed(self.tree / (name + ENDING), HEAD + written)
-            # The generators of the build read the source for its tables.
-            head = f'#include "tools/mutants/switch.h"\n#include "{name}{ENDING}"\n#if 0\n'
-            write_if_changed(self.tree / name, head.encode() + text + b"\n#endif\n")
+            written, places = self.write_source(name, text, edits)
             spans[name] = (HEAD + written, [
                 (places[id(edit)][0] + len(HEAD), places[id(edit)][1] + len(HEAD), owners.get(id(edit), []))
                 for edit in edits if id(edit) in places])
         return spans
+
+    def write_source(self, name: str, text: bytes, edits: list) -> tuple:
+        written, places = rewrite(text, edits)
+        write_if_changed(self.tree / (name + ENDING), HEAD + written)
+        # The generators of the build read the source for its tables.
+        once = "#pragma once\n" if name.endswith(".h") else ""
+        head = f'{once}#include "tools/mutants/switch.h"\n#include "{name}{ENDING}"\n#if 0\n'
+        write_if_changed(self.tree / name, head.encode() + text + b"\n#endif\n")
+        return written, places
 
     def all_product_files(self) -> set:
         listing = output_of("git", "-C", str(ROOT), "ls-files", "--cached", "--others", "--exclude-standard")
@@ -181,7 +187,12 @@ class Workshop:
     def blame(self, output: str, spans: dict) -> bool:
         """Takes back what the compiler refuses; false when nothing was found to take back."""
         before = len(self.without_switch) + len(self.kept)
+        has_template = False
         for found in ERROR.finditer(output):
+            # Of the places that lead to an error in a template, the innermost one is the mutant's.
+            is_place = found["kind"] == "required from"
+            if is_place and has_template:
+                continue
             written = os.path.relpath(os.path.join(self.tree, "build/mingw-release", found["file"]), self.tree)
             name = written[:-len(ENDING)] if written.endswith(ENDING) else written
             if WANTS_CONSTANT.search(found["text"]):
@@ -190,8 +201,11 @@ class Workshop:
                 if set(names) - self.kept:
                     self.kept.update(names)
                     continue
+            if not is_place:
+                has_template = False
             if name not in spans:
                 continue
+            has_template = is_place
             text, places = spans[name]
             lines = text.split(b"\n")
             line = int(found["line"]) - 1
@@ -206,16 +220,28 @@ class Workshop:
                                            if place[0] < begin + len(lines[line]) and place[1] > begin)
         return len(self.without_switch) + len(self.kept) > before
 
+    def compile(self) -> str:
+        """What the compilers say when they fail; empty when all programs are built."""
+        output = ""
+        for preset, targets in (("native-asan", NATIVE_PROGRAMS), ("mingw-release", PROGRAMS)):
+            done = self.command("nice", "-n", "2", "cmake", "--build", self.builds / preset, "--target", *targets,
+                                "--", "-k", "0")
+            if done.returncode != 0:
+                output += done.stdout + done.stderr
+        return output
+
+    def build_alone(self, mutant) -> bool:
+        """Builds the programs with this change and no other in its file; false when it does not compile."""
+        self.write_sources(self.find())
+        text = (ROOT / mutant.file).read_bytes()
+        self.write_source(mutant.file, text, [for_good(edit, mutant.number) for edit in mutant.edits])
+        return not self.compile()
+
     def build(self) -> None:
         """Builds the test programs, and without the mutants that the compiler refuses."""
         spans = self.write_sources(self.find())
         for _ in range(30):
-            output = ""
-            for preset, targets in (("native-asan", NATIVE_PROGRAMS), ("mingw-release", PROGRAMS)):
-                done = self.command("nice", "-n", "2", "cmake", "--build", self.builds / preset, "--target", *targets,
-                                    "--", "-k", "0")
-                if done.returncode != 0:
-                    output += done.stdout + done.stderr
+            output = self.compile()
             if not output:
                 return
             if not self.blame(output, spans):
@@ -255,6 +281,14 @@ def parse_arguments(command: list, tree: pathlib.Path) -> list:
 
 def numbered(edit: Edit, number: int) -> Edit:
     return Edit(edit.start, edit.end, edit.before.replace("#", str(number), 1), edit.after, edit.replaces)
+
+
+def for_good(edit: Edit, number: int) -> Edit:
+    """The edit without its switch."""
+    choice = CHOICE.fullmatch(edit.before)
+    if choice and edit.after == ")":
+        return Edit(edit.start, edit.end, choice.group(1), replaces=True)
+    return numbered(Edit(edit.start, edit.end, edit.before.replace("mutant(#)", "true"), edit.after, edit.replaces), number)
 
 
 def used_marks(sources: dict, mutants: list, without_switch: set) -> dict:

@@ -10,7 +10,7 @@ import time
 
 LANGUAGES = ["en", "zh", "utf8"]
 NATIVE = ["sequence_tests", "portable_tests"]
-WINDOWS = ["module_tests", "plugin_tests", "portable_tests.exe", "win32_tests"]
+WINDOWS = ["portable_tests.exe", "win32_tests", "plugin_tests", "module_tests"]
 FAILED = re.compile(r"^\[  FAILED  \] (\w\S*\.\S+?)[,\s]", re.MULTILINE)
 STARTED = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 HANGS = re.compile(r"^HANGS: (\S+)", re.MULTILINE)

@@ -5,6 +5,7 @@ import concurrent.futures
 import hashlib
 import json
 import queue
+import re
 import threading
 import time
 
@@ -88,6 +89,8 @@ class Runner:
             self.lanes.put(lane)
         self.lane_count = lanes
         self.healthy = {}
+        # How many mutants of a function, and of a file, a test has killed: such tests run first.
+        self.kills = collections.defaultdict(collections.Counter)
         self.begin = time.monotonic()
 
     def reaching(self, mutant) -> dict:
@@ -95,14 +98,15 @@ class Runner:
         for test in self.programs.tests:
             if mutant.number in test.reached:
                 found[test.program].append(test)
+        kills, near = self.kills[mutant.file, mutant.function], self.kills[mutant.file]
         for tests in found.values():
-            tests.sort(key=lambda test: test.seconds)
+            tests.sort(key=lambda test: (-kills[test.name], -near[test.name], test.seconds))
         return found
 
     def tests_key(self, reaching: dict) -> str:
-        """Of the tests that reach a mutant, and of what all tests say: a test can change under its name."""
+        """Of the tests that reach a mutant and how far a run goes, and of what all tests say: a test can change under its name."""
         names = sorted(f"{test.program} {test.name}" for tests in reaching.values() for test in tests)
-        return hashlib.sha256("\n".join([self.programs.tests_text, *names]).encode()).hexdigest()[:16]
+        return hashlib.sha256("\n".join([self.programs.tests_text, str(self.wide), *names]).encode()).hexdigest()[:16]
 
     def steps(self, reaching: dict) -> list:
         """(program, language, tests): what is cheap first; the last ones only when `wide`."""
@@ -140,8 +144,20 @@ class Runner:
             self.healthy[key] = self.run_step((program, language, [test]), lane, {"TARVO_MUTANT": "0"}).passed
         return self.healthy[key]
 
-    def judge(self, mutant) -> tuple:
-        reaching = self.reaching(mutant)
+    def near(self, mutant, mutants: list) -> dict:
+        """The tests that come to the function of a mutant that has no switch, or to code that names the constant."""
+        word = re.compile(rf"\b{re.escape(mutant.function)}\b")
+        numbers = {one.number for one in mutants if (one.file, one.function) == (mutant.file, mutant.function)
+                   or word.search(one.line_text)}
+        found = collections.defaultdict(list)
+        for test in self.programs.tests:
+            if not numbers.isdisjoint(test.reached):
+                found[test.program].append(test)
+        for tests in found.values():
+            tests.sort(key=lambda test: test.seconds)
+        return found
+
+    def judge(self, mutant, reaching: dict, has_switch=True) -> tuple:
         if not reaching:
             return "survived", "no test comes here", self.tests_key(reaching)
         lane = self.lanes.get()
@@ -156,7 +172,11 @@ class Runner:
                     if done.passed:
                         break
                     culprit = [test for test in tests if test.name == done.culprit] or tests[:1]
-                    if self.is_healthy(program, language, culprit[0], lane):
+                    # Without a switch the test is asked again: no run shows how it does without the mutant.
+                    if (self.is_healthy(program, language, culprit[0], lane) if has_switch
+                            else not self.run_step((program, language, culprit), lane, {}).passed):
+                        for place in ((mutant.file, mutant.function), mutant.file):
+                            self.kills[place][done.culprit] += 1
                         return ("killed", f"{program} {language} {done.culprit} {done.how}".replace("  ", " "),
                                 self.tests_key(reaching))
             return "survived", f"{sum(map(len, reaching.values()))} tests come here", self.tests_key(reaching)
@@ -170,7 +190,7 @@ class Runner:
         print(f"  {len(mutants)} mutants, {len(mutants) - len(todo)} of them judged before", flush=True)
 
         def one(mutant):
-            return mutant, self.judge(mutant)
+            return mutant, self.judge(mutant, self.reaching(mutant))
         with concurrent.futures.ThreadPoolExecutor(self.lane_count) as pool:
             for future in concurrent.futures.as_completed([pool.submit(one, mutant) for mutant in todo]):
                 mutant, (verdict, by, tests) = future.result()
@@ -182,18 +202,31 @@ class Runner:
                     minutes = (time.monotonic() - self.begin) / 60
                     print(f"  {done} of {len(todo)} after {minutes:.0f} minutes", flush=True)
 
+    def run_alone(self, mutants: list, workshop) -> None:
+        """Those without a switch, each with a build of its own."""
+        todo = [mutant for mutant in mutants
+                if not self.results.verdict(mutant, self.tests_key(self.near(mutant, workshop.mutants)))]
+        for mutant in todo:
+            reaching = self.near(mutant, workshop.mutants)
+            verdict, by, tests = "no build", "the compiler refuses it", self.tests_key(reaching)
+            if workshop.build_alone(mutant):
+                verdict, by, tests = self.judge(mutant, reaching, has_switch=False)
+            self.results.keep(mutant, verdict, by, tests)
+            print(f"  {verdict}: {mutant.describe()}\n            {mutant.line_text}\n            {by}", flush=True)
+        if todo:
+            workshop.build()
 
-def report(mutants: list, results: Results, accepted: Accepted, without_switch: set) -> int:
+
+def report(mutants: list, results: Results, accepted: Accepted) -> int:
     """The score of each layer and the survivors that no list explains; gives their number."""
     counts = collections.defaultdict(collections.Counter)
     survivors = []
     for mutant in mutants:
-        if mutant.key in without_switch:
-            counts[mutant.layer]["not measured"] += 1
-            continue
         entry = results.verdicts.get(mutant.key)
         if entry is None:
             counts[mutant.layer]["not run"] += 1
+        elif entry["verdict"] == "no build":
+            counts[mutant.layer]["no build"] += 1
         elif entry["verdict"] == "killed":
             counts[mutant.layer]["killed"] += 1
         elif accepted.reason(mutant):
@@ -201,15 +234,20 @@ def report(mutants: list, results: Results, accepted: Accepted, without_switch: 
         else:
             counts[mutant.layer]["survived"] += 1
             survivors.append((mutant, entry))
-    print(f"\n{'layer':<10} {'mutants':>7} {'killed':>7} {'survived':>8} {'accepted':>8} {'unmeasured':>10} {'score':>7}")
+    print(f"\n{'layer':<10} {'mutants':>7} {'killed':>7} {'survived':>8} {'accepted':>8} {'no build':>8} {'not run':>7} {'raw':>7} {'score':>7}")
     total = collections.Counter()
     for layer in [*LAYERS, "all"]:
         count = total if layer == "all" else counts[layer]
         total.update(counts[layer] if layer != "all" else {})
         judged = count["killed"] + count["survived"]
-        score = f"{100 * count['killed'] / judged:.1f} %" if judged else "-"
+        score = percent(count["killed"], judged)
+        raw = percent(count["killed"], judged + count["accepted"])
         print(f"{layer:<10} {sum(count.values()):>7} {count['killed']:>7} {count['survived']:>8} "
-              f"{count['accepted']:>8} {count['not measured'] + count['not run']:>10} {score:>7}")
+              f"{count['accepted']:>8} {count['no build']:>8} {count['not run']:>7} {raw:>7} {score:>7}")
     for mutant, entry in survivors:
         print(f"survives: {mutant.describe()}\n          {mutant.line_text}\n          {entry['by']}")
     return len(survivors)
+
+
+def percent(part: int, whole: int) -> str:
+    return f"{100 * part / whole:.1f} %" if whole else "-"

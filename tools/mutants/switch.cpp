@@ -52,23 +52,38 @@ Reach open_reach(const char* name) {
 #endif
 
 struct State {
-    int active;
+    int active = 0;
     Reach reach;
-
-    State() {
-        const char* const wanted = std::getenv("TARVO_MUTANT");
-        active = wanted != nullptr ? std::atoi(wanted) : 0;
-        const char* const name = std::getenv("TARVO_MUTANT_REACH");
-        if (name != nullptr && name[0] != '\0') {
-            reach = open_reach(name);
-        }
-    }
 };
 
-const State& state() {
-    static const State one;
+State read_environment() {
+    State state;
+    const char* const wanted = std::getenv("TARVO_MUTANT");
+    state.active = wanted != nullptr ? std::atoi(wanted) : 0;
+    const char* const name = std::getenv("TARVO_MUTANT_REACH");
+    if (name != nullptr && name[0] != '\0') {
+        state.reach = open_reach(name);
+    }
+    return state;
+}
+
+State& state() {
+    static State one = read_environment();
     return one;
 }
+
+#ifdef _WIN32
+// A module that is loaded two hundred times must not keep two hundred views. What ends after this object
+// finds no view.
+struct Unmapping {
+    ~Unmapping() {
+        const Reach reach = state().reach;
+        state().reach = Reach();
+        ::UnmapViewOfFile(reach.seen);
+    }
+};
+const Unmapping g_unmapping;
+#endif
 
 } // namespace
 

@@ -74,7 +74,8 @@ protected:
         interpreter.run(u"x = 7; struct S (old = 1); kept_before = 3", u"");
         interpreter.run(u"fileIn @\"" + Text(kFolder) + u"HostCheck.ms\"", u"");
         // Neither a variable nor a callback stays.
-        EXPECT_EQ(interpreter.globals().names(maxscript::Globals::Which::of_scripts), (std::vector<Text>{u"kept_before", u"S", u"x"}));
+        EXPECT_EQ(interpreter.globals().names(maxscript::Globals::Which::of_scripts),
+                  (std::vector<Text>{u"kept_before", u"S", u"x"}));
         EXPECT_TRUE(security_.callbacks.empty());
         EXPECT_EQ(maxscript::utf8_from_text(interpreter.printed(interpreter.run(u"x", u""))), "7");
         std::string bytes;

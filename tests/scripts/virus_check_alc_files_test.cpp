@@ -4,8 +4,8 @@
 namespace {
 
 using maxscript::Text;
-using support::MemoryFile;
 using support::Lines;
+using support::MemoryFile;
 using support::utf8;
 using support::VirusBench;
 

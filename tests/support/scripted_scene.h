@@ -1,8 +1,8 @@
 // The shipped analysis script over a scene that a test makes up, in a host that is all in memory. Portable.
 #pragma once
 
-#include "tests/support/memory_files.h"
 #include "standin/maxscript_host/scene_library.h"
+#include "tests/support/memory_files.h"
 
 #include <json/value.h>
 

@@ -15,11 +15,12 @@
 namespace host_sdk {
 
 // Gets every call of the module into the host, in order. `name` is the function's name as the host's headers
-// spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments.
+// spell it ("IMenuManager::RegisterMenu"), `arguments` a readable list of its arguments. False: the host does
+// not do the call and answers as it does when it cannot; a call that answers nothing is done all the same.
 class CallRecorder {
 public:
     virtual ~CallRecorder() = default;
-    virtual void on_call(const char* name, const std::wstring& arguments) = 0;
+    virtual bool on_call(const char* name, const std::wstring& arguments) = 0;
 };
 
 // Runs script text. False: the host reports failure, and `result` is the error text. `is_text` false: the

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <deque>
 #include <map>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -32,7 +33,8 @@ struct Wanted {
 struct Slot {
     std::string name;
     AnyFunction original = nullptr;
-    Wanted failure; // when faults are mixed
+    Wanted failure; // when faults are mixed, or the disk is full
+    bool writes = false;
     unsigned calls = 0;
     std::map<std::string, unsigned> places; // by stack
     Json::Value called_from = Json::Value(Json::arrayValue);
@@ -40,9 +42,12 @@ struct Slot {
 
 std::deque<Slot> g_slots; // their numbers are in the gates
 Wanted g_wanted;
-unsigned g_every = 0; // 0: faults are not mixed
-unsigned g_mixed_calls = 0;
+Wanted g_failure;      // of the call that fails now
+unsigned g_one_in = 0; // 0: faults are not mixed
+unsigned g_until_next = 0;
+std::minstd_rand g_distances;
 unsigned g_mixed_faults = 0;
+unsigned g_writes = 0;
 std::function<void()> g_on_file;
 Slot* g_failing = nullptr;
 const std::uint8_t* g_base = nullptr;
@@ -70,11 +75,11 @@ std::string stack_of_module(unsigned wanted) {
 }
 
 Word answer() {
-    ::SetLastError(g_wanted.error);
-    if (g_wanted.c_error != 0) {
-        errno = g_wanted.c_error;
+    ::SetLastError(g_failure.error);
+    if (g_failure.c_error != 0) {
+        errno = g_failure.c_error;
     }
-    return g_wanted.result;
+    return g_failure.result;
 }
 
 Word failing() {
@@ -102,7 +107,7 @@ void move(SYSTEMTIME& time) {
     ULARGE_INTEGER ticks = {};
     ticks.LowPart = file_time.dwLowDateTime;
     ticks.HighPart = file_time.dwHighDateTime;
-    ticks.QuadPart += static_cast<ULONGLONG>(g_wanted.days * kSecondsOfDay * 10000000);
+    ticks.QuadPart += static_cast<ULONGLONG>(g_failure.days * kSecondsOfDay * 10000000);
     file_time = {ticks.LowPart, ticks.HighPart};
     ::FileTimeToSystemTime(&file_time, &time);
 }
@@ -115,12 +120,55 @@ Word wrong_local_time(Word time) {
 
 Word wrong_seconds(Word given) {
     const auto now = reinterpret_cast<Word (*)(Word)>(g_failing->original)(given);
-    return now + static_cast<Word>(g_wanted.days * kSecondsOfDay);
+    return now + static_cast<Word>(g_failure.days * kSecondsOfDay);
 }
 
 template <class Function>
 AnyFunction any(Function function) {
     return reinterpret_cast<AnyFunction>(function);
+}
+
+// From 1 to nearly twice the average.
+unsigned next_distance() {
+    return 1 + static_cast<unsigned>(g_distances()) % (2 * g_one_in - 1);
+}
+
+bool is_mixed_in(const Slot& slot) {
+    if (--g_until_next > 0) {
+        return false;
+    }
+    g_until_next = next_distance();
+    ++g_mixed_faults;
+    g_failure = slot.failure;
+    return true;
+}
+
+bool finds_full_disk(const Slot& slot) {
+    if (!slot.writes || ++g_writes < g_wanted.call) {
+        return false;
+    }
+    g_failure = slot.failure;
+    const bool counts_bytes = slot.name == "fwrite" || slot.name == "_write";
+    if (g_writes == g_wanted.call && counts_bytes) {
+        g_failure.kind = "short";
+    }
+    return true;
+}
+
+// Whether this call fails; then g_failure says how.
+bool is_wanted(const Slot& slot) {
+    if (g_one_in != 0) {
+        return is_mixed_in(slot);
+    }
+    if (g_wanted.kind == "full") {
+        return finds_full_disk(slot);
+    }
+    const bool now = slot.calls == g_wanted.call || (g_wanted.kind == "clock" && slot.calls > g_wanted.call);
+    if (!now || slot.name != g_wanted.function) {
+        return false;
+    }
+    g_failure = g_wanted;
+    return true;
 }
 
 AnyFunction hit(Slot& slot, Word* arguments) {
@@ -129,7 +177,7 @@ AnyFunction hit(Slot& slot, Word* arguments) {
         g_hit = true;
         g_stack = stack_of_module(kWholeStack);
     }
-    const std::string& kind = g_wanted.kind;
+    const std::string& kind = g_failure.kind;
     if (kind == "clock") {
         return slot.name == "GetLocalTime" ? any(&wrong_local_time) : any(&wrong_seconds);
     }
@@ -161,15 +209,7 @@ AnyFunction stage_fault_decide(unsigned number, Word* arguments) {
         const unsigned next = static_cast<unsigned>(slot.places.size());
         slot.called_from.append(slot.places.emplace(stack_of_module(kFramesOfPlace), next).first->second);
     }
-    if (g_every != 0 && ++g_mixed_calls % g_every == 0) {
-        ++g_mixed_faults;
-        g_wanted = slot.failure;
-        g_wanted.call = slot.calls;
-    }
-    const bool wanted =
-        slot.name == g_wanted.function &&
-        (slot.calls == g_wanted.call || (g_wanted.kind == "clock" && slot.calls > g_wanted.call));
-    const AnyFunction next = wanted ? hit(slot, arguments) : slot.original;
+    const AnyFunction next = is_wanted(slot) ? hit(slot, arguments) : slot.original;
     errno = c_error;
     ::SetLastError(error);
     return next;
@@ -259,9 +299,11 @@ void install_fault_injector(HMODULE module, const Json::Value& fault, const std:
     g_stack.clear();
     g_hit = false;
     g_wanted = wanted_of(fault);
-    g_every = g_wanted.kind == "mixed" ? g_wanted.call : 0;
-    g_mixed_calls = 0;
+    g_one_in = g_wanted.kind == "mixed" ? g_wanted.call : 0;
+    g_distances.seed(1);
+    g_until_next = g_one_in == 0 ? 0 : next_distance();
     g_mixed_faults = 0;
+    g_writes = 0;
     g_counting = fault.get("count", false).asBool();
     g_on_file = on_file;
     g_base = reinterpret_cast<const std::uint8_t*>(module);
@@ -273,20 +315,27 @@ void install_fault_injector(HMODULE module, const Json::Value& fault, const std:
         g_slots.emplace_back();
         g_slots.back().name = name;
         g_slots.back().original = imported;
-        if (g_every != 0) {
-            g_slots.back().failure = wanted_of(fault["watched"][name]);
-            g_slots.back().failure.function = name;
-        }
+        g_slots.back().writes = fault["writes"].isMember(name);
+        g_slots.back().failure = wanted_of(fault[g_one_in != 0 ? "watched" : "writes"][name]);
         return make_gate(static_cast<unsigned>(g_slots.size() - 1));
     });
     g_active = true;
 }
 
-void count_host_call(const char* name) {
-    if (g_active && ++g_host_calls[name] == g_wanted.call && g_wanted.function == name) {
-        g_hit = true;
+bool host_call_goes_on(const char* name) {
+    if (!g_active || ++g_host_calls[name] != g_wanted.call || g_wanted.function != name) {
+        return true;
+    }
+    g_hit = true;
+    g_stack = stack_of_module(kWholeStack);
+    if (g_wanted.kind == "throw") {
         throwing();
     }
+    return false;
+}
+
+bool disk_is_full() {
+    return g_active && g_wanted.kind == "full" && g_writes >= g_wanted.call;
 }
 
 void end_faults() {

@@ -17,13 +17,21 @@ namespace stage {
 //   "throw"  the call throws
 //   "clock"  from this call on the function is "days" off
 //   "file"   the call is made; just before it, `on_file` is called
-//   "mixed"  every "call"-th call of all that is watched fails, as its entry in "watched" says
+//   "refuse" the host refuses the call, which is one of its interfaces', and answers so
+//   "full"   the disk is full from the "call"-th write on: that one is done for half, the later ones fail as
+//            their entries in "writes" say, and 7-Zip fails
+//   "mixed"  one in "call" calls of all that is watched fails, as its entry in "watched" says, at distances
+//            that differ and are the same in each run
 // With "count" alone nothing fails and the report has the places of the calls. The functions to count are
 // "watched". To be installed before the other watches, which then see what the module sees.
 void install_fault_injector(HMODULE module, const Json::Value& fault, const std::function<void()>& on_file);
 
-// The N-th call into the host, counted by its recorder: throws when that is the wanted one.
-void count_host_call(const char* name);
+// A call into the host, counted by its recorder. The one that is wanted throws, or the answer is false: the
+// host refuses it.
+bool host_call_goes_on(const char* name);
+
+// Whether the module can write nothing any more.
+bool disk_is_full();
 
 // Nothing fails and nothing is counted from now on.
 void end_faults();

@@ -19,8 +19,9 @@ std::wstring any_file_of(const std::wstring& path) {
 
 void FileFault::begin(const std::string& action, const std::wstring& file, const std::wstring& aside) {
     file_ = any_file_of(file);
-    if (action == "vanish" && ::MoveFileW(file_.c_str(), aside.c_str()) != FALSE) {
+    if ((action == "vanish" || action == "replace") && ::MoveFileW(file_.c_str(), aside.c_str()) != FALSE) {
         aside_ = aside;
+        replaced_ = action == "replace" && base::write_file(file_, "in the way");
     } else if (action == "lock") {
         lock_.reset(::CreateFileW(file_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
@@ -34,10 +35,14 @@ void FileFault::restore() {
     if (read_only_) {
         ::SetFileAttributesW(file_.c_str(), FILE_ATTRIBUTE_NORMAL);
     }
+    if (replaced_) {
+        base::remove_tree(file_);
+    }
     if (!aside_.empty() && ::MoveFileW(aside_.c_str(), file_.c_str()) == FALSE) {
         base::remove_tree(aside_);
     }
     read_only_ = false;
+    replaced_ = false;
     aside_.clear();
 }
 

@@ -65,12 +65,12 @@ StageRun::StageRun(const Options& given, const Json::Value& wanted)
     : options(given), scenario(wanted), scripts(transcript), plugin(module, transcript),
       out_(base::absolute_path(given.out)), started_(::GetTickCount64()) {}
 
-void StageRun::on_call(const char* name, const std::wstring& arguments) {
+bool StageRun::on_call(const char* name, const std::wstring& arguments) {
     Json::Value entry(Json::objectValue);
     entry["name"] = name;
     entry["arguments"] = base::to_utf8(arguments);
     transcript.append("host_calls", entry);
-    count_host_call(name);
+    return host_call_goes_on(name);
 }
 
 std::wstring StageRun::out_file(const std::wstring& name) const {

@@ -72,7 +72,7 @@ public:
     std::unique_ptr<UiThread> ui;
 
 private:
-    void on_call(const char* name, const std::wstring& arguments) override;
+    bool on_call(const char* name, const std::wstring& arguments) override;
     bool prepare(std::string& problem);
     bool prepare_outside(std::string& problem);
     bool load_menus_of_earlier_run(std::string& problem);

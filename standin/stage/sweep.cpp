@@ -3,6 +3,7 @@
 #include "standin/base/files_win32.h"
 #include "standin/base/json.h"
 #include "standin/base/text.h"
+#include "standin/stage/fault_injector.h"
 #include "standin/stage/import_table.h"
 #include "standin/stage/stage_run.h"
 
@@ -24,6 +25,7 @@ struct Packing {
 };
 Packing g_packing;
 AnyFunction g_create_process = nullptr;
+bool g_shortened = true;
 
 Packing parts_of(const std::wstring& command) {
     Packing parts;
@@ -50,10 +52,22 @@ bool ended_well(HANDLE process) {
            ::GetExitCodeProcess(process, &code) != FALSE && code == 0;
 }
 
+// Below 7-Zip's own program: nothing can be written there.
+std::wstring place_without_room(const Packing& wanted) {
+    return wanted.before.substr(0, wanted.before.find(L".exe") + 4) + L"\\archive.7z";
+}
+
+// Two submissions within a second have the same name for their archives: 7-Zip then puts the same scene in
+// the place of the same scene.
+bool is_free_or_same(const std::wstring& archive) {
+    std::string there;
+    return !base::file_exists(archive) || (base::read_file(archive, there) && there == g_packing.content);
+}
+
 // What was packed before has its archive by a copy, and a process that has ended.
 bool replay(const Packing& wanted, PROCESS_INFORMATION& information) {
     if (g_packing.content.empty() || wanted.before != g_packing.before || wanted.after != g_packing.after ||
-        base::file_exists(wanted.archive) || !base::write_file(wanted.archive, g_packing.content)) {
+        !is_free_or_same(wanted.archive) || !base::write_file(wanted.archive, g_packing.content)) {
         return false;
     }
     information = {copy_of(g_packing.process.get()), copy_of(g_packing.process.get()), 0, 0};
@@ -65,13 +79,15 @@ BOOL WINAPI quick_create_process(LPCWSTR application, LPWSTR command, LPSECURITY
                                  LPVOID environment, LPCWSTR folder, LPSTARTUPINFOW startup,
                                  LPPROCESS_INFORMATION information) {
     Packing wanted = parts_of(command);
-    if (replay(wanted, *information)) {
+    std::wstring on_full_disk = wanted.before + place_without_room(wanted) + wanted.after;
+    const bool full = disk_is_full();
+    if (!full && replay(wanted, *information)) {
         return TRUE;
     }
     const BOOL started = reinterpret_cast<decltype(&::CreateProcessW)>(g_create_process)(
-        application, command, process_security, thread_security, inherit, flags, environment, folder, startup,
-        information);
-    if (started != FALSE && g_packing.content.empty()) {
+        application, full ? &on_full_disk[0] : command, process_security, thread_security, inherit, flags,
+        environment, folder, startup, information);
+    if (started != FALSE && !full && g_packing.content.empty()) {
         wanted.process.reset(copy_of(information->hProcess));
         g_packing = std::move(wanted);
     }
@@ -116,12 +132,16 @@ Json::Value result_of(StageRun& run, const Json::Value& fault) {
     }
     result["fault"] = fault;
     result["fault"].removeMember("watched");
+    result["fault"].removeMember("writes");
     return result;
 }
 
 } // namespace
 
 void install_shortcuts(HMODULE module) {
+    if (!g_shortened) {
+        return;
+    }
     replace_import(
         module, {"CreateProcessW", reinterpret_cast<AnyFunction>(&quick_create_process), &g_create_process});
     replace_import(module, {"Sleep", reinterpret_cast<AnyFunction>(&no_sleep), &g_sleep});
@@ -131,10 +151,12 @@ int sweep_faults(const Options& options, const Json::Value& scenario, void (*beg
     std::string text;
     base::read_file(options.faults, text);
     const Json::Value plan = base::parsed_or_null(text);
+    g_shortened = plan.get("shortcuts", true).asBool();
     ResultFile results(base::joined(options.out, L"results.jsonl"));
     ClientProcess client;
     for (Json::Value fault : plan["faults"]) {
         fault["watched"] = plan["watched"];
+        fault["writes"] = plan["writes"];
         StageRun run(options, scenario);
         began(&run);
         run.fault = fault;

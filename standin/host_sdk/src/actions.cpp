@@ -57,7 +57,9 @@ public:
     }
 
     int ActivateActionTable(ActionCallback* callback, ActionTableId id) override {
-        record("IActionManager::ActivateActionTable", static_cast<const void*>(callback), id);
+        if (!record("IActionManager::ActivateActionTable", static_cast<const void*>(callback), id)) {
+            return FALSE;
+        }
         if (callback == nullptr || find_action_table(id) == nullptr) {
             return FALSE;
         }
@@ -66,7 +68,9 @@ public:
     }
 
     int DeactivateActionTable(ActionCallback* callback, ActionTableId id) override {
-        record("IActionManager::DeactivateActionTable", static_cast<const void*>(callback), id);
+        if (!record("IActionManager::DeactivateActionTable", static_cast<const void*>(callback), id)) {
+            return FALSE;
+        }
         std::vector<Activation>& all = actions().activations;
         const auto found = std::find_if(all.begin(), all.end(), [&](const Activation& entry) {
             return entry.callback == callback && entry.table_id == id;
@@ -79,12 +83,16 @@ public:
     }
 
     ActionTable* FindTable(ActionTableId id) override {
-        record("IActionManager::FindTable", id);
+        if (!record("IActionManager::FindTable", id)) {
+            return nullptr;
+        }
         return find_action_table(id);
     }
 
     BOOL RegisterActionContext(ActionContextId id, const MCHAR* name) override {
-        record("IActionManager::RegisterActionContext", id, name);
+        if (!record("IActionManager::RegisterActionContext", id, name)) {
+            return FALSE;
+        }
         return actions().contexts.emplace(id, name == nullptr ? L"" : name).second ? TRUE : FALSE;
     }
 };

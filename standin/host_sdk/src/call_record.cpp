@@ -58,8 +58,8 @@ std::wstring show(const void* pointer) {
     return pointer == nullptr ? L"null" : L"object";
 }
 
-void report(const char* name, const std::wstring& arguments) {
-    state().recorder->on_call(name, arguments); // what it throws, the host throws
+bool report(const char* name, const std::wstring& arguments) {
+    return state().recorder->on_call(name, arguments);
 }
 
 } // namespace host_sdk

@@ -27,16 +27,17 @@ void join(std::wstring& list, const First& first, const Rest&... rest) {
     join(list, rest...);
 }
 
-void report(const char* name, const std::wstring& arguments);
+bool report(const char* name, const std::wstring& arguments);
 
+// False: the host refuses the call.
 template <class... Arguments>
-void record(const char* name, const Arguments&... arguments) {
+bool record(const char* name, const Arguments&... arguments) {
     if (state().recorder == nullptr) {
-        return;
+        return true;
     }
     std::wstring list;
     join(list, arguments...);
-    report(name, list);
+    return report(name, list);
 }
 
 } // namespace host_sdk

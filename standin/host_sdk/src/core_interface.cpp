@@ -79,42 +79,52 @@ bool save_scene(std::wstring path, bool fails) {
 class CoreInterface : public Interface {
 public:
     HWND GetMAXHWnd() override {
-        record("Interface::GetMAXHWnd");
+        if (!record("Interface::GetMAXHWnd")) {
+            return nullptr;
+        }
         return state().main_window;
     }
 
     MSTR& GetCurFileName() override {
-        record("Interface::GetCurFileName");
-        const std::wstring& path = state().scene_path;
+        const bool known = record("Interface::GetCurFileName");
+        const std::wstring path = known ? state().scene_path : std::wstring();
         const std::size_t separator = path.find_last_of(L"\\/");
         file_name_ = path.c_str() + (separator == std::wstring::npos ? 0 : separator + 1);
         return file_name_;
     }
 
     MSTR& GetCurFilePath() override {
-        record("Interface::GetCurFilePath");
-        file_path_ = state().scene_path.c_str();
+        const bool known = record("Interface::GetCurFilePath");
+        file_path_ = known ? state().scene_path.c_str() : L"";
         return file_path_;
     }
 
     // The host would ask for the name of a scene without one; here that fails.
     BOOL FileSave() override {
-        record("Interface::FileSave");
+        if (!record("Interface::FileSave")) {
+            return FALSE;
+        }
         return !state().scene_path.empty() && save_scene(state().scene_path, false) ? TRUE : FALSE;
     }
 
     int SaveToFile(const MCHAR* file_name, BOOL clear_need_save_flag, BOOL use_new_file) override {
-        record("Interface::SaveToFile", file_name, clear_need_save_flag, use_new_file);
+        if (!record("Interface::SaveToFile", file_name, clear_need_save_flag, use_new_file)) {
+            return 0;
+        }
         return save_scene(file_name, state().faults.save_as_fails) ? 1 : 0;
     }
 
     IActionManager* GetActionManager() override {
-        record("Interface::GetActionManager");
+        if (!record("Interface::GetActionManager")) {
+            return nullptr;
+        }
         return state().faults.no_action_manager ? nullptr : &action_manager();
     }
 
     IMenuManager* GetMenuManager() override {
-        record("Interface::GetMenuManager");
+        if (!record("Interface::GetMenuManager")) {
+            return nullptr;
+        }
         return state().faults.no_menu_manager ? nullptr : &menu_manager();
     }
 

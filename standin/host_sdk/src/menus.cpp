@@ -18,7 +18,9 @@ std::vector<std::unique_ptr<Menu>>::iterator find_registered(const IMenu* menu) 
 class MenuManager : public IMenuManager {
 public:
     bool RegisterMenu(IMenu* menu, DWORD flags) override {
-        record("IMenuManager::RegisterMenu", menu, static_cast<int>(flags));
+        if (!record("IMenuManager::RegisterMenu", menu, static_cast<int>(flags))) {
+            return false;
+        }
         if (find_registered(menu) != menu_store().menus.end()) {
             return false;
         }
@@ -27,7 +29,9 @@ public:
     }
 
     bool UnRegisterMenu(IMenu* menu) override {
-        record("IMenuManager::UnRegisterMenu", menu);
+        if (!record("IMenuManager::UnRegisterMenu", menu)) {
+            return false;
+        }
         MenuStore& store = menu_store();
         const auto found = find_registered(menu);
         if (found == store.menus.end()) {
@@ -45,7 +49,9 @@ public:
     }
 
     IMenu* FindMenu(const MCHAR* title) override {
-        record("IMenuManager::FindMenu", title);
+        if (!record("IMenuManager::FindMenu", title)) {
+            return nullptr;
+        }
         for (const std::unique_ptr<Menu>& menu : menu_store().menus) {
             if (menu->title == title) {
                 return menu.get();
@@ -55,7 +61,9 @@ public:
     }
 
     bool RegisterMenuBarContext(MenuContextId id, const MCHAR* name) override {
-        record("IMenuManager::RegisterMenuBarContext", static_cast<DWORD>(id), name);
+        if (!record("IMenuManager::RegisterMenuBarContext", static_cast<DWORD>(id), name)) {
+            return false;
+        }
         MenuStore& store = menu_store();
         const bool is_new = store.contexts.count(id) == 0;
         if (is_new) {
@@ -66,14 +74,18 @@ public:
     }
 
     IMenuContext* GetContext(MenuContextId id) override {
-        record("IMenuManager::GetContext", static_cast<DWORD>(id));
+        if (!record("IMenuManager::GetContext", static_cast<DWORD>(id))) {
+            return nullptr;
+        }
         const auto found = menu_store().contexts.find(id);
         return found != menu_store().contexts.end() && found->second->registered ? found->second.get()
                                                                                  : nullptr;
     }
 
     IMenu* GetMainMenuBar() override {
-        record("IMenuManager::GetMainMenuBar");
+        if (!record("IMenuManager::GetMainMenuBar")) {
+            return nullptr;
+        }
         return state().faults.no_main_menu_bar ? nullptr : menu_store().bar.get();
     }
 
@@ -152,7 +164,9 @@ void Menu::SetTitle(const MSTR& text) {
 }
 
 int Menu::NumItems() const {
-    record("IMenu::NumItems");
+    if (!record("IMenu::NumItems")) {
+        return 0;
+    }
     return static_cast<int>(items.size());
 }
 
@@ -191,7 +205,9 @@ void BarContext::SetMenu(IMenu* new_menu) {
 }
 
 IMenu* BarContext::GetMenu() {
-    record("IMenuBarContext::GetMenu");
+    if (!record("IMenuBarContext::GetMenu")) {
+        return nullptr;
+    }
     return id == kMainMenuBar && state().faults.no_main_menu_bar ? nullptr : menu;
 }
 

@@ -36,7 +36,9 @@ void Spinner::Disable() {
 }
 
 BOOL Spinner::IsEnabled() {
-    record("ICustomControl::IsEnabled");
+    if (!record("ICustomControl::IsEnabled")) {
+        return FALSE;
+    }
     return window_ != nullptr && ::IsWindowEnabled(window_);
 }
 

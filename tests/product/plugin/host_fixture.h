@@ -12,7 +12,7 @@
 
 class KeptCalls : public host_sdk::CallRecorder {
 public:
-    void on_call(const char* name, const std::wstring& arguments) override {
+    bool on_call(const char* name, const std::wstring& arguments) override {
         names.push_back(name);
         lines.push_back(std::wstring(names.back().begin(), names.back().end()) + L"(" + arguments + L")");
         if (names.back() == throws_in) {
@@ -24,8 +24,10 @@ public:
             faults.no_action_manager = true;
             host_sdk::set_faults(faults);
         }
+        return names.back() != refused;
     }
 
+    std::string refused;      // the host refuses each call of this name
     std::string throws_in;    // the next call of this name throws
     std::string refuses_from; // after `refuses_after` calls of this name the host has no action manager
     int refuses_after = 0;

@@ -68,7 +68,9 @@ bool create_own_menu(IMenuManager& manager, IMenu& main_bar, ActionTable& table,
         return false;
     }
     menu->SetTitle(MSTR(title.c_str()));
-    manager.RegisterMenu(menu, 0);
+    if (!manager.RegisterMenu(menu, 0)) {
+        WriteErrorLine(kDataChannel, "The host did not register the menu.");
+    }
     IMenuBarContext* context = own_context(manager);
     if (context != nullptr) {
         context->SetMenu(menu);

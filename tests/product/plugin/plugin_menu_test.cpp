@@ -1,5 +1,6 @@
 #include "plugin/action_table.h"
 #include "tests/product/plugin/plugin_fixture.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 
@@ -175,6 +176,27 @@ TEST_F(PluginMenu, AHostThatThrowsOnceAtTheStartGetsItsActionsAllTheSame) {
         EXPECT_EQ("", calls_.throws_in) << call;
         EXPECT_LE(1, host_sdk::active_callback_count(0x45AA4389)) << call;
     }
+}
+
+TEST_F(PluginMenu, OneThatTheHostDoesNotRegisterIsLogged) {
+    const std::size_t mark = support::log_mark("qfx_data");
+    calls_.refused = "IMenuManager::RegisterMenu";
+    start();
+    EXPECT_EQ(std::vector<std::string>({"[ERROR] The host did not register the menu."}),
+              support::log_lines_since("qfx_data", mark));
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+// Nothing tells a host that has no such menu, or an empty one, from a host that does not answer.
+TEST_F(PluginMenu, WhatTheHostDoesNotFindIsMadeAgain) {
+    start();
+    calls_.refused = "IMenuManager::FindMenu";
+    host_sdk::broadcast_notification(80);
+    EXPECT_EQ(own_menu() + own_menu(), host_sdk::describe_menus());
+    calls_.refused = "IMenu::NumItems";
+    host_sdk::broadcast_notification(80);
+    calls_.refused.clear();
+    EXPECT_EQ(6, item_count(title()));
 }
 
 // Asked for at the start twice for the first activation and once for the second.

@@ -20,7 +20,8 @@ set_target_properties(tarvo_module PROPERTIES PREFIX "" OUTPUT_NAME TarvoRenderi
 
 if(MINGW)
     # Nothing but system DLLs and the host's may be imported; the resource compiler reads UTF-8.
-    target_link_options(tarvo_module PRIVATE -static $<$<CONFIG:Release>:-s>
+    # The map says where in the sources a call comes from; tools/sweep.py reads it.
+    target_link_options(tarvo_module PRIVATE -static $<$<CONFIG:Release>:-s> -Wl,-Map=$<TARGET_FILE:tarvo_module>.map
         -Wl,--dynamicbase,--nxcompat,--high-entropy-va)
     set(CMAKE_RC_FLAGS "${CMAKE_RC_FLAGS} -c 65001")
 endif()

@@ -154,7 +154,11 @@ int sweep_faults(const Options& options, const Json::Value& scenario, void (*beg
     g_shortened = plan.get("shortcuts", true).asBool();
     ResultFile results(base::joined(options.out, L"results.jsonl"));
     ClientProcess client;
+    const std::wstring stop = base::joined(options.out, L"stop.txt");
     for (Json::Value fault : plan["faults"]) {
+        if (base::file_exists(stop)) {
+            break;
+        }
         fault["watched"] = plan["watched"];
         fault["writes"] = plan["writes"];
         StageRun run(options, scenario);

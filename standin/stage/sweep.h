@@ -12,8 +12,8 @@ namespace stage {
 class StageRun;
 
 // Plays the scenario once for each fault of the list in `options.faults` and writes OUT/results.jsonl, one
-// line for each. `began` gets each run, so that a crash handler can end it. The answer is the
-// program's exit code.
+// line for each; a file OUT/stop.txt ends it after the fault at hand. `began` gets each run, so that a crash
+// handler can end it. The answer is the program's exit code.
 int sweep_faults(const Options& options, const Json::Value& scenario, void (*began)(StageRun*));
 
 // What takes long and is not what fails: no waiting, and 7-Zip's work on the same scene is not done twice. To

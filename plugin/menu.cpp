@@ -100,7 +100,7 @@ void EnsureMenu(IMenuManager& manager, IMenu& main_bar, ActionTable& table) {
         return; // FindMenu could find an untitled menu that is not ours
     }
     manager.RegisterMenuBarContext(kMenuBarContextId, title.c_str());
-    IMenu* menu = manager.FindMenu(title.c_str());
+    IMenu* menu = manager.FindMenu(title.c_str()); // what is not found is made (C-69)
     if (menu != nullptr) {
         remove_items(*menu);
         add_items(*menu, table);

@@ -21,7 +21,7 @@ void check_scene_viruses(const PluginConfig& config) {
     const std::wstring file = SceneFilePath();
     const long long written = LastWriteTime(file);
     for (const auto& check : checks) {
-        ScriptResult ignored;
+        ScriptResult ignored; // and so is whether the script ran (C-71)
         RunScript(L"fileIn \"" + check.script + L"\"", ignored);
         log.Write(check.line, kWarn);
     }

@@ -73,6 +73,7 @@ void relax_security(HINTERNET request, Logger& log) {
     }
 }
 
+// What cannot be set is left out (C-72).
 void send(HINTERNET request, const std::string& body, Logger& log) {
     if (::WinHttpAddRequestHeaders(request, kContentType, kContentTypeLength, WINHTTP_ADDREQ_FLAG_ADD) ==
         FALSE) {

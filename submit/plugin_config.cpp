@@ -28,7 +28,7 @@ constexpr FolderEntry kEntries[] = {
 } // namespace
 
 bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
-    // Both kinds of separators (C-30); a missing port is 0 (C-31).
+    // Both kinds of separators (C-30); a missing port is 0 (C-31); no missing key is reported (C-70).
     const std::wstring plugin_folder = CommonAppDataFolder() + kPluginFolder;
     for (const FolderEntry& entry : kEntries) {
         config.*entry.field = plugin_folder + entry.below_plugin_folder;

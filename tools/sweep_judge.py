@@ -12,6 +12,7 @@ def plain(value):
     if isinstance(value, str):
         value = GUID.sub("GUID", value)
         value = re.sub(r"_[A-Za-z0-9]{6}\.7z", "_TAG.7z", value)
+        value = re.sub(r"127\.0\.0\.1:\d+", "127.0.0.1:PORT", value)
         return re.sub(r"_\d{6}(\.max)?", r"_NUMBER\1", value)
     if isinstance(value, (list, tuple)):
         return [plain(entry) for entry in value]

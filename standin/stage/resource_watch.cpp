@@ -56,10 +56,6 @@ std::string name_in(LPCWSTR name, Rest...) {
     return " " + utf8_of(name);
 }
 template <class... Rest>
-std::string name_in(LPCSTR name, Rest...) {
-    return " " + std::string(name);
-}
-template <class... Rest>
 std::string name_in(const void*, Rest...) {
     return std::string();
 }
@@ -128,7 +124,6 @@ WATCHED(CreateFileW, "file")
 WATCHED(FindFirstFileW, "file search")
 WATCHED(FindClose, "file search")
 WATCHED(GetDC, "device context")
-WATCHED(GetWindowDC, "device context")
 WATCHED(ReleaseDC, "device context")
 WATCHED(CreateActCtxW, "activation context")
 WATCHED(ReleaseActCtx, "activation context")
@@ -139,7 +134,6 @@ WATCHED(WinHttpConnect, "WinHTTP handle")
 WATCHED(WinHttpOpenRequest, "WinHTTP handle")
 WATCHED(WinHttpCloseHandle, "WinHTTP handle")
 WATCHED(LoadLibraryW, "library")
-WATCHED(LoadLibraryA, "library")
 WATCHED(FreeLibrary, "library")
 WATCHED(ShellExecuteW, "")
 WATCHED(WinHttpReadData, "")
@@ -239,9 +233,8 @@ void install_resource_watch(HMODULE module, Transcript& transcript) {
     replace<WinHttpReadDataImport>(module,
                                    &Watch<WinHttpReadDataImport>::fail_once<ERROR_WINHTTP_CONNECTION_ERROR>);
     replace<CopyFileWImport>(module, &Watch<CopyFileWImport>::fail_once<ERROR_DISK_FULL>);
-    watch_taking<CreateFileWImport, FindFirstFileWImport, GetDCImport, GetWindowDCImport, CreateActCtxWImport,
-                 WinHttpOpenImport, WinHttpConnectImport, WinHttpOpenRequestImport, LoadLibraryWImport,
-                 LoadLibraryAImport>(module);
+    watch_taking<CreateFileWImport, FindFirstFileWImport, GetDCImport, CreateActCtxWImport, WinHttpOpenImport,
+                 WinHttpConnectImport, WinHttpOpenRequestImport, LoadLibraryWImport>(module);
     watch_releasing<FindCloseImport, ReleaseDCImport, ReleaseActCtxImport, DeactivateActCtxImport,
                     WinHttpCloseHandleImport, FreeLibraryImport>(module);
 }

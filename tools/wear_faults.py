@@ -62,9 +62,9 @@ def main() -> int:
     parser.add_argument("--bin", required=True)
     parser.add_argument("--out", required=True)
     parser.add_argument("--openings", type=int, default=500)
-    parser.add_argument("--submissions", type=int, default=300)
+    parser.add_argument("--submissions", type=int, default=320)
     parser.add_argument("--whole", type=int, default=200)
-    parser.add_argument("--one-in", type=int, default=757)
+    parser.add_argument("--one-in", type=int, default=1500)
     options = parser.parse_args()
     options.lane, options.slow = "0", False
     player = sweep.Player(options, "wear", "en")

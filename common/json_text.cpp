@@ -16,9 +16,6 @@
 namespace tarvo {
 
 bool ParseJson(const std::string& text, Json::Value& root, std::string* refusal) {
-    if (refusal != nullptr) {
-        refusal->clear();
-    }
     try {
         Json::Reader reader;
         // The overload for strings would copy the whole text.

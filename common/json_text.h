@@ -9,7 +9,7 @@
 namespace tarvo {
 
 // False when `text` (UTF-8) is not valid JSON; do not use `root` then. `refusal` receives the exception's
-// text; empty without one.
+// text; it stays as it is without one.
 bool ParseJson(const std::string& text, Json::Value& root, std::string* refusal = nullptr);
 
 // The library's styled layout: members in ascending key order, a closing line feed.

@@ -162,4 +162,25 @@ TEST(SceneName, NameOfAnotherKindIsContained) {
     EXPECT_EQ(result.lines[1].compare(0, 7, "[ERROR]"), 0);
 }
 
+TEST(SceneData, CoronaWithoutOneOfItsThreeLimitsHasNone) {
+    for (const std::string present :
+         {R"("pass_limit":"0","time_limit":"0")", R"("pass_limit":"0","noise_level_limit":"0")",
+          R"("time_limit":"0","noise_level_limit":"0")"}) {
+        tarvo::SceneData scene;
+        std::wstring text =
+            tarvo::Utf8ToWide("{\"cameras\":[{\"name\":\"A\"}],\"corona_setting\":{" + present + "}}");
+        scene.set_analysis_text(text);
+        EXPECT_EQ(scene.parse_analysis(), 0) << present;
+        EXPECT_EQ(scene.corona_limits, 0) << present;
+    }
+}
+
+TEST(SceneName, TextNestedTooDeepLeavesItsReason) {
+    const NameResult result = scene_name_of(std::string(2000, '['));
+    EXPECT_EQ(result.name, "");
+    ASSERT_EQ(result.lines.size(), 2u);
+    EXPECT_EQ(result.lines[0], "[WARN] Parse failed in initing scene name!");
+    EXPECT_EQ(result.lines[1].find("[ERROR] The analysis text cannot be used: "), 0u);
+}
+
 } // namespace

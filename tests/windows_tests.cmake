@@ -54,7 +54,8 @@ endif()
 # What every test under Wine reads, and what the programs and the scenarios read besides.
 set(TARVO_WINE_KEYED ${TARVO_KEYED} ${PROJECT_BINARY_DIR}/bin ${PROJECT_SOURCE_DIR}/scripts ${TARVO_DEPS_DIR}/7-Zip
     ${PROJECT_SOURCE_DIR}/tools/lib ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
-set(TARVO_PROGRAM_KEYED ${TARVO_WINE_KEYED} ${TARVO_TEST_DATA} ${CMAKE_CURRENT_SOURCE_DIR}/scenarios ${TARVO_HOST_CHECK})
+set(TARVO_PROGRAM_KEYED ${TARVO_WINE_KEYED} ${TARVO_TEST_DATA} ${CMAKE_CURRENT_SOURCE_DIR}/scenarios
+    ${TARVO_HOST_CHECK}/HostCheck.ms ${TARVO_HOST_CHECK}/changed/HostCheck.ms)
 set(TARVO_SCENARIO_KEYED ${TARVO_WINE_KEYED} ${PROJECT_SOURCE_DIR}/tools/play.sh)
 
 # What gtest measured of each test, for tools/slowest.py.

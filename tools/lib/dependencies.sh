@@ -88,10 +88,11 @@ fetch_run_dependencies() {
     fetch_source libjsoncpp "$DEPS_DIR/src/jsoncpp"
     cross_cmake jsoncpp "$DEPS_DIR/src/jsoncpp" -DBUILD_SHARED_LIBS=OFF -DBUILD_STATIC_LIBS=ON \
         -DBUILD_OBJECT_LIBS=OFF -DJSONCPP_WITH_TESTS=OFF -DJSONCPP_WITH_POST_BUILD_UNITTEST=OFF
-    # Headers only, so Debian's packages serve the cross build too; apart from /usr/include, which is Linux's.
+    # Headers only, so Debian's packages serve the cross build too; apart from /usr/include, which is Linux's. They keep their
+    # times: otherwise each call would have everything compiled that includes them.
     mkdir -p "$DEPS_DIR/mingw/include/CLI" "$DEPS_DIR/mingw/include/utf8cpp"
-    cp -r /usr/include/CLI/. "$DEPS_DIR/mingw/include/CLI"
-    cp -r /usr/include/utf8cpp/. "$DEPS_DIR/mingw/include/utf8cpp"
+    cp -rp /usr/include/CLI/. "$DEPS_DIR/mingw/include/CLI"
+    cp -rp /usr/include/utf8cpp/. "$DEPS_DIR/mingw/include/utf8cpp"
     seven_zip
 }
 

@@ -125,13 +125,15 @@ protected:
         const Files before = files_below(work);
         ASSERT_TRUE(tarvo::PrepareSceneArchive(scene, config.sceneFile, "", L"", config));
         const Files archives = files_below(config.compressDir);
+        const std::size_t mark = support::log_mark("qfx_data");
         tarvo::RunSevenZip(scene, config.sceneFile, config);
         EXPECT_TRUE(files_below(work) == before) << "a file beside the scene was touched";
 
         const std::wstring archive = tarvo::Utf8ToWide(config.archivePath);
         support::SevenZipEntry entry;
         EXPECT_TRUE(support::read_only_entry(support::read_wide_file(archive), entry))
-            << "no archive with one entry";
+            << "no archive with one entry: "
+            << ::testing::PrintToString(support::log_lines_since("qfx_data", mark));
         EXPECT_EQ(escaped(entry.name), escaped(file.substr(file.rfind(L'\\') + 1)));
         EXPECT_EQ(entry.size, content.size());
         EXPECT_EQ(entry.crc, support::crc_of(content));

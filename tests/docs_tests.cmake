@@ -10,3 +10,5 @@ add_test(NAME docs.scenarios COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR
 add_test(NAME docs.links COMMAND ${TARVO_DEBIAN_PYTHON} ${PROJECT_SOURCE_DIR}/tools/check_docs.py)
 # What is said when something cannot be fetched.
 add_test(NAME tools.downloads COMMAND bash ${CMAKE_CURRENT_SOURCE_DIR}/tools/downloads_test.sh)
+# Which tests ./test leaves out.
+add_test(NAME tools.keyed COMMAND bash ${CMAKE_CURRENT_SOURCE_DIR}/tools/keyed_test.sh)

@@ -7,14 +7,16 @@
 . "$ROOT/tools/lib/wine.sh"
 
 OUT=$TARVO_BUILD_DIR/faults
-LANES=$((JOBS * 3 / 2))
+LANES=$((JOBS * 3))
 
 sweep() { python3 "$ROOT/tools/sweep.py" --bin "$TARVO_BUILD_DIR/mingw-release/bin" --out "$OUT" "$@"; }
-in_lane() {
-    local lane=$1
+in_lane() (
+    lane=$1
     shift
+    use_lane "$lane"
+    pin_to_lane
     CTEST_RESOURCE_GROUP_0_WINE=id:$lane,slots:1 sweep --lane "$lane" "$@"
-}
+)
 
 install_packages "${RUN_PACKAGES[@]}"
 generate_locales

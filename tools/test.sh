@@ -6,8 +6,8 @@
 . "$ROOT/tools/lib/dependencies.sh"
 . "$ROOT/tools/lib/wine.sh"
 
-# A Wine test mostly waits; with more lanes than processors the machine still has time left for the rest.
-LANES=$((JOBS * 3 / 2))
+# A Wine test waits about half of its time.
+LANES=$((JOBS * 2))
 CROSS=$TARVO_BUILD_DIR/mingw-release
 NATIVE=$TARVO_BUILD_DIR/native-asan
 LOGS=$TARVO_BUILD_DIR/logs

@@ -4,7 +4,7 @@
 #include "bench/measurements.h"
 #include "common/platform.h"
 #include "common/text.h"
-#include "dialog/opening_sequence.h"
+#include "dialog/sequences.h"
 #include "tests/support/test_folder.h"
 #include "tests/support/test_host.h"
 

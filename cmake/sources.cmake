@@ -34,18 +34,14 @@ set(TARVO_SUBMIT_PORTABLE
     submit/plugin_config.cpp
     submit/reply_codes.cpp
     submit/scene_archive.cpp
-    submit/scene_archive_refusal.cpp
-    submit/submit_document.cpp
-    submit/task_guid.cpp)
+    submit/submit_document.cpp)
 set(TARVO_SUBMIT_WIN32
     submit/client_link_win32.cpp
     submit/scene_archive_win32.cpp
-    submit/submit_document_win32.cpp
-    submit/task_guid_win32.cpp)
+    submit/submit_document_win32.cpp)
 
 set(TARVO_DIALOG_PORTABLE
     dialog/number_step.cpp
-    dialog/opening_checks.cpp
     dialog/submit_sequence.cpp
     dialog/ui_state.cpp)
 set(TARVO_DIALOG_WIN32
@@ -57,7 +53,6 @@ set(TARVO_DIALOG_WIN32
 
 set(TARVO_PLUGIN_SDK
     plugin/action_table.cpp
-    plugin/class_descriptor.cpp
     plugin/menu.cpp
     plugin/module_entry.cpp
     plugin/plugin_object.cpp)

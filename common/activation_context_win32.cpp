@@ -8,8 +8,6 @@
 
 #include <commctrl.h>
 
-#include <string>
-
 namespace tarvo {
 
 namespace {

@@ -3,12 +3,19 @@
 // and append to the file meanwhile. For one thread.
 #pragma once
 
-#include "common/qfx_noncopyable.h"
-
 #include <cstdint>
 #include <fstream>
 #include <memory>
 #include <string>
+
+// Base of classes whose objects have an identity: neither copied nor moved.
+class qfx_Noncopyable {
+public:
+    qfx_Noncopyable() = default;
+    qfx_Noncopyable(const qfx_Noncopyable&) = delete;
+    qfx_Noncopyable& operator=(const qfx_Noncopyable&) = delete;
+    virtual ~qfx_Noncopyable() = default;
+};
 
 namespace tarvo {
 

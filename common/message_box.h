@@ -1,7 +1,7 @@
 // The one way to show a message box.
 #pragma once
 
-#include "common/window_handle.h"
+#include "common/platform.h"
 #include "resources/resource_ids.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "common/own_file.h"
+#include "common/platform.h"
 
 #include "common/win32_handles.h"
 

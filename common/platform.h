@@ -1,11 +1,17 @@
-// OS calls needed by the portable code, and where the plugin keeps its files. platform_win32.cpp implements
-// the calls, the native tests link their own. None throws: on error the result is an empty text, false or
-// zero.
+// OS calls needed by the portable code, and where the plugin keeps its files. platform_win32.cpp and
+// own_file_win32.cpp implement the calls, the native tests link their own. None throws: on error the result
+// is an empty text, false or zero.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
+struct HWND__;
+
 namespace tarvo {
+
+// The very type HWND, for code that does not include windows.h.
+using WindowHandle = HWND__*;
 
 // Below the machine-wide application-data folder. Paths are concatenated (backslashes from the shell, forward
 // slashes from here) and never normalised (C-30).
@@ -59,5 +65,35 @@ bool HasDoubleByteConsole();
 
 // Blocks the calling thread.
 void SleepMilliseconds(unsigned milliseconds);
+
+// The volume's serial number and the file's number on it: another file under the same name differs. `known`
+// is false when there is no file or the system does not say.
+struct FileIdentity {
+    bool known = false;
+    std::uint32_t volume = 0;
+    std::uint64_t index = 0;
+};
+
+inline bool operator==(const FileIdentity& one, const FileIdentity& other) {
+    return one.known && other.known && one.volume == other.volume && one.index == other.index;
+}
+
+// A file that this process wrote.
+struct OwnFile {
+    std::wstring path;
+    FileIdentity identity;
+};
+
+FileIdentity FileIdentityOf(const std::wstring& path);
+
+// The file's size in bytes; -1 on error.
+long long FileSizeOf(const std::wstring& path);
+
+// True when `path` exists, also when this account may not look at it.
+bool IsNameTaken(const std::wstring& path);
+
+// Removes `path` unless it is `own`: a file (read-only ones too), an empty folder, or a link but never its
+// target. Returns 0 when `path` is free or `own` afterwards, else the system's error.
+unsigned long RemoveForeign(const std::wstring& path, const OwnFile& own);
 
 } // namespace tarvo

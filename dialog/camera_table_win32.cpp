@@ -3,7 +3,6 @@
 #include "common/string_table.h"
 #include "dialog/controls.h"
 #include "resources/resource_ids.h"
-#include "scene/camera.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // Helpers for controls. Needs windows.h.
 #pragma once
 
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "scene/camera.h"
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 // The plugin's two modal dialogs. Needs windows.h.
 #pragma once
 
-#include "common/qfx_noncopyable.h"
+#include "common/logger.h"
 
 #include <windows.h>
 

@@ -1,10 +1,9 @@
 #include "dialog/ui_state.h"
 
-#include "common/platform.h"
 #include "common/text.h"
 #include "dialog/controls.h"
 #include "dialog/number_step.h"
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "resources/resource_ids.h"
 #include "scene/scene_file.h"
 

@@ -4,8 +4,7 @@
 #include "common/guard.h"
 #include "common/message_box.h"
 #include "dialog/controls.h"
-#include "dialog/opening_sequence.h"
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "dialog/ui_state.h"
 #include "scene/scene_data.h"
 

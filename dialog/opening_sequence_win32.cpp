@@ -1,12 +1,12 @@
-#include "dialog/opening_sequence.h"
+#include "dialog/sequences.h"
 
 #include "common/message_box.h"
 #include "dialog/controls.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
-#include "scene/analysis_run.h"
 #include "scene/scene_data.h"
-#include "submit/plugin_config.h"
+#include "scene/scene_file.h"
+#include "scene/scene_scripts.h"
 
 #include <windows.h>
 

@@ -4,8 +4,7 @@
 #pragma once
 
 #include "common/logger.h"
-#include "common/qfx_noncopyable.h"
-#include "common/window_handle.h"
+#include "common/platform.h"
 #include "scene/camera.h"
 
 #include <cstdint>

@@ -4,12 +4,16 @@
 // line.
 #pragma once
 
-#include "common/window_handle.h"
+#include "common/platform.h"
 
 #include <memory>
 #include <string>
 
+class IActionManager;
+class IMenu;
+class IMenuManager;
 class ISpinnerControl;
+class Interface;
 
 namespace tarvo {
 
@@ -59,5 +63,12 @@ std::unique_ptr<RatioSpinner> SetUpRatioSpinner(WindowHandle dialog, int spinner
                                                 float minimum, float maximum, float value, float step);
 // The interface of a spinner control that exists. Null on failure.
 std::unique_ptr<RatioSpinner> RatioSpinnerOf(WindowHandle control);
+
+// The host's core interface and its managers, for the plugin layer, which works on menus and actions itself.
+// Each is null when the host does not have it (yet).
+Interface* CoreInterface();
+IMenuManager* MenuManager();
+IActionManager* ActionManager();
+IMenu* MainMenuBar(IMenuManager& manager);
 
 } // namespace tarvo

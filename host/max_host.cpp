@@ -1,5 +1,4 @@
 #include "common/guard.h"
-#include "host/core_access.h"
 #include "host/host.h"
 
 #include "host/begin_host_headers.h"

@@ -4,7 +4,6 @@
 #include "common/message_box.h"
 #include "common/string_table.h"
 #include "dialog/dialogs.h"
-#include "host/core_access.h"
 #include "host/host.h"
 #include "resources/resource_ids.h"
 

@@ -2,7 +2,7 @@
 
 #include "common/guard.h"
 #include "common/string_table.h"
-#include "host/core_access.h"
+#include "host/host.h"
 #include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"

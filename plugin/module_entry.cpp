@@ -2,7 +2,7 @@
 // LibShutdown are three names of AnswerOne (C-19).
 #include "common/guard.h"
 #include "common/string_table.h"
-#include "plugin/class_descriptor.h"
+#include "plugin/plugin_object.h"
 #include "resources/resource_ids.h"
 
 namespace {

@@ -1,10 +1,8 @@
 #include "plugin/plugin_object.h"
 
 #include "common/guard.h"
-#include "common/string_table.h"
-#include "host/core_access.h"
+#include "host/host.h"
 #include "plugin/action_table.h"
-#include "resources/resource_ids.h"
 
 #include "host/begin_host_headers.h"
 
@@ -17,6 +15,10 @@
 namespace tarvo {
 
 namespace {
+
+// The super class of global utilities: at start-up the host creates one object of such a class and starts it.
+constexpr SClass_ID kUtilityPluginSuperClass = 0x10E0;
+static_assert(GUP_CLASS_ID == kUtilityPluginSuperClass, "the host knows global utilities by another number");
 
 void remove_own_menu() {
     RemoveMenu(Text(IDS_MENU_TITLE));
@@ -81,6 +83,27 @@ void Tarvo_Rendering::Stop() {
 
 void Tarvo_Rendering::DeleteThis() {
     delete this;
+}
+
+Tarvo_RenderingClassDesc& Tarvo_RenderingClassDesc::instance() {
+    static Tarvo_RenderingClassDesc descriptor;
+    return descriptor;
+}
+
+void* Tarvo_RenderingClassDesc::Create(BOOL) {
+    return Guarded<void*>("Create", nullptr, [] { return static_cast<GUP*>(new Tarvo_Rendering); });
+}
+
+const MCHAR* Tarvo_RenderingClassDesc::ClassName() {
+    return Guarded("ClassName", L"", [this] { return class_name_.get(); });
+}
+
+SClass_ID Tarvo_RenderingClassDesc::SuperClassID() {
+    return kUtilityPluginSuperClass;
+}
+
+const MCHAR* Tarvo_RenderingClassDesc::Category() {
+    return Guarded("Category", L"", [this] { return category_.get(); });
 }
 
 } // namespace tarvo

@@ -1,6 +1,6 @@
 // Action tables: found, activated twice, run, and an action that throws.
 #include "probe/actions.h"
-#include "host/core_access.h"
+#include "host/host.h"
 #include "probe/questions.h"
 #include "probe/report.h"
 #include "probe/resource_ids.h"

@@ -1,5 +1,5 @@
 // Menus: what the product does with them, with a menu of the probe's own that is gone afterwards.
-#include "host/core_access.h"
+#include "host/host.h"
 #include "probe/questions.h"
 #include "probe/report.h"
 

@@ -1,5 +1,4 @@
 // Headers, core objects and scripts.
-#include "host/core_access.h"
 #include "host/host.h"
 #include "probe/questions.h"
 #include "probe/report.h"

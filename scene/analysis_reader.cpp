@@ -4,7 +4,6 @@
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
-#include "scene/camera.h"
 
 #include <json/value.h>
 

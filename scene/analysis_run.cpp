@@ -1,4 +1,4 @@
-#include "scene/analysis_run.h"
+#include "scene/scene_scripts.h"
 
 #include "common/message_box.h"
 #include "common/platform.h"

@@ -3,9 +3,8 @@
 // user-interface thread only.
 #pragma once
 
-#include "common/own_file.h"
-#include "common/qfx_noncopyable.h"
-#include "common/window_handle.h"
+#include "common/logger.h"
+#include "common/platform.h"
 #include "scene/analysis_reader.h"
 #include "scene/camera.h"
 

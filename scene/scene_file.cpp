@@ -2,6 +2,7 @@
 
 #include "common/text.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace tarvo {
@@ -50,6 +51,15 @@ std::wstring BackupLogLine(const std::wstring& source, const std::wstring& desti
                            unsigned long error) {
     const std::wstring line = L"Backup file from " + source + L" to " + destination;
     return copied ? line + L" Success!" : line + L" Error! Code is " + static_cast<wchar_t>(error & 0xFFFF);
+}
+
+bool IsUsableSceneName(const std::wstring& file_name) {
+    const std::wstring name = file_name.substr(0, file_name.rfind(L'.'));
+    if (!name.empty() && (name.back() == L' ' || name.back() == L'.')) {
+        return false;
+    }
+    const auto is_cyrillic = [](wchar_t unit) { return unit >= 0x0400 && unit <= 0x052F; };
+    return std::none_of(name.begin(), name.end(), is_cyrillic);
 }
 
 } // namespace tarvo

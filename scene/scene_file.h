@@ -36,4 +36,7 @@ std::wstring BackupName(const std::wstring& name, int number);
 std::wstring BackupLogLine(const std::wstring& source, const std::wstring& destination, bool copied,
                            unsigned long error);
 
+// False when the name before its last dot ends with a blank or a full stop, or has U+0400 to U+052F.
+bool IsUsableSceneName(const std::wstring& file_name);
+
 } // namespace tarvo

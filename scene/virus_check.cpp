@@ -1,8 +1,7 @@
-#include "scene/virus_check.h"
+#include "scene/scene_scripts.h"
 
 #include "common/platform.h"
 #include "common/text.h"
-#include "host/host.h"
 #include "scene/scene_data.h"
 
 namespace tarvo {

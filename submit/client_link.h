@@ -3,23 +3,17 @@
 #pragma once
 
 #include "common/logger.h"
-#include "common/window_handle.h"
+#include "common/platform.h"
 #include "submit/plugin_config.h"
 
-#include <cstdint>
 #include <string>
+
+struct _GUID;
 
 namespace tarvo {
 
-struct GuidParts {
-    std::uint32_t data1;
-    std::uint16_t data2;
-    std::uint16_t data3;
-    std::uint8_t data4[8];
-};
-
 // 36 characters: upper-case hexadecimal digits and four hyphens.
-std::string FormatGuid(const GuidParts& guid);
+std::string FormatGuid(const _GUID& guid);
 
 // The id of a new submission; on failure empty, with an ERROR line on "qfx_http".
 std::wstring NewTaskGuid();
@@ -35,5 +29,17 @@ void PostToClient(PluginConfig config, const std::string& body, WindowHandle own
 // Shows and logs the meaning of the reply's code; nothing for an unknown code. A reply that is not JSON, or
 // whose code is not a whole number, gets a box of its own and a line on the standard output.
 void HandleClientReply(const std::string& reply, WindowHandle owner);
+
+// The meaning of a reply's code.
+struct ReplyCode {
+    int code;
+    unsigned text_id;
+    unsigned caption_id; // or kNoCaption
+    const char* level;
+    const char* log_text;
+};
+
+// Null for a code that is not in the table.
+const ReplyCode* FindReplyCode(int code);
 
 } // namespace tarvo

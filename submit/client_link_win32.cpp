@@ -6,11 +6,12 @@
 
 #include <windows.h>
 
+#include <objbase.h>
 #include <winhttp.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cwchar>
-#include <string>
 
 namespace tarvo {
 
@@ -118,6 +119,25 @@ void read_reply(HINTERNET request, Logger& log, WindowHandle owner) {
 }
 
 } // namespace
+
+std::string FormatGuid(const GUID& guid) {
+    char text[37] = {};
+    const unsigned char* tail = guid.Data4;
+    std::snprintf(text, sizeof text, "%08lX-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X", guid.Data1,
+                  guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4], tail[5], tail[6],
+                  tail[7]);
+    return text;
+}
+
+std::wstring NewTaskGuid() {
+    Logger log(kHttpChannel);
+    GUID guid = {};
+    if (FAILED(::CoCreateGuid(&guid))) {
+        log.Write("The GUID generate failed!", kError);
+        return std::wstring();
+    }
+    return LocaleToWide(FormatGuid(guid));
+}
 
 void LogLastError(const char* api_name, Logger& log) {
     const DWORD code = ::GetLastError();

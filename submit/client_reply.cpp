@@ -2,8 +2,6 @@
 
 #include "common/json_text.h"
 #include "common/message_box.h"
-#include "common/platform.h"
-#include "submit/reply_codes.h"
 
 #include <exception>
 #include <iostream>

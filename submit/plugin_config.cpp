@@ -4,8 +4,6 @@
 #include "common/text.h"
 #include "scene/scene_data.h"
 
-#include <string>
-
 namespace tarvo {
 
 namespace {
@@ -39,6 +37,10 @@ bool LoadClientConfiguration(SceneData& scene, PluginConfig& config) {
     config.lowerVersion = ReadProfileText(ini_file, kIniSection, kIniKeyLowerVersion);
     scene.log().Write("Get client infomation successfully.", kInfo);
     return true;
+}
+
+bool IsVersionAccepted(const std::wstring& lowest_accepted) {
+    return lowest_accepted <= kPluginVersion;
 }
 
 } // namespace tarvo

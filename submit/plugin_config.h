@@ -29,4 +29,9 @@ struct PluginConfig {
 // empty and the port 0, and the call to the client fails. Logs one line.
 bool LoadClientConfiguration(SceneData& scene, PluginConfig& config);
 
+constexpr const wchar_t* kPluginVersion = L"1.3.5";
+
+// Compares texts, not version numbers: "1.10.0" is lower than "1.3.5" (C-01).
+bool IsVersionAccepted(const std::wstring& lowest_accepted);
+
 } // namespace tarvo

@@ -1,6 +1,5 @@
-#include "submit/reply_codes.h"
+#include "submit/client_link.h"
 
-#include "common/logger.h"
 #include "common/message_box.h"
 
 #include <algorithm>

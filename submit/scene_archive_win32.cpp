@@ -1,6 +1,6 @@
 #include "submit/scene_archive.h"
 
-#include "common/own_file.h"
+#include "common/platform.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
 

@@ -2,7 +2,6 @@
 
 #include "common/text.h"
 
-#include <string>
 #include <utility>
 
 namespace tarvo {

@@ -1,7 +1,7 @@
 // The submit document (the analysis, edited with the user's choices) and the request body that names it.
 #pragma once
 
-#include "common/window_handle.h"
+#include "common/platform.h"
 #include "scene/scene_data.h"
 #include "submit/plugin_config.h"
 

@@ -2,7 +2,6 @@
 
 #include "common/json_text.h"
 #include "common/message_box.h"
-#include "common/platform.h"
 #include "common/text.h"
 #include "common/win32_handles.h"
 

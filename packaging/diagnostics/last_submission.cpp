@@ -1,7 +1,7 @@
 #include "packaging/diagnostics/last_submission.h"
 
 #include "common/json_text.h"
-#include "submit/reply_codes.h"
+#include "submit/client_link.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,5 @@
 // Feeds any text as the plugin's ini file to the reading of the configuration and to what the diagnostics
 // make of it. The ini file itself is read by Windows; a double reads it here by the same rules.
-#include "dialog/opening_sequence.h"
 #include "packaging/diagnostics/findings.h"
 #include "scene/scene_data.h"
 #include "standin/base/text.h"

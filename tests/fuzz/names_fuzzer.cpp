@@ -2,7 +2,6 @@
 // at 255 and 259 units; most inputs are short), a second that says where the text is parted, then UTF-16
 // units.
 #include "common/text.h"
-#include "dialog/opening_sequence.h"
 #include "scene/camera.h"
 #include "scene/scene_file.h"
 #include "standin/base/text.h"

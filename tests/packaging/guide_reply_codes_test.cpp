@@ -1,6 +1,6 @@
 // The guide's tables of answers, in both languages, against the plugin's own: a row for every code and none
 // besides.
-#include "submit/reply_codes.h"
+#include "submit/client_link.h"
 #include "tests/support/test_folder.h"
 
 #include <gtest/gtest.h>

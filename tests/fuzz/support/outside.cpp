@@ -2,7 +2,6 @@
 
 #include "common/logger.h"
 #include "common/message_box.h"
-#include "common/own_file.h"
 #include "common/platform.h"
 #include "host/host.h"
 

@@ -1,5 +1,4 @@
 // What the system is asked about a path, and what is made of its answers.
-#include "common/own_file.h"
 
 #include "common/platform.h"
 #include "common/text.h"

@@ -1,5 +1,5 @@
 #include "common/text.h"
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "tests/support/dialog_fixture.h"
 #include "tests/support/patched_import.h"
 

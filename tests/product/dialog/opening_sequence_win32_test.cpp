@@ -1,4 +1,4 @@
-#include "dialog/opening_sequence.h"
+#include "dialog/sequences.h"
 
 #include "tests/support/dialog_fixture.h"
 #include "tests/support/patched_import.h"

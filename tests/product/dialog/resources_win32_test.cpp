@@ -2,8 +2,8 @@
 
 #include "common/string_table.h"
 #include "common/text.h"
-#include "dialog/opening_sequence.h"
 #include "resources/resource_ids.h"
+#include "submit/plugin_config.h"
 #include "tests/support/dialog_metrics.h"
 #include "tests/support/test_folder.h"
 

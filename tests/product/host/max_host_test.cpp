@@ -1,6 +1,5 @@
 #include "host/host.h"
 
-#include "host/core_access.h"
 #include "tests/product/plugin/host_fixture.h"
 #include "tests/standin/host_sdk/spinner_dialog.h"
 #include "tests/support/patched_import.h"

@@ -1,7 +1,7 @@
 // What the host calls while a text cannot be looked up, or memory has run out: one line with the place, and
 // an answer that the host can go on with.
 #include "plugin/action_table.h"
-#include "plugin/class_descriptor.h"
+#include "plugin/plugin_object.h"
 #include "tests/product/plugin/plugin_fixture.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/test_folder.h"

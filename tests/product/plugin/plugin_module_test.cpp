@@ -1,5 +1,5 @@
 #include "common/string_table.h"
-#include "plugin/class_descriptor.h"
+#include "plugin/plugin_object.h"
 #include "tests/product/plugin/plugin_fixture.h"
 
 // The module's entry points, as its definition file exports them.

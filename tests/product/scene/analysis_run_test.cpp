@@ -1,4 +1,4 @@
-#include "scene/analysis_run.h"
+#include "scene/scene_scripts.h"
 
 #include "common/string_table.h"
 #include "tests/support/test_boxes.h"

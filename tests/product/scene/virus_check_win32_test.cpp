@@ -1,5 +1,5 @@
 // The three scene checks: their order, their lines, and that nothing they do matters.
-#include "scene/virus_check.h"
+#include "scene/scene_scripts.h"
 
 #include "common/text.h"
 #include "common/win32_handles.h"

@@ -2,11 +2,11 @@
 
 #include "common/platform.h"
 #include "common/string_table.h"
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "dialog/ui_state.h"
 #include "host/host.h"
 #include "scene/scene_data.h"
-#include "scene/virus_check.h"
+#include "scene/scene_scripts.h"
 #include "submit/client_link.h"
 #include "submit/plugin_config.h"
 #include "submit/scene_archive.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "common/message_box.h"
-#include "dialog/submit_sequence.h"
+#include "dialog/sequences.h"
 #include "scene/scene_data.h"
 #include "submit/plugin_config.h"
 

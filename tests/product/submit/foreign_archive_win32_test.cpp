@@ -1,6 +1,5 @@
 // What lies under the coming archive's name and was not made by this process: taken away, or the run ends
 // before 7-Zip is started. And how 7-Zip is started.
-#include "common/own_file.h"
 #include "common/platform.h"
 #include "common/string_table.h"
 #include "common/text.h"

@@ -1,4 +1,3 @@
-#include "submit/reply_codes.h"
 
 #include "common/string_table.h"
 #include "resources/resource_ids.h"

@@ -1,6 +1,7 @@
-// The task id when the system cannot make one.
+// The task id: its form, and what becomes of it when the system cannot make one.
 #include "submit/client_link.h"
 
+#include "common/text.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/test_folder.h"
 
@@ -11,6 +12,42 @@
 #include <objbase.h>
 
 namespace {
+
+using tarvo::FormatGuid;
+
+void expect_guid_shape(const std::string& text) {
+    ASSERT_EQ(text.size(), 36u) << text;
+    for (std::string::size_type i = 0; i < text.size(); ++i) {
+        const bool hyphen = i == 8 || i == 13 || i == 18 || i == 23;
+        const std::string allowed = hyphen ? "-" : "0123456789ABCDEF";
+        EXPECT_NE(allowed.find(text[i]), std::string::npos) << text << " at " << i;
+    }
+}
+
+TEST(FormatGuid, FieldsInOrder) {
+    const GUID guid = {0x1F0C3B7A, 0x9D2E, 0x4C11, {0x8A, 0x5B, 0x0E, 0x6D, 0x2F, 0x9A, 0x7C, 0x31}};
+    EXPECT_EQ(FormatGuid(guid), "1F0C3B7A-9D2E-4C11-8A5B-0E6D2F9A7C31");
+    expect_guid_shape(FormatGuid(guid));
+}
+
+TEST(FormatGuid, LeadingZerosAreKept) {
+    const GUID guid = {0x1, 0x2, 0x3, {4, 5, 6, 7, 8, 9, 10, 11}};
+    EXPECT_EQ(FormatGuid(guid), "00000001-0002-0003-0405-060708090A0B");
+    EXPECT_EQ(FormatGuid({0, 0, 0, {}}), "00000000-0000-0000-0000-000000000000");
+}
+
+TEST(FormatGuid, LargestValues) {
+    const GUID guid = {0xFFFFFFFF, 0xFFFF, 0xFFFF, {255, 255, 255, 255, 255, 255, 255, 255}};
+    EXPECT_EQ(FormatGuid(guid), "FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF");
+}
+
+TEST(NewTaskGuid, FreshEachTime) {
+    const std::wstring first = tarvo::NewTaskGuid();
+    const std::wstring second = tarvo::NewTaskGuid();
+    expect_guid_shape(tarvo::WideToUtf8(first));
+    expect_guid_shape(tarvo::WideToUtf8(second));
+    EXPECT_NE(first, second);
+}
 
 HRESULT WINAPI no_guid(GUID* guid) {
     *guid = GUID{0x12345678, 0, 0, {}};

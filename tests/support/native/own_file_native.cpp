@@ -1,5 +1,5 @@
 // Files and their identity where there is no Windows.
-#include "common/own_file.h"
+#include "common/platform.h"
 
 #include "common/text.h"
 

@@ -124,7 +124,7 @@ void on_size(HWND dialog, int edited, int linked, float (*linked_size)(float siz
     if (!spinner) {
         return;
     }
-    if (spinner->is_enabled()) {
+    if (spinner->is_enabled()) { // (C-74)
         show_ratio(dialog, *spinner);
     } else if (!UiState::instance().sizeSyncBusy) {
         const float size = static_cast<float>(read_int(dialog, edited));
@@ -201,7 +201,7 @@ void on_confirm(HWND dialog) {
         return;
     }
     UiState::instance().ApplyCameraEdits(dialog, SceneData::instance().cameras());
-    ::SendMessageW(::GetParent(dialog), kRefillCameraTable, 0, 0);
+    ::SendMessageW(::GetParent(dialog), kRefillCameraTable, 0, 0); // (C-73)
     ::EndDialog(dialog, 1);
 }
 

@@ -11,8 +11,7 @@ if(MINGW)
 
     add_library(tarvo_gtest INTERFACE)
     target_include_directories(tarvo_gtest SYSTEM INTERFACE ${TARVO_DEPS_DIR}/mingw/include)
-    target_link_libraries(tarvo_gtest INTERFACE
-        ${TARVO_DEPS_DIR}/mingw/lib/libgmock.a ${TARVO_DEPS_DIR}/mingw/lib/libgtest.a)
+    target_link_libraries(tarvo_gtest INTERFACE ${TARVO_DEPS_DIR}/mingw/lib/libgtest.a)
 
     # Headers only; the stand-ins use them.
     add_library(tarvo_cli11 INTERFACE)
@@ -40,7 +39,7 @@ else()
     if(MSVC AND NOT MAXSDK_ROOT)
         find_package(GTest REQUIRED)
         add_library(tarvo_gtest INTERFACE)
-        target_link_libraries(tarvo_gtest INTERFACE GTest::gmock GTest::gtest)
+        target_link_libraries(tarvo_gtest INTERFACE GTest::gtest)
     endif()
     if(UNIX)
         find_package(GTest REQUIRED)

@@ -4,7 +4,7 @@
 ; picture of the first and the last page. REHEARSAL is defined where the module is built against the stand-in of 3ds Max.
 Unicode true
 Target amd64-unicode
-SetCompressor /SOLID lzma
+SetCompressor zlib
 ; The files get the time of their installation: the same bytes from every build, and the analysis script's encrypted
 ; form, made later, is newer than the script.
 SetDateSave off

@@ -3,7 +3,7 @@
 set(TARVO_SEVEN_ZIP "" CACHE PATH "Folder with 7z.exe and 7z.dll, for the tests that pack")
 set(TARVO_TEST_ENVIRONMENT "TARVO_TEST_DATA=${TARVO_TEST_DATA};TARVO_HOST_CHECK=${TARVO_HOST_CHECK}"
     "TARVO_SEVEN_ZIP=${TARVO_SEVEN_ZIP}")
-foreach(program portable_tests win32_tests plugin_tests module_tests)
+foreach(program portable_tests standin_tests win32_tests plugin_tests module_tests)
     if(MSVC)
         target_include_directories(${program} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/support/msvc)
     endif()

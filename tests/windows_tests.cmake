@@ -26,6 +26,8 @@ add_executable(win32_tests ${TARVO_WIN32_TESTS} ${TARVO_TEST_SUPPORT}
     ${PROJECT_SOURCE_DIR}/resources/tarvo_rendering.rc)
 target_link_libraries(win32_tests PRIVATE
     tarvo_win32 max_file maxscript_host stage_scenario tarvo_gtest ws2_32 gdi32 comctl32 ${TARVO_STATIC})
+target_link_libraries(standin_tests PRIVATE tarvo_win32 stage_scenario ws2_32 ${TARVO_STATIC})
+add_dependencies(standin_tests client make_scene)
 add_dependencies(win32_tests client make_scene)
 build_quickly(win32_tests -O0 <gtest/gtest.h> <json/json.h> <windows.h>)
 
@@ -52,11 +54,17 @@ if(CMAKE_HOST_WIN32)
 endif()
 
 # What every test under Wine reads, and what the programs and the scenarios read besides.
-set(TARVO_WINE_KEYED ${TARVO_KEYED} ${PROJECT_BINARY_DIR}/bin ${PROJECT_SOURCE_DIR}/scripts ${TARVO_DEPS_DIR}/7-Zip
+set(TARVO_WINE_KEYED ${TARVO_KEYED} ${PROJECT_SOURCE_DIR}/scripts ${TARVO_DEPS_DIR}/7-Zip
     ${PROJECT_SOURCE_DIR}/tools/lib ${PROJECT_SOURCE_DIR}/tools/in_wine.sh)
+# Each test program reads itself, and of what is built besides:
+set(standin_tests_READS client make_scene)
+set(win32_tests_READS client make_scene)
+set(plugin_tests_READS host_standin)
+set(module_tests_READS tarvo_module host_standin)
 set(TARVO_PROGRAM_KEYED ${TARVO_WINE_KEYED} ${TARVO_TEST_DATA} ${CMAKE_CURRENT_SOURCE_DIR}/scenarios
     ${TARVO_HOST_CHECK}/HostCheck.ms ${TARVO_HOST_CHECK}/changed/HostCheck.ms)
-set(TARVO_SCENARIO_KEYED ${TARVO_WINE_KEYED} ${PROJECT_SOURCE_DIR}/tools/play.sh)
+set(TARVO_STAGE_FILES $<TARGET_FILE:tarvo_module> $<TARGET_FILE:stage> $<TARGET_FILE:client> $<TARGET_FILE:host_standin>)
+set(TARVO_SCENARIO_KEYED ${TARVO_WINE_KEYED} ${TARVO_STAGE_FILES} ${PROJECT_SOURCE_DIR}/tools/play.sh)
 
 # What gtest measured of each test, for tools/slowest.py.
 set(TARVO_TIMES ${PROJECT_BINARY_DIR}/times)
@@ -65,10 +73,26 @@ file(MAKE_DIRECTORY ${TARVO_TIMES})
 # Both code pages and both languages: what a user's machine is set to decides which texts and paths come up. The longest
 # program runs in parts, in different lanes.
 set(win32_tests_PARTS 4)
+# The interpreter knows no language: its tests run in one of them. What needs Windows of the stand-ins runs in both.
+set(TARVO_STANDIN_SUITES "")
+foreach(file ${TARVO_STANDIN_TESTS})
+    if(file MATCHES "_win32_test.cpp$")
+        file(STRINGS ${file} lines REGEX "^TEST")
+        list(TRANSFORM lines REPLACE "^[A-Z_]+\\(([A-Za-z0-9]+),.*" "\\1.*")
+        list(APPEND TARVO_STANDIN_SUITES ${lines})
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES TARVO_STANDIN_SUITES)
+list(JOIN TARVO_STANDIN_SUITES ":" TARVO_STANDIN_SUITES)
+set(standin_tests_FILTER_zh "--gtest_filter=${TARVO_STANDIN_SUITES}")
 # The sizes of a picture know no language: the random ones are divided between the two.
 set(plugin_tests_FILTER_en "--gtest_filter=-Batches/*/1:Batches/*/3:Batches/*/5:Batches/*/7")
 set(plugin_tests_FILTER_zh "--gtest_filter=-Batches/*/0:Batches/*/2:Batches/*/4:Batches/*/6")
-foreach(program portable_tests win32_tests plugin_tests module_tests)
+foreach(program portable_tests standin_tests win32_tests plugin_tests module_tests)
+    set(reads $<TARGET_FILE:${program}>)
+    foreach(target ${${program}_READS})
+        list(APPEND reads $<TARGET_FILE:${target}>)
+    endforeach()
     set(parts 1)
     if(DEFINED ${program}_PARTS)
         set(parts ${${program}_PARTS})
@@ -82,7 +106,7 @@ foreach(program portable_tests win32_tests plugin_tests module_tests)
                 math(EXPR index "${part} - 1")
                 set(shard "GTEST_TOTAL_SHARDS=${parts};GTEST_SHARD_INDEX=${index}")
             endif()
-            add_test(NAME ${name} COMMAND ${TARVO_PROGRAM_KEYED} $<TARGET_FILE:${program}> --
+            add_test(NAME ${name} COMMAND ${TARVO_PROGRAM_KEYED} ${reads} --
                 ${TARVO_WINE} ${language} $<TARGET_FILE:${program}> --gtest_brief=1 ${${program}_FILTER_${language}})
             set_tests_properties(${name} PROPERTIES ${TARVO_WINE_LANE} TIMEOUT ${TARVO_NET} COST 10
                 ENVIRONMENT "${TARVO_WINE_ENVIRONMENT};GTEST_OUTPUT=json:Z:${TARVO_TIMES}/${name}.json;${shard}")
@@ -151,7 +175,7 @@ endforeach()
 
 # Of the sweep of faults a part that the module's content chooses, and its tables against the module's imports.
 add_test(NAME faults.sample
-    COMMAND ${TARVO_WINE_KEYED} ${CMAKE_CURRENT_SOURCE_DIR}/faults ${PROJECT_SOURCE_DIR}/tools/sweep.py --
+    COMMAND ${TARVO_SCENARIO_KEYED} ${CMAKE_CURRENT_SOURCE_DIR}/faults ${PROJECT_SOURCE_DIR}/tools/sweep.py --
         python3 ${PROJECT_SOURCE_DIR}/tools/sweep.py
         --bin ${PROJECT_BINARY_DIR}/bin --out ${PROJECT_BINARY_DIR}/faults --sample module)
 set_tests_properties(faults.sample PROPERTIES ENVIRONMENT "TARVO_BUILD_DIR=${PROJECT_BINARY_DIR}/.." ${TARVO_WINE_LANE}

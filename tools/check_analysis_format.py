@@ -82,7 +82,7 @@ def main() -> int:
     schema = json.loads((ROOT / "docs/formats/analysis.schema.json").read_text(encoding="utf-8"))
     jsonschema.Draft7Validator.check_schema(schema)
     validator = jsonschema.Draft7Validator(schema)
-    texts = sorted(pathlib.Path(sys.argv[1]).glob("*.json"))
+    texts = sorted(pathlib.Path(sys.argv[1]).rglob("*.json"))
     problems = try_schema(validator)
     if len(texts) < FEWEST_TEXTS:
         problems.append(f"only {len(texts)} texts in {sys.argv[1]}: did the tests of the script run?")

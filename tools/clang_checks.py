@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""clang_checks.py STAMPS BUILD DEPS: reads the product's sources with clang as a second compiler, and all sources with
-clang-tidy. check_windows_target.py reads them with the rules of the host's compiler.
+"""clang_checks.py STAMPS BUILD DEPS: reads all sources with clang-tidy, which is clang as a second compiler too: its
+warnings are errors (clang-diagnostic-* in .clang-tidy). check_windows_target.py reads them with the rules of the host's
+compiler.
 
 A file that passed is not read again while it, the project's headers that it includes, the rules and the tools stay the
 same: STAMPS keeps an empty file for each content that passed. BUILD holds compile_commands.json of the cross build, DEPS
@@ -24,7 +25,6 @@ from source_batches import batches, write_batch
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TRIPLE = "x86_64-w64-mingw32"
-TIDY = "clang-tidy"
 # The static analyzer's limit for one function. With its own (225,000) a few functions take four fifths of the time.
 ANALYZER_NODES = 50000
 # A directory's own rules add to those of the directories above it.
@@ -34,20 +34,12 @@ TIDIED = ["common", "host", "scene", "submit", "dialog", "plugin", "probe", "sta
 # Where an include of the project's own may be found, besides the folder of the file that includes it.
 SEARCHED = ["", "standin/host_sdk/include"]
 
-# Strictly C++14 with all pedantic warnings, so that nothing of the first compiler's own is used.
-STRICT = ["-fsyntax-only", "-std=c++14", "-fms-extensions", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-Wshadow",
-          "-Wnon-virtual-dtor", "-Woverloaded-virtual", "-Wundef", "-DUNICODE", "-D_UNICODE", "-DWIN32_LEAN_AND_MEAN",
-          "-DNOMINMAX", "-D_WIN32_WINNT=0x0601", "-DNTDDI_VERSION=0x06010000"]
-
 
 @dataclasses.dataclass(frozen=True)
 class Task:
-    name: str
     source: str
     # Without the source.
     command: tuple
-    # clang-tidy prints the number of suppressed warnings there, and nothing else.
-    errors_wanted: bool
     # The key of the content that passes or fails.
     key: str
 
@@ -104,19 +96,6 @@ def installed_tools() -> bytes:
     return packages.encode()
 
 
-def product_sources() -> list[str]:
-    lists = "".join((ROOT / name).read_text() for name in ("cmake/sources.cmake", "cmake/probe.cmake"))
-    names = re.findall(r"^ +([a-z_0-9/]+\.cpp)", lists, re.MULTILINE)
-    if not names:
-        sys.exit("error: cmake/sources.cmake names no sources; fix the pattern in tools/clang_checks.py")
-    return names
-
-
-def second_compiler(deps: pathlib.Path, tools: bytes) -> list[Task]:
-    command = ["clang++", f"--target={TRIPLE}", *STRICT, "-I.", "-isystemstandin/host_sdk/include", *system_includes(deps)]
-    return [Task("clang", source, tuple(command), True, key_of(source, command, tools)) for source in product_sources()]
-
-
 def tidied(commands: pathlib.Path, deps: pathlib.Path, tools: bytes) -> list[Task]:
     listed = output_of("git", "ls-files", "--cached", "--others", "--exclude-standard", "*.cpp").splitlines()
     command = ["clang-tidy", "--quiet", f"--extra-arg-before=--target={TRIPLE}",
@@ -125,7 +104,7 @@ def tidied(commands: pathlib.Path, deps: pathlib.Path, tools: bytes) -> list[Tas
                "--extra-arg=-Xclang", f"--extra-arg=max-nodes={ANALYZER_NODES}",
                *(f"--extra-arg={argument}" for argument in system_includes(deps)), "-p", str(commands)]
     rules = tools + b"".join(content(name) for name in (*RULES, "cmake/warnings.cmake"))
-    return [Task(TIDY, source, tuple(command), False, key_of(source, command, rules))
+    return [Task(source, tuple(command), key_of(source, command, rules))
             for source in listed if source.split("/")[0] in TIDIED and (ROOT / source).is_file()]
 
 
@@ -148,7 +127,7 @@ def options_of(entry: dict) -> str:
 
 
 class Batches:
-    """The batches of one kind of task, as files below `folder`."""
+    """The batches as files below `folder`."""
 
     def __init__(self, folder: pathlib.Path, tasks: list[Task], known: dict[str, dict]):
         shutil.rmtree(folder, ignore_errors=True)
@@ -167,30 +146,26 @@ class Batches:
                 shutil.copy(ROOT / name, folder / name)
 
 
-def run_command(command: tuple, source: str, errors_wanted: bool) -> tuple[int, str]:
+def run_tidy(command: tuple, source: str) -> tuple[int, str]:
+    # On the standard error clang-tidy prints the number of suppressed warnings and nothing else.
     done = subprocess.run([*command, source], cwd=ROOT, stdout=subprocess.PIPE, text=True, errors="replace",
-                          stderr=subprocess.STDOUT if errors_wanted else subprocess.DEVNULL, check=False)
+                          stderr=subprocess.DEVNULL, check=False)
     return done.returncode, done.stdout
 
 
 def run_batch(folder: pathlib.Path, path: pathlib.Path, tasks: list[Task], stamps: pathlib.Path) -> list[str]:
-    """What the tool said of the files; nothing when all passed. `folder` has the batch's compile_commands.json."""
-    first = tasks[0]
-    beside = f"-iquote{ROOT / os.path.dirname(first.source)}"
-    if first.name == TIDY:
-        command = (*first.command[:-1], str(folder), f"--extra-arg={beside}")
-    else:
-        command = (*first.command, beside)
-    together = len(tasks) > 1 and run_command(command, str(path), first.errors_wanted)[0] == 0
+    """What clang-tidy said of the files; nothing when all passed. `folder` has the batch's compile_commands.json."""
+    command = (*tasks[0].command[:-1], str(folder), f"--extra-arg=-iquote{ROOT / os.path.dirname(tasks[0].source)}")
+    together = len(tasks) > 1 and run_tidy(command, str(path))[0] == 0
     if len(tasks) > 1 and not together and os.environ.get("TARVO_BATCHES"):
         print(f"one by one: {' '.join(task.source for task in tasks)}")
     problems = []
     for task in tasks:
-        code, said = (0, "") if together else run_command(task.command, task.source, task.errors_wanted)
+        code, said = (0, "") if together else run_tidy(task.command, task.source)
         if code == 0:
             (stamps / task.key).touch()
         else:
-            problems.append(f"{task.source}: {task.name} exits with {code}\n{said}")
+            problems.append(f"{task.source}: clang-tidy exits with {code}\n{said}")
     return problems
 
 
@@ -202,21 +177,14 @@ def main() -> int:
     alone = stamps / "alone"
     alone.mkdir(exist_ok=True)
     (alone / "compile_commands.json").write_text(json.dumps(list(known.values())), encoding="utf-8")
-    tasks = second_compiler(deps, tools) + tidied(alone, deps, tools)
+    tasks = tidied(alone, deps, tools)
     todo = [task for task in tasks if not (stamps / task.key).exists()]
-    names = list(dict.fromkeys(task.name for task in tasks))
-    waiting = [batch for number, name in enumerate(names)
-               for batch in Batches(stamps / f"batches_{number}", [task for task in todo if task.name == name],
-                                    known).batches]
-    # clang-tidy takes longest, so it comes first.
-    waiting.sort(key=lambda batch: batch[2][0].name != TIDY)
+    waiting = Batches(stamps / "batches", todo, known).batches
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         problems = [problem for found in pool.map(lambda batch: run_batch(*batch, stamps), waiting) for problem in found]
     for problem in problems:
         print(problem)
-    for name in names:
-        count = sum(task.name == name for task in tasks)
-        print(f"{name}: {count} files, {sum(task.name == name for task in todo)} of them read in this run")
+    print(f"clang-tidy: {len(tasks)} files, {len(todo)} of them read in this run")
     if problems:
         print(f"error: {len(problems)} files did not pass. Fix them; a rule that does not fit gets its reason in "
               ".clang-tidy.", file=sys.stderr)

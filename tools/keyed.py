@@ -2,8 +2,8 @@
 """keyed.py FOLDER --reads PATH… -- COMMAND…: runs a test, unless it has passed with the very same content before.
 
 The key is the command, the variables TARVO_… and GTEST_…, Wine's version, the real scenes and the content of the files and
-directories that the test reads; of the test programs in a directory only those named themselves count. FOLDER keeps an empty file for each
-key that passed, and the digests of unchanged files. Only ./test asks for it (TARVO_KEYED=1): a test that is started by
+directories that the test reads, which must exist. FOLDER keeps an empty file for each key that passed, and the digests of
+unchanged files. Only ./test asks for it (TARVO_KEYED=1): a test that is started by
 hand always runs, and so does everything with TARVO_AGAIN=1."""
 
 import hashlib
@@ -12,8 +12,6 @@ import os
 import pathlib
 import subprocess
 import sys
-
-OTHER_PROGRAMS = "_tests.exe"
 
 
 class Digests:
@@ -37,10 +35,9 @@ class Digests:
 
     def of(self, path: pathlib.Path) -> list[str]:
         if not path.is_dir():
-            return [f"{path.name} {self.of_file(path) if path.exists() else 'missing'}"]
+            return [f"{path.name} {self.of_file(path)}"]
         files = sorted(file for file in path.rglob("*") if file.is_file() and "__pycache__" not in file.parts)
-        return [f"{file.relative_to(path)} {self.of_file(file)}" for file in files
-                if not file.name.endswith(OTHER_PROGRAMS)]
+        return [f"{file.relative_to(path)} {self.of_file(file)}" for file in files]
 
     def keep(self) -> None:
         if self.changed:
@@ -62,7 +59,10 @@ def key_of(folder: pathlib.Path, reads: list[str], command: list[str]) -> str:
     parts += [f"{name}={value}" for name, value in sorted(os.environ.items())
               if name.startswith(("TARVO_", "GTEST_")) and name not in ("TARVO_KEYED", "TARVO_AGAIN")]
     scenes = os.environ.get("TARVO_REAL_SCENES")
-    for path in [*reads, *([scenes] if scenes else [])]:
+    missing = [path for path in reads if not os.path.exists(path)]
+    if missing:
+        sys.exit(f"error: the test is said to read what does not exist: {', '.join(missing)}")
+    for path in [*reads, *([scenes] if scenes and os.path.isdir(scenes) else [])]:
         parts += digests.of(pathlib.Path(path))
     digests.keep()
     return hashlib.sha256("\0".join(parts).encode("utf-8", "surrogateescape")).hexdigest()[:40]

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks of the sources: layers and lengths, format, a second compiler, clang-tidy. Needs a configured cross build.
+# Checks of the sources: layers and lengths, format, clang-tidy, the rules of the host's compiler. Needs a configured cross build.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 cd "$ROOT"
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # mock_sdk.sh: the path with MAXSDK_ROOT, rehearsed. Makes a folder laid out and spelled as the host's SDK from the
 # stand-in's headers and exports, split over the host's libraries, then configures and builds module and probe against it
-# and looks at what they import. Needs the cross build of the stand-in. What it makes stays in the build folder.
+# without optimisation, and looks at what they import. Needs the cross build of the stand-in. What it makes stays in the build folder.
 . "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 
 TRIPLE=x86_64-w64-mingw32
@@ -55,7 +55,7 @@ make_libraries
 BUILT=$TARVO_BUILD_DIR/mock-sdk/build
 quietly "$TARVO_BUILD_DIR/logs/mock-sdk-configure.log" "The first error above says what." \
     cmake -S "$ROOT" -B "$BUILT" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$ROOT/cmake/toolchain-mingw.cmake" \
-    -DCMAKE_BUILD_TYPE=Release -DTARVO_DEPS_DIR="$DEPS_DIR" -DMAXSDK_ROOT="$SDK"
+    -DCMAKE_BUILD_TYPE=None -DTARVO_DEPS_DIR="$DEPS_DIR" -DMAXSDK_ROOT="$SDK"
 quietly "$TARVO_BUILD_DIR/logs/mock-sdk-build.log" "The first error above says what." \
     cmake --build "$BUILT" -j "$JOBS" --target tarvo_module tarvo_probe
 for module in TarvoRendering.gup TarvoHostProbe.gup; do

@@ -97,5 +97,5 @@ fetch_run_dependencies() {
 }
 
 fetch_test_dependencies() {
-    cross_cmake googletest /usr/src/googletest -DINSTALL_GTEST=ON -DBUILD_GMOCK=ON
+    cross_cmake googletest /usr/src/googletest -DINSTALL_GTEST=ON -DBUILD_GMOCK=OFF -DCMAKE_CXX_FLAGS_RELEASE=-O1
 }

@@ -81,7 +81,7 @@ class Workshop:
             deps.symlink_to(pathlib.Path(os.environ.get("TARVO_BUILD_DIR", ROOT / "build")).resolve() / "deps")
         # GCC for both: `blame` reads its messages.
         for preset, more in (("mingw-release", []), ("native-asan", ["-DCMAKE_CXX_COMPILER=g++", "-DCMAKE_C_COMPILER=gcc",
-                                                                     "-DTARVO_FUZZ=OFF"])):
+                                                                     "-DTARVO_FUZZ=OFF", "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1"])):
             done = self.command("cmake", "-S", self.tree, "--preset", preset, *more,
                                 f"-DCMAKE_PROJECT_INCLUDE={self.tree}/tools/mutants/switch.cmake", cwd=self.tree)
             if done.returncode != 0:

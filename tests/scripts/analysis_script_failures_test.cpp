@@ -1,5 +1,4 @@
 // The shipped analysis script when the host cannot answer: the rest of the result is what it was.
-#include "scene/analysis_reader.h"
 #include "tests/support/scripted_scene.h"
 
 #include <gtest/gtest.h>
@@ -174,29 +173,6 @@ TEST(AnalysisScriptFailures, EachCodeIsALineInTheListener) {
         "Tarvo analysis: 1004: the size of the picture could not be read\n"
         "Tarvo analysis: 1013: the tracked files could not be read; the asset manager was asked instead\n"
         "Tarvo analysis: 1014: the assets could not be read; outputs may be listed as references\n");
-}
-
-// The log says it in the same words, and no code is without any.
-TEST(AnalysisScriptFailures, TheLogHasTheWordsOfTheListener) {
-    const std::string script = support::shipped_script("MaxRenderGlobalsParser.ms");
-    const std::size_t end = script.find("roots = #()");
-    std::size_t count = 0;
-    for (std::size_t at = script.find("#(\"1"); at < end; at = script.find("#(\"1", at + 1)) {
-        const std::size_t comma = script.find("\", \"", at);
-        const std::string code = script.substr(at + 3, comma - at - 3);
-        const std::size_t words = comma + 4;
-        EXPECT_EQ(tarvo::AnalysisCodeLine(std::stoi(code)),
-                  "Analysis code " + code + ": " + script.substr(words, script.find('"', words) - words));
-        ++count;
-    }
-    for (std::size_t at = script.find("note \"1"); at != std::string::npos;
-         at = script.find("note \"1", at + 1)) {
-        EXPECT_NE(script.find("#(" + script.substr(at + 5, script.find('"', at + 6) - at - 4) + ", "),
-                  std::string::npos)
-            << script.substr(at, 12);
-    }
-    EXPECT_EQ(count, 19u);
-    EXPECT_EQ(tarvo::AnalysisCodeLine(4711), "Analysis code 4711: not known to this version");
 }
 
 // Without one of the functions that the text is made with.

@@ -40,7 +40,8 @@ def options():
     parser.add_argument("--layer", choices=LAYERS)
     parser.add_argument("--file", help="only the mutants of this file")
     parser.add_argument("--lanes", type=int, default=2, help="mutants that run at the same time")
-    parser.add_argument("--narrow", action="store_true", help="no survivor against the slow tests and other languages")
+    parser.add_argument("--narrow", action="store_true", help="no survivor against the slow tests and other languages, none that needs a "
+                                                             "build of its own")
     parser.add_argument("--scenarios", action="store_true", help="survivors against the scenarios too")
     parser.add_argument("--report", action="store_true", help="only the scores of what was judged before")
     return parser.parse_args()
@@ -76,8 +77,11 @@ def main() -> int:
             programs.learn([*NATIVE, *WINDOWS, *(["scenarios"] if wanted.scenarios else [])])
             print("== Running", flush=True)
             runner = Runner(programs, results, wanted.lanes, not wanted.narrow)
-            runner.run([mutant for mutant in sample if mutant.key not in workshop.without_switch])
-            runner.run_alone([mutant for mutant in sample if mutant.key in workshop.without_switch], workshop)
+            # An accepted one would be run against every test that there is.
+            wanting = [mutant for mutant in sample if not accepted.reason(mutant)]
+            runner.run([mutant for mutant in wanting if mutant.key not in workshop.without_switch])
+            if not wanted.narrow:
+                runner.run_alone([mutant for mutant in wanting if mutant.key in workshop.without_switch], workshop)
         finally:
             lanes.down()
     return 1 if report(sample, results, accepted) else 0

@@ -223,14 +223,14 @@ def report(mutants: list, results: Results, accepted: Accepted) -> int:
     survivors = []
     for mutant in mutants:
         entry = results.verdicts.get(mutant.key)
-        if entry is None:
+        if accepted.reason(mutant) and (entry is None or entry["verdict"] == "survived"):
+            counts[mutant.layer]["accepted"] += 1
+        elif entry is None:
             counts[mutant.layer]["not run"] += 1
         elif entry["verdict"] == "no build":
             counts[mutant.layer]["no build"] += 1
         elif entry["verdict"] == "killed":
             counts[mutant.layer]["killed"] += 1
-        elif accepted.reason(mutant):
-            counts[mutant.layer]["accepted"] += 1
         else:
             counts[mutant.layer]["survived"] += 1
             survivors.append((mutant, entry))

@@ -238,11 +238,9 @@ void clear_menus() {
 } // namespace host_sdk
 
 IMenu* GetIMenu() {
-    host_sdk::record("GetIMenu");
-    return new host_sdk::Menu;
+    return host_sdk::record("GetIMenu") ? new host_sdk::Menu : nullptr;
 }
 
 IMenuItem* GetIMenuItem() {
-    host_sdk::record("GetIMenuItem");
-    return new host_sdk::MenuItem;
+    return host_sdk::record("GetIMenuItem") ? new host_sdk::MenuItem : nullptr;
 }

@@ -1,0 +1,21 @@
+// A host that answers null while the plugin's menu is made.
+#include "tests/product/plugin/plugin_fixture.h"
+#include "tests/support/test_folder.h"
+
+namespace {
+
+class PluginRefusals : public PluginTest {};
+
+TEST_F(PluginRefusals, HostWithoutANewMenuIsLoggedAndAskedAgainAtStartUp) {
+    const std::size_t mark = support::log_mark("qfx_data");
+    calls_.refused = "GetIMenu";
+    start();
+    EXPECT_EQ(std::vector<std::string>({"[ERROR] The host gave no menu."}),
+              support::log_lines_since("qfx_data", mark));
+    EXPECT_EQ(L"", host_sdk::describe_menus());
+    calls_.refused.clear();
+    host_sdk::broadcast_notification(80);
+    EXPECT_EQ(own_menu(), host_sdk::describe_menus());
+}
+
+} // namespace

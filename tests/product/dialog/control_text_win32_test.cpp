@@ -40,6 +40,14 @@ TEST_F(UnreadableControl, IsEmptyAndLogged) {
                    std::to_string(ERROR_INVALID_WINDOW_HANDLE)}));
 }
 
+TEST_F(UnreadableControl, ControlThatCannotBeSetIsLogged) {
+    tarvo::SetControlText(edit_, kControl, L"new");
+    const std::vector<std::string> lines = support::log_lines_since("qfx_ui", mark_);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines.front().find("[ERROR] A control could not be set: control 77, system error "), 0u)
+        << lines.front();
+}
+
 TEST_F(UnreadableControl, EmptyControlIsNotLogged) {
     ::SetWindowTextW(edit_, L"");
     const support::PatchedImport patch("USER32.dll", "GetWindowTextW", reinterpret_cast<void*>(&no_text));

@@ -18,4 +18,13 @@ TEST_F(PluginRefusals, HostWithoutANewMenuIsLoggedAndAskedAgainAtStartUp) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
+TEST_F(PluginRefusals, ExceptionWhileTheTableIsActivatedAgainIsLogged) {
+    const std::size_t mark = support::log_mark("qfx_data");
+    calls_.throws_in = "IActionManager::FindTable";
+    start();
+    const std::vector<std::string> lines = support::log_lines_since("qfx_data", mark);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ("[ERROR] An exception was stopped in ActivateInstalledTable: from the host", lines.front());
+}
+
 } // namespace

@@ -172,6 +172,7 @@ TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
         {"D:\\a|b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\a:b.max", IDS_SCENE_PATH_CHARACTERS},
         {"\\:b.max", IDS_SCENE_PATH_CHARACTERS},
+        {"a*\\b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:b.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\a\nb.max", IDS_SCENE_PATH_CHARACTERS},
         {"D:\\work/../../planted.max", IDS_SCENE_PATH_CHARACTERS},

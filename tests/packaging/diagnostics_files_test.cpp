@@ -13,7 +13,7 @@ using diagnostics::ModuleImage;
 
 const std::string kHash(64, 'a');
 
-TEST(DiagnosticsManifest, NamesMayHoldBlanksAndLinesMayEndEitherWay) {
+TEST(DiagnosticsManifest, PathsWithBlanksAndBothLineEndingsAreRead) {
     std::vector<ListedFile> files;
     ASSERT_TRUE(diagnostics::read_manifest(
         kHash + " 12 Tarvo Rendering/7-Zip/7z.exe\r\n" + kHash + " 0 a/b c.txt\n", files));
@@ -24,7 +24,7 @@ TEST(DiagnosticsManifest, NamesMayHoldBlanksAndLinesMayEndEitherWay) {
     EXPECT_EQ(files[1].sha256, kHash);
 }
 
-TEST(DiagnosticsManifest, ListOfAnotherFormIsRefused) {
+TEST(DiagnosticsManifest, MalformedListIsRefused) {
     const std::string lists[] = {"",
                                  "rubbish",
                                  kHash,
@@ -44,7 +44,7 @@ TEST(DiagnosticsManifest, ListOfAnotherFormIsRefused) {
     }
 }
 
-TEST(DiagnosticsManifest, EveryWayToDifferHasItsName) {
+TEST(DiagnosticsManifest, EachDifferenceGivesItsOwnState) {
     const ListedFile listed = {kHash, 10, "a"};
     const ListedFile listed_empty = {kHash, 0, "a"};
     const std::string other(64, 'b');
@@ -64,8 +64,8 @@ void put(std::string& bytes, std::size_t at, std::uint32_t value, unsigned size)
     }
 }
 
-// The least module that imports two libraries: headers in the first 0x200 bytes, one section of 0x200 behind,
-// loaded at 0x1000.
+// The smallest module that imports two libraries: headers in the first 0x200 bytes, then one section of
+// 0x200, loaded at 0x1000.
 std::string small_module() {
     constexpr std::size_t header = 0x40;
     constexpr std::size_t optional = header + 24;
@@ -104,15 +104,15 @@ TEST(DiagnosticsModule, ModuleForTheHostHasNoStandIn) {
     EXPECT_EQ(diagnostics::stand_in(image), "");
 }
 
-TEST(DiagnosticsModule, CutAnywhereItIsNotWhole) {
+TEST(DiagnosticsModule, TruncatedModuleIsNotWhole) {
     const std::string whole = small_module();
     for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_FALSE(diagnostics::read_image(whole.substr(0, size)).whole) << size;
     }
 }
 
-// Whatever stands in the headers, reading ends and stays inside.
-TEST(DiagnosticsModule, EveryChangedByteIsSurvived) {
+// Corrupt headers must cause neither an endless loop nor a read outside the file.
+TEST(DiagnosticsModule, CorruptByteDoesNotCrashTheReader) {
     const std::string whole = small_module();
     for (std::size_t at = 0; at < whole.size(); ++at) {
         for (int value : {0x00, 0x01, 0x7F, 0xFF}) {

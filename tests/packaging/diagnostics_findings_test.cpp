@@ -65,7 +65,7 @@ struct Fault {
     const char* name;
     std::function<void(Facts&)> make;
     Severity severity;
-    const char* part; // of what the finding says
+    const char* part; // of the finding's text
 };
 
 std::vector<Fault> faults() {
@@ -164,12 +164,12 @@ std::vector<Finding> worse_than_fine(const Facts& facts) {
     return found;
 }
 
-TEST(Findings, NothingIsWrongWithAWholeInstallation) {
+TEST(Findings, CompleteInstallationHasNoWarningOrProblem) {
     EXPECT_TRUE(worse_than_fine(everything_fine()).empty());
     EXPECT_FALSE(diagnostics::has_problem(diagnostics::judge(everything_fine())));
 }
 
-TEST(Findings, EveryFaultIsNamedOnceWithACure) {
+TEST(Findings, EachFaultGivesOneFindingWithACure) {
     for (const Fault& fault : faults()) {
         Facts facts = everything_fine();
         fault.make(facts);
@@ -181,7 +181,7 @@ TEST(Findings, EveryFaultIsNamedOnceWithACure) {
     }
 }
 
-TEST(Findings, WithoutTheDataFolderItsContentIsNotComplainedAbout) {
+TEST(Findings, MissingDataFolderHidesFindingsAboutItsContent) {
     Facts facts;
     facts.data_folder = "C:\\Data";
     facts.host = "C:\\Max";
@@ -194,7 +194,7 @@ TEST(Findings, WithoutTheDataFolderItsContentIsNotComplainedAbout) {
     EXPECT_EQ(said(found[0]), "C:\\Data is missing: Tarvo Rendering is not installed.");
 }
 
-TEST(Findings, EveryDamageOfAFileIsNamedOnce) {
+TEST(Findings, EachKindOfFileDamageGivesOneFinding) {
     const struct {
         FileState state;
         const char* said;
@@ -214,7 +214,7 @@ TEST(Findings, EveryDamageOfAFileIsNamedOnce) {
     }
 }
 
-TEST(Findings, DamagedModuleIsNotCalledInstalled) {
+TEST(Findings, DamagedModuleIsNotReportedAsInstalled) {
     Facts facts = everything_fine();
     facts.installed.damaged = {{"module", FileState::changed, 10, 10}};
     for (const Finding& finding : diagnostics::judge(facts)) {

@@ -27,7 +27,7 @@ StoredFile archive(const char* name, unsigned days_old) {
     return {name, true, kNow - days_old * kDay};
 }
 
-TEST(LastSubmission, OnlyThePluginsNamesAreDocumentsAndArchives) {
+TEST(LastSubmission, OnlyThePluginsFileNamePatternsAreRecognised) {
     EXPECT_TRUE(diagnostics::is_document_name("1F0C3B7A-9D2E-4C11-8A5B-0E6D2F9A7C31.json"));
     for (const char* name :
          {"1f0c3b7a-9D2E-4C11-8A5B-0E6D2F9A7C31.json", "1F0C3B7A-9D2E-4C11-8A5B-0E6D2F9A7C3.json",
@@ -44,7 +44,7 @@ TEST(LastSubmission, OnlyThePluginsNamesAreDocumentsAndArchives) {
     }
 }
 
-TEST(LastSubmission, AnArchiveBearsTheStemThatThePluginGivesIt) {
+TEST(LastSubmission, SceneStemEqualsThePluginsArchiveStem) {
     for (const char* scene :
          {"D:\\work\\Lobby2.max", "C:\\my.folder\\Tower", "Tower.final.max", "C:/a/b_c.max"}) {
         const std::string stem = tarvo::ArchiveStem(scene);
@@ -53,7 +53,7 @@ TEST(LastSubmission, AnArchiveBearsTheStemThatThePluginGivesIt) {
     }
 }
 
-TEST(LastSubmission, DocumentIsReadAsFarAsItGoes) {
+TEST(LastSubmission, InvalidDocumentIsUnreadableAndWrongTypesReadAsEmpty) {
     diagnostics::DocumentFact fact;
     read_document("{\"name\": \"a.max\", \"cameras\": [{}, {}]}", fact);
     EXPECT_TRUE(fact.readable);
@@ -70,7 +70,7 @@ TEST(LastSubmission, DocumentIsReadAsFarAsItGoes) {
     EXPECT_EQ(odd.cameras, 0U);
 }
 
-TEST(LastSubmission, LineOfALogFallsIntoItsParts) {
+TEST(LastSubmission, LogLineIsSplitIntoTimeLevelAndText) {
     const diagnostics::LogLine line = diagnostics::log_line("2024-03-07 09:05:02:045 [ERROR] It is: [x] y");
     EXPECT_EQ(line.time, "2024-03-07 09:05:02:045");
     EXPECT_EQ(line.level, "ERROR");
@@ -78,7 +78,7 @@ TEST(LastSubmission, LineOfALogFallsIntoItsParts) {
     EXPECT_EQ(diagnostics::log_line("rubbish").text, "rubbish");
 }
 
-TEST(LastSubmission, KnownLinesMeanWhatTheGuideSays) {
+TEST(LastSubmission, OnlyKnownLogLinesHaveAMeaning) {
     const struct {
         const char* channel;
         const char* text;
@@ -103,7 +103,7 @@ TEST(LastSubmission, KnownLinesMeanWhatTheGuideSays) {
     EXPECT_EQ(diagnostics::log_meaning("qfx_data", "Submit successfully.").english, "");
 }
 
-TEST(LastSubmission, EveryCodeOfTheClientHasAMeaning) {
+TEST(LastSubmission, EveryReplyCodeHasAMeaning) {
     for (int code : {10001, 10002, 10003, 10004, 10005, 10006, 10007, 10008, 10009, 11000, 11010}) {
         EXPECT_FALSE(diagnostics::code_meaning(code).english.empty()) << code;
         EXPECT_FALSE(diagnostics::code_meaning(code).chinese.empty()) << code;
@@ -111,7 +111,7 @@ TEST(LastSubmission, EveryCodeOfTheClientHasAMeaning) {
     EXPECT_TRUE(diagnostics::code_meaning(99999).english.empty());
 }
 
-TEST(LastSubmission, ComplaintOfSevenZipComesWithoutTheFilesName) {
+TEST(LastSubmission, SevenZipErrorIsReportedWithoutTheFileName) {
     EXPECT_EQ(diagnostics::complaint(
                   "ERROR: Villa.7z\nVilla.7z\nOpen ERROR: Cannot open the file as [7z] archive\n\n"
                   "ERRORS:\nUnexpected end of archive\n"),
@@ -120,7 +120,7 @@ TEST(LastSubmission, ComplaintOfSevenZipComesWithoutTheFilesName) {
     EXPECT_EQ(diagnostics::complaint("Everything is Ok"), "");
 }
 
-TEST(ClientAnswer, OnlyAnObjectWithAWholeNumberIsAClients) {
+TEST(ClientAnswer, OnlyAnObjectWithAnIntegerRetIsAReplyCode) {
     const struct {
         const char* body;
         AnswerForm form;
@@ -148,7 +148,7 @@ TEST(ClientAnswer, OnlyAnObjectWithAWholeNumberIsAClients) {
     EXPECT_EQ(code, 10005);
 }
 
-TEST(Cleaning, OldOnesGoAndTheNewestOfEachStays) {
+TEST(Cleaning, OldFilesAreRemovedExceptTheNewestOfEachKind) {
     const std::vector<StoredFile> files = {
         document(1, 90),
         document(2, 40),
@@ -170,12 +170,12 @@ TEST(Cleaning, AgeCountsWholeDays) {
               (std::vector<Fate>{Fate::stays, Fate::removed, Fate::stays}));
 }
 
-TEST(Cleaning, FileFromTheFutureStays) {
+TEST(Cleaning, FileWithAFutureTimeIsKept) {
     const std::vector<StoredFile> files = {document(1, 0), {document_name(2), false, kNow + kDay}};
     EXPECT_EQ(diagnostics::plan_cleaning(files, "", kNow, 1), (std::vector<Fate>{Fate::stays, Fate::stays}));
 }
 
-TEST(Cleaning, ForeignNamesStay) {
+TEST(Cleaning, FilesWithForeignNamesAreKept) {
     const std::vector<StoredFile> files = {document(1, 0),
                                            {"notes.json", false, 0},
                                            {"Lobby_aaaaaa.7z", false, 0},
@@ -191,7 +191,7 @@ TEST(Cleaning, UnfinishedArchiveIsNeverTheNewest) {
               (std::vector<Fate>{Fate::removed, Fate::kept_newest}));
 }
 
-TEST(Cleaning, ArchiveYoungerThanTheDocumentIsNotItsArchive) {
+TEST(Cleaning, ArchiveNewerThanTheDocumentDoesNotBelongToIt) {
     const std::vector<StoredFile> files = {document(1, 40), archive("Lobby_aaaaaa.7z", 39),
                                            archive("Lobby_bbbbbb.7z", 41)};
     EXPECT_EQ(diagnostics::archive_of(files, files[0], "Lobby.max"), 2U);

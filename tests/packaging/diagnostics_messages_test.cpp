@@ -31,8 +31,8 @@ TEST(DiagnosticsMessages, BothLanguagesHaveTheSamePlaceholders) {
     }
 }
 
-// Whatever is left of "Windows {0}" and "{0}" needs no translation.
-TEST(DiagnosticsMessages, ChineseIsChineseAndEnglishIsAscii) {
+// "Windows {0}" needs no translation.
+TEST(DiagnosticsMessages, ChineseMessagesAreTranslatedAndEnglishOnesAreAscii) {
     const std::set<std::string> same = {"Windows {0}"};
     for (std::size_t i = 1; i < diagnostics::message_count(); ++i) {
         const std::string english = diagnostics::pattern(static_cast<Message>(i), Language::english);
@@ -44,14 +44,14 @@ TEST(DiagnosticsMessages, ChineseIsChineseAndEnglishIsAscii) {
     }
 }
 
-TEST(DiagnosticsMessages, ArgumentsAreFilledInWhereverTheyStand) {
+TEST(DiagnosticsMessages, PlaceholdersAreReplacedInAnyOrder) {
     EXPECT_EQ(diagnostics::text(Message::file_cut, Language::english, {{"a"}, {"1"}, {"2"}}),
               "a is damaged: 1 of 2 bytes are there.");
     EXPECT_EQ(diagnostics::text(Message::file_cut, Language::chinese, {{"a"}, {"1"}, {"2"}}),
               "a 已损坏：应有 2 字节，实际只有 1 字节。");
 }
 
-TEST(DiagnosticsMessages, AnArgumentWithPlaceholdersStaysAsItIs) {
+TEST(DiagnosticsMessages, PlaceholdersInsideAnArgumentAreNotReplaced) {
     EXPECT_EQ(diagnostics::text(Message::file_cut, Language::english, {{"{1}"}, {"{2}"}, {"{"}}),
               "{1} is damaged: {2} of { bytes are there.");
 }

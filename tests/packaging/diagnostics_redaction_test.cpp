@@ -19,7 +19,7 @@ Redactor make_redactor() {
 
 const std::string kStamp = "2024-03-07 09:05:02:045 [INFO] ";
 
-TEST(Redaction, ASceneNameGoesAndTheSameSceneStaysRecognisable) {
+TEST(Redaction, SceneNameIsReplacedByTheSameTokenEverywhere) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line(kStamp + "Get scene name text down, it is : Villa Nova 2.max."),
               kStamp + "Get scene name text down, it is : <scene 1>");
@@ -29,7 +29,7 @@ TEST(Redaction, ASceneNameGoesAndTheSameSceneStaysRecognisable) {
               kStamp + "Get scene name text down, it is : <scene 1>");
 }
 
-TEST(Redaction, BothPathsOfABackupGo) {
+TEST(Redaction, BothPathsOfABackupLineAreReplaced) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line(kStamp + "Backup file from D:\\jobs\\Villa to go.max to E:\\Villa.max Success!"),
               kStamp + "Backup file from <scene 1> Success!");
@@ -37,7 +37,7 @@ TEST(Redaction, BothPathsOfABackupGo) {
               kStamp + "Backup file from <scene 2> Error! Code is \x05");
 }
 
-TEST(Redaction, PathsBelowTheOwnFolderStayUnlessTheyNameAnArchive) {
+TEST(Redaction, PathsBelowTheOwnFolderAreKeptExceptArchiveNames) {
     Redactor redactor = make_redactor();
     const std::string json =
         kStamp + "Write json file at: C:\\ProgramData/Tarvo Rendering/json/1A2B.json successfully.";
@@ -48,7 +48,7 @@ TEST(Redaction, PathsBelowTheOwnFolderStayUnlessTheyNameAnArchive) {
               "C:\\ProgramData\\Tarvo Rendering\\compress");
 }
 
-TEST(Redaction, EveryOtherPathGoesUpToAQuotationMarkOrTheEnd) {
+TEST(Redaction, OtherPathsAreReplacedUpToAQuotationMarkOrTheLineEnd) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line("opened \"D:\\my jobs\\x.png\" twice"), "opened \"<path>\" twice");
     EXPECT_EQ(redactor.line("saw \\\\server\\share\\Villa and more"), "saw <path>");
@@ -58,7 +58,7 @@ TEST(Redaction, EveryOtherPathGoesUpToAQuotationMarkOrTheEnd) {
     EXPECT_EQ(redactor.line("https://farm.example is no path"), "https://farm.example is no path");
 }
 
-TEST(Redaction, AServersPathGoesWhicheverWayItsSlashesLean) {
+TEST(Redaction, ServerPathsWithAnySlashesAreReplaced) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line("saw //server/share/Villa and more"), "saw <path>");
     EXPECT_EQ(redactor.line("//server/share"), "<path>");
@@ -73,7 +73,7 @@ TEST(Redaction, AServersPathGoesWhicheverWayItsSlashesLean) {
     }
 }
 
-TEST(Redaction, AFolderWhoseNameOnlyBeginsLikeTheOwnOneIsNotOwn) {
+TEST(Redaction, FolderNameThatOnlyStartsWithTheOwnFoldersIsReplaced) {
     Redactor redactor = make_redactor();
     const std::string own = "C:\\ProgramData\\Tarvo Rendering";
     for (const char* more :
@@ -85,7 +85,7 @@ TEST(Redaction, AFolderWhoseNameOnlyBeginsLikeTheOwnOneIsNotOwn) {
     }
 }
 
-TEST(Redaction, AFindingKeepsThePathsItNamesAndTheWordsBehindThem) {
+TEST(Redaction, FindingKeepsItsOwnPathsAndTheTextAfterThem) {
     Redactor redactor = make_redactor();
     for (const char* finding :
          {"PROBLEM  C:\\ProgramData\\Tarvo Rendering is missing: Tarvo Rendering is not installed.",
@@ -100,7 +100,7 @@ TEST(Redaction, AFindingKeepsThePathsItNamesAndTheWordsBehindThem) {
     }
 }
 
-TEST(Redaction, WhatAFindingQuotesGoesAsInAnyOtherText) {
+TEST(Redaction, OtherPathsAndUserNamesInAFindingAreReplaced) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.findings("(port is \"D:\\jobs\\Villa\").\r\nby anna"),
               "(port is \"<path>\").\r\nby <user>");
@@ -108,32 +108,32 @@ TEST(Redaction, WhatAFindingQuotesGoesAsInAnyOtherText) {
     EXPECT_EQ(redactor.findings("D:\\3ds Max 2019b"), "<path>");
 }
 
-TEST(Redaction, PathsThatOnlyFindingsNameGoFromOtherTexts) {
+TEST(Redaction, PathsNamedByFindingsAreReplacedInOtherTexts) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.text("C:\\ProgramData\\Tarvo.exe\nD:\\3ds Max 2019\\maps\\Villa.jpg"),
               "<path>\n<path>");
 }
 
-TEST(Redaction, PathsBelowThePackageStay) {
+TEST(Redaction, PathsBelowThePackageAreKept) {
     Redactor redactor = make_redactor();
     const std::string entry = "2024-03-07 09:05:02  12  C:\\ProgramData\\Autodesk\\ApplicationPlugins\\"
                               "TarvoRendering\\Contents\\PrepareAnalysisScript.ms";
     EXPECT_EQ(redactor.line(entry), entry);
 }
 
-TEST(Redaction, ASceneNameWithoutAPathGoes) {
+TEST(Redaction, SceneNameWithoutAPathIsReplaced) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line(kStamp + "Villa Nova.MAX was odd"), kStamp + "<scene 1> was odd");
     EXPECT_EQ(redactor.line("the file.maximum stays"), "the file.maximum stays");
 }
 
-TEST(Redaction, WhatTheJsonReaderSaidStays) {
+TEST(Redaction, JsonErrorTextIsKept) {
     Redactor redactor = make_redactor();
     const std::string reason = kStamp + "The client's reply cannot be used: Value is not convertible to Int.";
     EXPECT_EQ(redactor.line(reason), reason);
 }
 
-TEST(Redaction, NamesOfPeopleAndTheComputerGoAsWholeWords) {
+TEST(Redaction, UserAndComputerNamesAreReplacedAsWholeWords) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.line("Anna on studio7: annals, ANNA_x"), "<user> on <computer>: annals, ANNA_x");
     EXPECT_EQ(redactor.line("by\xE5\xBC\xA0\xE4\xBC\x9F."), "by<user>.");
@@ -142,7 +142,7 @@ TEST(Redaction, NamesOfPeopleAndTheComputerGoAsWholeWords) {
     EXPECT_EQ(Redactor(nobody).line("nothing to hide"), "nothing to hide");
 }
 
-TEST(Redaction, OfTwoNamesThatBeginAlikeTheLongerGoesAsAWhole) {
+TEST(Redaction, LongestMatchingNameIsReplaced) {
     Secrets secrets;
     secrets.user_names = {"\xE6\x9D\x8E", "\xE6\x9D\x8E\xE5\x9B\x9B", "anna"};
     secrets.computer = "ANNA-PC";
@@ -151,7 +151,7 @@ TEST(Redaction, OfTwoNamesThatBeginAlikeTheLongerGoesAsAWhole) {
     EXPECT_EQ(redactor.line("anna on anna-pc"), "<user> on <computer>");
 }
 
-TEST(Redaction, ATextKeepsItsLines) {
+TEST(Redaction, LineBreaksAreKept) {
     Redactor redactor = make_redactor();
     EXPECT_EQ(redactor.text("anna\r\n\r\nD:\\x\nend"), "<user>\r\n\r\n<path>\nend");
     EXPECT_EQ(redactor.text(""), "");

@@ -11,13 +11,13 @@ using diagnostics::opens;
 
 constexpr unsigned long kReadAndStart = 0x1200A9;
 
-TEST(DiagnosticsRights, ReadingAndStartingOpensNothing) {
+TEST(DiagnosticsRights, ReadAndExecuteAllowsNoChange) {
     for (Kind kind : {Kind::file, Kind::program_folder, Kind::shared_folder}) {
         EXPECT_FALSE(opens(kReadAndStart, kind));
     }
 }
 
-TEST(DiagnosticsRights, TakingOverOpensEverything) {
+TEST(DiagnosticsRights, DeleteOwnershipAndGenericRightsAllowChangesEverywhere) {
     for (unsigned long right : {0x10000UL, 0x40000UL, 0x80000UL, 0x10000000UL, 0x40000000UL}) {
         for (Kind kind : {Kind::file, Kind::program_folder, Kind::shared_folder}) {
             EXPECT_TRUE(opens(kReadAndStart | right, kind)) << right;
@@ -25,7 +25,7 @@ TEST(DiagnosticsRights, TakingOverOpensEverything) {
     }
 }
 
-TEST(DiagnosticsRights, WhatEachRightOpens) {
+TEST(DiagnosticsRights, EachWriteRightAllowsChangesOnlyInItsKinds) {
     struct Row {
         unsigned long right;
         bool file;
@@ -42,7 +42,7 @@ TEST(DiagnosticsRights, WhatEachRightOpens) {
     }
 }
 
-TEST(DiagnosticsRights, NothingMayBeAddedWherePluginAnd7ZipLie) {
+TEST(DiagnosticsRights, PluginAndSevenZipFoldersAreCheckedAsProgramFolders) {
     std::map<std::wstring, Kind> kinds;
     for (const diagnostics::ClosedPlace& place : diagnostics::closed_places(L"D", L"P")) {
         EXPECT_TRUE(kinds.emplace(place.path, place.kind).second);

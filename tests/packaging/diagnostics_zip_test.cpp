@@ -32,8 +32,8 @@ std::string inflated(const std::string& packed, std::size_t size) {
     return std::string(output.begin(), output.begin() + static_cast<std::ptrdiff_t>(stream.total_out));
 }
 
-// The whole archive by another program is tests/packaging's matter.
-TEST(ZipWriter, TheFirstFileComesOutAsItWentIn) {
+// tests/packaging/diagnostics_test.py reads a whole archive with another program.
+TEST(ZipWriter, HeadersAreValidAndTheFirstFileInflatesToItsContent) {
     ZipWriter zip(2024, 3, 7, 9, 5, 2);
     const std::string content(10000, 'x');
     ASSERT_TRUE(zip.add("logs/a.log", content));

@@ -1,5 +1,5 @@
-// The guide's tables of answers, in both languages, against the plugin's own: a row for every code and none
-// besides.
+// Compares the guide's tables of reply codes, in both languages, with the plugin's table: one row for each
+// code and no other rows.
 #include "submit/client_link.h"
 #include "tests/support/test_folder.h"
 
@@ -29,7 +29,7 @@ std::vector<std::string> rows_of(const std::string& page) {
 
 class GuideReplyCodes : public ::testing::TestWithParam<const char*> {};
 
-TEST_P(GuideReplyCodes, TableIsThePluginsOwn) {
+TEST_P(GuideReplyCodes, TableHasExactlyThePluginsReplyCodes) {
     const std::vector<std::string> rows = rows_of(guide_page(GetParam()));
     std::size_t next = 0;
     for (int code = 0; code <= kLargestCode; ++code) {

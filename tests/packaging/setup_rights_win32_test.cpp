@@ -1,5 +1,5 @@
-// The rights that setup gives its folders (packaging/rights.nsh), read by the system and worked out here:
-// Wine does not keep lists of rights, so what they allow cannot be tried there.
+// The rights that setup gives its folders (packaging/rights.nsh), parsed by the system and evaluated here:
+// Wine does not store access control lists, so they cannot be tested on real files.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -73,7 +73,7 @@ public:
     DWORD here(WELL_KNOWN_SID_TYPE who) const {
         return sum(who, [](BYTE flags) { return (flags & INHERIT_ONLY_ACE) == 0; });
     }
-    // For a file, or a folder, that is made in it later.
+    // For a file or a folder that is created in it later.
     DWORD new_file(WELL_KNOWN_SID_TYPE who) const {
         return sum(who, [](BYTE flags) { return (flags & OBJECT_INHERIT_ACE) != 0; });
     }
@@ -111,11 +111,11 @@ private:
 const char* const kAll[] = {"DATA", "SCRIPT", "WRITTEN", "PROGRAM", "FILE", "OPEN_INI"};
 constexpr WELL_KNOWN_SID_TYPE kUsers = WinBuiltinUsersSid;
 
-TEST(SetupRights, TheFileDefinesExactlyTheseSix) {
+TEST(SetupRights, FileDefinesExactlySixSetsOfRights) {
     EXPECT_EQ(defined_rights().size(), 6U);
 }
 
-TEST(SetupRights, AdministratorsOwnEverythingAndNothingComesFromAbove) {
+TEST(SetupRights, AdministratorsOwnEverythingAndNothingIsInherited) {
     for (const char* name : kAll) {
         const Rights rights(name);
         EXPECT_TRUE(rights.owned_by_administrators()) << name;
@@ -125,7 +125,7 @@ TEST(SetupRights, AdministratorsOwnEverythingAndNothingComesFromAbove) {
     }
 }
 
-TEST(SetupRights, UsersReadEverythingAndTakeOverNothing) {
+TEST(SetupRights, UsersReadEverythingAndCannotTakeControl) {
     for (const char* name : kAll) {
         const Rights rights(name);
         EXPECT_EQ(rights.here(kUsers) & kRead, kRead) << name;
@@ -147,7 +147,7 @@ TEST(SetupRights, ProgramsAndSingleFilesAreReadOnly) {
     EXPECT_EQ(Rights("FILE").here(WinCreatorOwnerSid), 0U);
 }
 
-TEST(SetupRights, TheScriptFolderTakesNewFilesWhichOnlyTheirMakerChanges) {
+TEST(SetupRights, UsersAddScriptFilesThatOnlyTheirCreatorChanges) {
     const Rights script("SCRIPT");
     EXPECT_EQ(script.here(kUsers) & (kAddFile | kAddFolder | DELETE), kAddFile);
     EXPECT_EQ(script.new_file(kUsers) & kChange, 0U);
@@ -155,20 +155,20 @@ TEST(SetupRights, TheScriptFolderTakesNewFilesWhichOnlyTheirMakerChanges) {
     EXPECT_EQ(script.new_file(WinCreatorOwnerSid) & kChange, kChange);
 }
 
-TEST(SetupRights, WhereThePluginWritesUsersAddAndChangeFilesButMakeNoFolders) {
+TEST(SetupRights, UsersAddAndChangeFilesButNoFoldersWhereThePluginWrites) {
     const Rights written("WRITTEN");
     EXPECT_EQ(written.here(kUsers) & (kAddFile | kAddFolder | DELETE), kAddFile);
     EXPECT_EQ(written.new_file(kUsers) & kChange, kChange);
 }
 
-TEST(SetupRights, TheDataFolderTakesNewFoldersThatAreLikeThoseThePluginWrites) {
+TEST(SetupRights, UsersAddDataFoldersWithTheRightsOfWrittenFolders) {
     const Rights data("DATA");
     EXPECT_EQ(data.here(kUsers) & (kAddFile | kAddFolder | DELETE), kAddFolder);
     EXPECT_EQ(data.new_folder(kUsers) & (kAddFile | kAddFolder | DELETE), kAddFile);
     EXPECT_EQ(data.new_file(kUsers) & kChange, kChange);
 }
 
-TEST(SetupRights, AnOpenedIniFileCanBeChangedAndNotDeleted) {
+TEST(SetupRights, IniFileOpenedToUsersCanBeChangedButNotDeleted) {
     EXPECT_EQ(Rights("OPEN_INI").here(kUsers) & (FILE_WRITE_DATA | DELETE), DWORD{FILE_WRITE_DATA});
 }
 

@@ -1,5 +1,5 @@
 // windows [ok]: prints the texts of all dialogs on the screen, one a line, in UTF-8. "ok" then presses the
-// first button of each of them, unless the dialog shows something else by then.
+// first button of each of them, unless the dialog has changed its texts.
 #include <windows.h>
 
 #include <cstdio>

@@ -17,8 +17,7 @@ using support::PatchedImport;
 constexpr ULONG_PTR kCookie = 77;
 constexpr INT_PTR kDialogResult = 42;
 
-// What the system was asked for, in short: the context activated, refused, deactivated, the classes, the box,
-// the dialog.
+// The intercepted calls, in short: context activated "(", refused "!", deactivated ")", classes, box, dialog.
 std::string g_asked;
 bool g_activates = true;
 bool g_shows = true;
@@ -47,7 +46,7 @@ BOOL WINAPI activate(HANDLE context, ULONG_PTR* cookie) {
     return g_activates ? TRUE : FALSE;
 }
 
-// Spoils the last error, as a call in a destructor may.
+// Overwrites the last error, as a call in a destructor may.
 BOOL WINAPI deactivate(DWORD flags, ULONG_PTR cookie) {
     ::SetLastError(ERROR_BUSY);
     g_asked += flags == 0 && cookie == kCookie ? ")" : "?";
@@ -108,8 +107,8 @@ private:
     std::size_t log_mark_ = 0;
 };
 
-// Only in a program that has not made it yet: this is the first test that runs.
-TEST_F(ActivationContext, ThatCannotBeMadeIsLoggedWithTheReasonAndMadeForTheNextWindow) {
+// Must be the first test: later ones find the context already created.
+TEST_F(ActivationContext, FailedCreationIsLoggedWithItsReasonAndTriedAgain) {
     {
         const PatchedImport refusal("kernel32.dll", "CreateActCtxW",
                                     reinterpret_cast<void*>(&refuse_context));
@@ -130,7 +129,7 @@ TEST_F(ActivationContext, ThatCannotBeMadeIsLoggedWithTheReasonAndMadeForTheNext
     EXPECT_EQ(show_box(), IDYES);
 }
 
-TEST_F(ActivationContext, IsActiveAroundABoxAndADialogWhoseAnswersComeBack) {
+TEST_F(ActivationContext, IsActiveDuringABoxAndADialogAndTheirResultsAreReturned) {
     EXPECT_EQ(show_box(), IDYES);
     EXPECT_EQ(g_asked, "(box)");
     EXPECT_EQ(show_dialog(), kDialogResult);
@@ -138,13 +137,13 @@ TEST_F(ActivationContext, IsActiveAroundABoxAndADialogWhoseAnswersComeBack) {
     EXPECT_TRUE(new_log_lines().empty());
 }
 
-TEST_F(ActivationContext, TheClassesOfTheTemplatesAreRegisteredInside) {
+TEST_F(ActivationContext, DialogRegistersTheControlClassesOfTheTemplates) {
     show_dialog();
     const DWORD wanted = ICC_LINK_CLASS | ICC_LISTVIEW_CLASSES | ICC_UPDOWN_CLASS;
     EXPECT_EQ(g_classes & wanted, wanted);
 }
 
-TEST_F(ActivationContext, WhatCouldNotBeShownLeavesAnErrorLine) {
+TEST_F(ActivationContext, BoxOrDialogThatCannotBeShownIsLogged) {
     g_shows = false;
     EXPECT_EQ(show_box(), 0);
     EXPECT_EQ(show_dialog(), -1);
@@ -159,19 +158,19 @@ TEST_F(ActivationContext, WhatCouldNotBeShownLeavesAnErrorLine) {
     EXPECT_EQ(new_log_lines(), expected);
 }
 
-TEST_F(ActivationContext, ABoxIsNotShownWithoutItAndAnswersZero) {
+TEST_F(ActivationContext, FailedActivationShowsNoBoxAndReturnsZero) {
     g_activates = false;
     EXPECT_EQ(show_box(), 0);
     EXPECT_EQ(g_asked, "!");
 }
 
-TEST_F(ActivationContext, ADialogIsNotShownWithoutItAndAnswersMinusOne) {
+TEST_F(ActivationContext, FailedActivationShowsNoDialogAndReturnsMinusOne) {
     g_activates = false;
     EXPECT_EQ(show_dialog(), -1);
     EXPECT_EQ(g_asked, "!");
 }
 
-TEST_F(ActivationContext, ARefusalIsNotRemembered) {
+TEST_F(ActivationContext, ActivationIsTriedAgainAfterAFailure) {
     g_activates = false;
     show_box();
     g_activates = true;
@@ -179,8 +178,8 @@ TEST_F(ActivationContext, ARefusalIsNotRemembered) {
     EXPECT_EQ(g_asked, "!(box)");
 }
 
-// Whatever ran before in this program may have had it made.
-TEST_F(ActivationContext, IsMadeOnceForAllBoxesAndDialogs) {
+// An earlier test in this process may already have created the context.
+TEST_F(ActivationContext, IsCreatedOnceForAllBoxesAndDialogs) {
     g_make = ::CreateActCtxW;
     const PatchedImport count("kernel32.dll", "CreateActCtxW", reinterpret_cast<void*>(&count_context));
     ASSERT_TRUE(count.installed());

@@ -14,7 +14,7 @@ std::string in_code_page(UINT page, const std::wstring& text) {
     return std::string(bytes, static_cast<std::size_t>(length));
 }
 
-TEST(AnsiText, TakesTheAnsiCodePage) {
+TEST(AnsiText, UsesTheAnsiCodePage) {
     for (const wchar_t* text : {L"\u00e9", L"\u00df", L"\u4e2d"}) {
         const std::string expected = in_code_page(::GetACP(), text);
         EXPECT_EQ(tarvo::Utf8ToAnsi(tarvo::WideToUtf8(text)), expected) << std::wstring(text).size();

@@ -11,7 +11,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What a guarded function that does this answers, with 7 as the fallback, and the new lines of `channel`.
+// Returns the result of Guarded (7 is the fallback) and sets `lines` to the new lines of `channel`.
 template <class Function>
 int guarded(Function function, Lines& lines, const tarvo::LogChannel& channel = tarvo::kDataChannel) {
     support::plugin_folder();
@@ -21,13 +21,13 @@ int guarded(Function function, Lines& lines, const tarvo::LogChannel& channel = 
     return result;
 }
 
-TEST(Guard, PassesTheResultOnWithoutALine) {
+TEST(Guard, ReturnsTheResultAndLogsNothing) {
     Lines lines;
     EXPECT_EQ(guarded([] { return 3; }, lines), 3);
     EXPECT_TRUE(lines.empty());
 }
 
-TEST(Guard, AnExceptionGivesTheFallbackAndALineWithPlaceAndText) {
+TEST(Guard, ExceptionGivesTheFallbackAndALogLineWithPlaceAndText) {
     for (const tarvo::LogChannel& channel : {tarvo::kDataChannel, tarvo::kUiChannel}) {
         Lines lines;
         EXPECT_EQ(guarded([]() -> int { throw std::runtime_error("the reason"); }, lines, channel), 7);
@@ -35,13 +35,13 @@ TEST(Guard, AnExceptionGivesTheFallbackAndALineWithPlaceAndText) {
     }
 }
 
-TEST(Guard, WhatIsNoStandardExceptionHasALineToo) {
+TEST(Guard, NonStandardExceptionIsLoggedToo) {
     Lines lines;
     EXPECT_EQ(guarded([]() -> int { throw 1; }, lines), 7);
     EXPECT_EQ(lines, Lines{"[ERROR] An exception was stopped in a place: not a standard exception"});
 }
 
-TEST(Guard, CodeWithoutAResultIsGuardedToo) {
+TEST(Guard, FunctionWithoutAResultIsGuardedToo) {
     for (const tarvo::LogChannel& channel : {tarvo::kDataChannel, tarvo::kUiChannel}) {
         support::plugin_folder();
         const std::size_t mark = support::log_mark(channel.name);
@@ -56,8 +56,8 @@ TEST(Guard, CodeWithoutAResultIsGuardedToo) {
     }
 }
 
-// The store that owns the channel has its file open and is the one to rotate it.
-TEST(Guard, TheLineDoesNotRotateTheFile) {
+// Only the logger that owns the channel rotates its file.
+TEST(Guard, ErrorLineDoesNotRotateTheFile) {
     const std::string file = support::log_file("t_guard");
     support::plugin_folder();
     support::write_file(file, std::string(3 << 20, 'x'));

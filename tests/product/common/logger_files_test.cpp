@@ -19,7 +19,7 @@ using tarvo::Logger;
 constexpr std::size_t kFiveMegabytes = 5242880;
 constexpr std::size_t kTwoMegabytes = 2097152;
 
-TEST(LoggerFiles, OneByteBelowTheLimitIsNotTheLimit) {
+TEST(LoggerFiles, OneByteBelowTheLimitDoesNotRotate) {
     const OwnLogFolder logs("_below", "t_border");
     Logger log("t_border", 5, 2, 0);
     support::fill_log(logs, kFiveMegabytes - 1 - log_line_bytes(5));
@@ -28,7 +28,7 @@ TEST(LoggerFiles, OneByteBelowTheLimitIsNotTheLimit) {
     EXPECT_FALSE(logs.has(1));
 }
 
-TEST(LoggerFiles, TheLineThatFillsTheFileToTheLimitRotatesIt) {
+TEST(LoggerFiles, LineThatReachesTheLimitRotatesTheFile) {
     const OwnLogFolder logs("_reached", "t_border");
     Logger log("t_border", 5, 2, 0);
     support::fill_log(logs, kFiveMegabytes - log_line_bytes(5));
@@ -49,7 +49,7 @@ TEST(LoggerFiles, ClientChannelKeepsFiveFilesOfTwoMegabytes) {
     support::expect_log_settings(log, logs, kTwoMegabytes, 5);
 }
 
-TEST(LoggerFiles, GapInTheNumbersIsSteppedOver) {
+TEST(LoggerFiles, MissingNumberIsSkippedOnRotation) {
     const OwnLogFolder logs("_gap", "t_gap");
     Logger log("t_gap", 1, 5, 0);
     for (const int number : {1, 3, 4}) {
@@ -64,7 +64,7 @@ TEST(LoggerFiles, GapInTheNumbersIsSteppedOver) {
     EXPECT_FALSE(logs.has(5));
 }
 
-TEST(LoggerFiles, FolderThatIsGoneIsMadeByOpen) {
+TEST(LoggerFiles, OpenCreatesAMissingFolder) {
     const OwnLogFolder logs("_again", "t_again");
     Logger log;
     ASSERT_TRUE(logs.remove_folder());
@@ -76,14 +76,14 @@ TEST(LoggerFiles, FolderThatIsGoneIsMadeByOpen) {
 }
 
 // Neither size nor number of files is set: every line fills the file.
-TEST(LoggerFiles, WithoutSettingsTheFirstLineIsMovedToNumberOne) {
+TEST(LoggerFiles, WithoutSettingsTheFirstLineRotatesTheFile) {
     const OwnLogFolder logs("_bare", "t_bare");
     Logger log;
     log.Open("t_bare");
     log.Write("1", "INFO");
     EXPECT_EQ(file_bytes(logs.file()), 0u);
     EXPECT_EQ(file_bytes(logs.file(1)), log_line_bytes(1));
-// Only Windows moves no file to a name that is taken: the file grows on.
+// Only Windows refuses to rename a file to an existing name, so the file keeps growing.
 #ifdef _WIN32
     log.Write("22", "INFO");
     log.Write("333", "INFO");

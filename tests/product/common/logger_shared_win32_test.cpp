@@ -34,8 +34,8 @@ TEST(LoggerShared, AnotherProcessReadsAndAppends) {
               (std::vector<std::string>{"[INFO] first", "[INFO] other", "[INFO] second"}));
 }
 
-// The log's folder is a file: nothing can be opened, and nobody is told.
-TEST(LoggerShared, FolderThatCannotBeMade) {
+// The log's folder is a file: lines are lost without an error.
+TEST(LoggerShared, FolderThatCannotBeCreatedLosesTheLines) {
     const std::string ini = support::plugin_folder() + "/script/qfx_plugin.ini";
     tarvo::CreateFolder(support::plugin_folder() + "/script");
     support::write_file(ini, "[general]\r\nlowerversion=taken\r\n");
@@ -49,21 +49,21 @@ TEST(LoggerShared, FolderThatCannotBeMade) {
     std::remove((support::plugin_folder() + "/logtaken").c_str());
 }
 
-// Lines are lost and nobody is told: the plugin goes on as if they had been written.
+// Lost lines are no error: the plugin continues.
 void expect_lines_are_lost(const std::string& channel) {
     tarvo::Logger log(channel, 5, 2, 0);
     log.Write("lost", "INFO");
     log.Write("lost as well", "ERROR");
 }
 
-TEST(LoggerShared, AFolderInTheFilesPlaceLosesTheLines) {
+TEST(LoggerShared, FolderWithTheFilesNameLosesTheLines) {
     const std::string file = backslashes(support::log_file("t_folder"));
     ASSERT_TRUE(tarvo::CreateFolder(file) || tarvo::PathExists(file));
     expect_lines_are_lost("t_folder");
     EXPECT_NE(::RemoveDirectoryA(file.c_str()), FALSE);
 }
 
-TEST(LoggerShared, AFileThatAnotherProgramLocksLosesTheLines) {
+TEST(LoggerShared, FileLockedByAnotherProgramLosesTheLines) {
     const std::string file = backslashes(support::log_file("t_locked"));
     HANDLE held = ::CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
@@ -85,13 +85,13 @@ TEST(LoggerShared, AReadOnlyFileLosesTheLines) {
 }
 
 // On Windows NUL.log is the device as well.
-TEST(LoggerShared, ADeviceInTheFilesPlaceLosesTheLines) {
+TEST(LoggerShared, DeviceNameLosesTheLines) {
     expect_lines_are_lost("NUL");
     std::remove(support::log_file("NUL").c_str());
 }
 
 // The lowest version follows "log" without a separator.
-TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
+TEST(LoggerShared, LowestVersionIsAppendedToTheFolderName) {
     const std::string ini = support::plugin_folder() + "/script/qfx_plugin.ini";
     tarvo::CreateFolder(support::plugin_folder() + "/script");
     support::write_file(ini, "[general]\r\nlowerversion=2019\r\n");
@@ -105,8 +105,8 @@ TEST(LoggerShared, FolderIsNamedByTheLowestVersion) {
     std::remove(file.c_str());
 }
 
-// The key is there and has no value.
-TEST(LoggerShared, EmptyLowestVersionLeavesTheFolderLog) {
+// The key exists and has no value.
+TEST(LoggerShared, EmptyLowestVersionGivesTheFolderLog) {
     const support::OwnLogFolder logs("", "t_empty");
     {
         tarvo::Logger log("t_empty", 5, 2, 0);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Moves the file and makes a folder of its name before the logger can make a new file.
+// Moves the file and creates a folder of its name before the logger can create a new file.
 int rename_and_take_the_name(const char* from, const char* to) {
     const bool moved = ::MoveFileA(from, to) != FALSE;
     return moved && ::CreateDirectoryA(from, nullptr) != FALSE ? 0 : -1;
@@ -40,7 +40,7 @@ protected:
     const std::unique_ptr<tarvo::Logger> silent;
 };
 
-TEST_F(LoggerSilent, NothingIsWrittenOnceReopeningHasFailed) {
+TEST_F(LoggerSilent, NothingIsWrittenAfterReopeningFails) {
     ASSERT_NO_FATAL_FAILURE(fail_to_reopen());
     silent->Write("lost", "WARN");
     silent->Write("lost", "ERROR");
@@ -48,7 +48,7 @@ TEST_F(LoggerSilent, NothingIsWrittenOnceReopeningHasFailed) {
     EXPECT_EQ(support::file_bytes(logs.file(1)), support::log_line_bytes(1));
 }
 
-TEST_F(LoggerSilent, LoggerMadeLaterWrites) {
+TEST_F(LoggerSilent, LoggerCreatedLaterWrites) {
     ASSERT_NO_FATAL_FAILURE(fail_to_reopen());
     tarvo::Logger later("t_silent", 5, 2, 0);
     later.Write("22", "INFO");

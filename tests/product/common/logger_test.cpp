@@ -62,7 +62,7 @@ TEST(Logger, CompactStampHasNoHyphens) {
     EXPECT_TRUE(std::regex_match(first_line(support::log_file("t_compact")), form));
 }
 
-TEST(Logger, LineIsThereAtOnceAndOthersMayAppend) {
+TEST(Logger, LineIsWrittenImmediatelyAndOtherProgramsMayAppend) {
     remove_logs("t_shared");
     Logger log("t_shared", 5, 2, 0);
     log.Write("first", "INFO");
@@ -91,7 +91,7 @@ TEST(Logger, RotatesOnTheLineThatReachesTheLimit) {
     EXPECT_EQ(support::log_lines("t_limit"), (std::vector<std::string>{"[INFO] in the new file"}));
 }
 
-TEST(Logger, KeepsAsManyFilesAsAsked) {
+TEST(Logger, KeepsTheConfiguredNumberOfFiles) {
     remove_logs("t_keep");
     Logger log("t_keep", 1, 3, 0);
     for (int round = 0; round < 5; ++round) {
@@ -102,9 +102,9 @@ TEST(Logger, KeepsAsManyFilesAsAsked) {
     EXPECT_EQ(support::read_file(numbered("t_keep", 3)), "");
 }
 
-// The move fails because the name is taken, and the file grows on. Only Windows refuses such a rename.
+// Only Windows refuses to rename a file to an existing name, so the file keeps growing.
 #ifdef _WIN32
-TEST(Logger, OneFileGrowsOnOnceNumberOneIsTaken) {
+TEST(Logger, WithOneFileTheCurrentFileGrowsAfterTheFirstRotation) {
     remove_logs("t_one");
     Logger log("t_one", 1, 1, 0);
     const std::string big(1024 * 1024, 'a');
@@ -116,7 +116,7 @@ TEST(Logger, OneFileGrowsOnOnceNumberOneIsTaken) {
 }
 #endif
 
-TEST(Logger, WithoutAFileItWritesNothingAndFailsNobody) {
+TEST(Logger, WritingWithoutAFileIsIgnored) {
     Logger unopened;
     unopened.Write("lost", "INFO");
     Logger log("no such folder/t_none", 1, 2, 0);
@@ -125,7 +125,7 @@ TEST(Logger, WithoutAFileItWritesNothingAndFailsNobody) {
 }
 
 #ifndef _WIN32
-TEST(Logger, AFullDiskLosesTheLinesAndFailsNobody) {
+TEST(Logger, FullDiskLosesTheLinesWithoutAnError) {
     const std::string file = support::log_file("t_full");
     std::remove(file.c_str());
     ASSERT_EQ(::symlink("/dev/full", file.c_str()), 0);
@@ -136,7 +136,7 @@ TEST(Logger, AFullDiskLosesTheLinesAndFailsNobody) {
     std::remove(file.c_str());
 }
 
-TEST(Logger, ALineThatCouldNotBeWrittenDoesNotSilenceTheOnesAfterIt) {
+TEST(Logger, LinesAfterAFailedWriteAreWritten) {
     remove_logs("t_glitch");
     Logger log("t_glitch", 5, 2, 0);
     log.Write("before", "INFO");
@@ -155,7 +155,7 @@ TEST(Logger, ALineThatCouldNotBeWrittenDoesNotSilenceTheOnesAfterIt) {
 }
 #endif
 
-TEST(Logger, MessageWithALineFeedIsWrittenAsItStands) {
+TEST(Logger, LineFeedInAMessageIsWrittenUnchanged) {
     remove_logs("t_feed");
     Logger log("t_feed", 5, 2, 0);
     log.Write("one\ntwo", "INFO");
@@ -165,7 +165,7 @@ TEST(Logger, MessageWithALineFeedIsWrittenAsItStands) {
     EXPECT_EQ(lines[1], "two");
 }
 
-TEST(Logger, NamesLongerThanAHundredBytesAreNeitherCutNorHarmful) {
+TEST(Logger, NamesLongerThanAHundredBytesAreNotCut) {
     const std::string channel = "t_" + std::string(120, 'n');
     remove_logs(channel);
     Logger log(channel, 1, 2, 0);

@@ -13,13 +13,13 @@ TEST(DecimalInt, ReadsLeadingDigits) {
     EXPECT_EQ(DecimalInt("8080abc"), 8080);
 }
 
-TEST(DecimalInt, WhatIsNoNumberIsZero) {
+TEST(DecimalInt, TextWithoutANumberIsZero) {
     EXPECT_EQ(DecimalInt(""), 0);
     EXPECT_EQ(DecimalInt("abc"), 0);
     EXPECT_EQ(DecimalInt("+"), 0);
 }
 
-TEST(DecimalInt, OutOfRangeStopsAtTheLimit) {
+TEST(DecimalInt, OutOfRangeIsClampedToTheLimit) {
     EXPECT_EQ(DecimalInt("99999999999999999999"), 2147483647);
     EXPECT_EQ(DecimalInt("-99999999999999999999"), -2147483647 - 1);
     EXPECT_EQ(DecimalInt("2147483648"), 2147483647);

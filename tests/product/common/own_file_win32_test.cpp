@@ -1,4 +1,4 @@
-// What the system is asked about a path, and what is made of its answers.
+// Which paths are passed to the system, and how its results are used.
 
 #include "common/platform.h"
 #include "common/text.h"
@@ -28,7 +28,7 @@ DWORD WINAPI longer_full_path(LPCWSTR, DWORD length, LPWSTR, LPWSTR*) {
     return length;
 }
 
-// The path under which the system is asked for this one.
+// The path that GetFileAttributesW receives for `path`.
 std::wstring asked_for(const std::wstring& path) {
     const PatchedImport patch("kernel32.dll", "GetFileAttributesW",
                               reinterpret_cast<void*>(&note_attributes));
@@ -40,28 +40,28 @@ std::wstring asked_for(const std::wstring& path) {
 
 const std::wstring kFolders(250, L'f');
 
-TEST(OwnFilePath, IsAskedForAsItStandsUpTo259Characters) {
+TEST(OwnFilePath, UpTo259CharactersIsPassedUnchanged) {
     const std::wstring longest = L"C:\\" + std::wstring(256, L'f');
     ASSERT_EQ(longest.size(), 259u);
     EXPECT_EQ(asked_for(longest), longest);
     EXPECT_EQ(asked_for(longest + L"f"), L"\\\\?\\" + longest + L"f");
 }
 
-TEST(OwnFilePath, TakesBackslashesWhenItIsLong) {
+TEST(OwnFilePath, LongPathGetsBackslashes) {
     EXPECT_EQ(asked_for(L"C:\\a/b/" + kFolders + L"/c.7z"), L"\\\\?\\C:\\a\\b\\" + kFolders + L"\\c.7z");
 }
 
-TEST(OwnFilePath, OnAServerHasAFormOfItsOwnWhenItIsLong) {
+TEST(OwnFilePath, LongServerPathGetsTheUncPrefix) {
     EXPECT_EQ(asked_for(L"\\\\server\\share\\" + kFolders + L"\\c.7z"),
               L"\\\\?\\UNC\\server\\share\\" + kFolders + L"\\c.7z");
 }
 
-TEST(OwnFilePath, InTheUnlimitedFormStays) {
+TEST(OwnFilePath, ExtendedLengthPathIsPassedUnchanged) {
     const std::wstring path = L"\\\\?\\C:\\a/" + kFolders + L"/c.7z";
     EXPECT_EQ(asked_for(path), path);
 }
 
-TEST(OwnFilePath, StaysWhenTheSystemGivesNoWholeOne) {
+TEST(OwnFilePath, FailedGetFullPathNameLeavesThePathUnchanged) {
     const std::wstring path = L"C:\\a\\" + kFolders + L"\\c.7z";
     for (auto* answer : {&no_full_path, &longer_full_path}) {
         const PatchedImport patch("kernel32.dll", "GetFullPathNameW", reinterpret_cast<void*>(answer));
@@ -78,7 +78,7 @@ BOOL WINAPI large_index(HANDLE, LPBY_HANDLE_FILE_INFORMATION information) {
     return TRUE;
 }
 
-TEST(OwnFileIdentity, HoldsTheVolumeAndAllOfTheNumber) {
+TEST(OwnFileIdentity, HoldsTheVolumeAndThe64BitFileIndex) {
     const PatchedImport patch("kernel32.dll", "GetFileInformationByHandle",
                               reinterpret_cast<void*>(&large_index));
     ASSERT_TRUE(patch.installed());
@@ -88,13 +88,13 @@ TEST(OwnFileIdentity, HoldsTheVolumeAndAllOfTheNumber) {
     EXPECT_EQ(identity.index, 0x123456789ABCDEF0u);
 }
 
-TEST(Platform, PluginFilesLieInTheMachinesFolder) {
+TEST(Platform, CommonAppDataFolderIsProgramData) {
     wchar_t folder[MAX_PATH] = {};
     ASSERT_NE(::GetEnvironmentVariableW(L"ProgramData", folder, MAX_PATH), 0u);
     EXPECT_EQ(tarvo::CommonAppDataFolder(), folder);
 }
 
-TEST(Platform, FolderIsMadeOnce) {
+TEST(Platform, CreateFolderReturnsFalseWhenTheFolderExists) {
     wchar_t temporary[MAX_PATH] = {};
     ASSERT_NE(::GetTempPathW(MAX_PATH, temporary), 0u);
     const std::wstring wide = std::wstring(temporary) + L"tarvo made once";
@@ -118,7 +118,7 @@ BOOL WINAPI note_code_page(UINT, LPCPINFO information) {
     return g_page.known;
 }
 
-TEST(Platform, ConsoleIsOfDoubleBytesOnlyWhenTheSystemSaysTwo) {
+TEST(Platform, ConsoleIsDoubleByteOnlyWhenGetCPInfoReportsTwoBytes) {
     const PatchedImport patch("kernel32.dll", "GetCPInfo", reinterpret_cast<void*>(&note_code_page));
     ASSERT_TRUE(patch.installed());
     const struct {

@@ -1,4 +1,4 @@
-// The conversions over everything that a text can hold, and on bytes that are no text.
+// The conversions of every possible character, and of invalid bytes.
 #include "common/text.h"
 
 #include <gtest/gtest.h>
@@ -29,21 +29,21 @@ void expect_unchanged(const std::wstring& text, std::size_t utf8_bytes) {
     EXPECT_TRUE(Utf8ToWide(utf8) == text) << text.size() << " units";
 }
 
-TEST(TextLimits, EveryUnitOutsideThePairsComesBackUnchanged) {
+TEST(TextLimits, EveryUnitExceptSurrogatesConvertsBackUnchanged) {
     expect_unchanged(single_units(0x0001, 0x007F), 0x7F);
     expect_unchanged(single_units(0x0080, 0x07FF), 0x780 * 2);
     expect_unchanged(single_units(0x0800, 0xFFFF), (0xF800 - 0x800) * 3);
     expect_unchanged(single_units(0x0001, 0xFFFF), 0x7F + 0x780 * 2 + (0xF800 - 0x800) * 3);
 }
 
-TEST(TextLimits, FirstAndLastPairComeBackUnchanged) {
+TEST(TextLimits, FirstAndLastSurrogatePairConvertBackUnchanged) {
     EXPECT_EQ(WideToUtf8(kFirstPair), "\xF0\x90\x80\x80");
     EXPECT_EQ(WideToUtf8(kLastPair), "\xF4\x8F\xBF\xBF");
     expect_unchanged(kFirstPair + kLastPair, 8);
 }
 
 // Runs of one to nine characters of each kind, next to runs of every other kind.
-TEST(TextLimits, AsciiAndOthersInTurnComeBackUnchanged) {
+TEST(TextLimits, MixedCharacterWidthsConvertBackUnchanged) {
     const std::wstring kinds[] = {L"a", L"\x0416", L"\x6E32", kFirstPair, kLastPair};
     const std::size_t bytes[] = {1, 2, 3, 4, 4};
     for (std::size_t length = 1; length < 10; ++length) {
@@ -61,15 +61,15 @@ TEST(TextLimits, AsciiAndOthersInTurnComeBackUnchanged) {
     }
 }
 
-// The C runtime of Windows refuses the whole text and leaves the buffer without one character; iconv, in the
-// native build, has by then written what stands before the fault.
+// The C runtime of Windows refuses the whole text and leaves the buffer empty; iconv, in the native build,
+// has already written the text before the invalid byte.
 #ifdef _WIN32
 const wchar_t* const kBeforeTheFault = L"";
 #else
 const wchar_t* const kBeforeTheFault = L"ab";
 #endif
 
-TEST(TextLimits, BytesThatAreNoTextInCodePage936) {
+TEST(TextLimits, InvalidBytesInCodePage936AreNotConverted) {
     const char* const at_the_end = "ab\xE4";
     const char* const before_a_blank = "ab\xE4 cd";
     const char* const before_a_digit = "ab\x81\x30";

@@ -59,7 +59,7 @@ TEST(Text, LocaleBothWaysInCodePage936) {
     }
 }
 
-TEST(Text, LocaleTextEndsBeforeWhatTheCodePageLacks) {
+TEST(Text, LocaleTextEndsBeforeACharacterMissingFromTheCodePage) {
     EXPECT_EQ(WideToLocale(L"ab" + kEmoji + L"cd"), "ab");
     EXPECT_EQ(WideToLocale(kEmoji), "");
 }
@@ -83,7 +83,7 @@ TEST(Text, UnpairedSurrogateBecomesTheReplacementCharacter) {
 }
 
 #ifdef _WIN32
-TEST(Text, LocaleToWideLeavesTheProcessUnderC) {
+TEST(Text, LocaleToWideSetsTheLocaleToC) {
     ASSERT_NE(std::setlocale(LC_ALL, "chs"), nullptr);
     EXPECT_EQ(LocaleToWide(""), L"");
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
@@ -106,7 +106,7 @@ TEST(Text, RemoveChars) {
     EXPECT_EQ(RemoveChars(L"c|a*b", tarvo::kForbiddenNameCharacters), L"cab");
 }
 
-TEST(Text, TrimSpacesTakesBlanksOnly) {
+TEST(Text, TrimSpacesRemovesOnlyBlanks) {
     EXPECT_EQ(TrimSpaces(L"  cam 01  "), L"cam 01");
     EXPECT_EQ(TrimSpaces(L"   "), L"");
     EXPECT_EQ(TrimSpaces(L""), L"");
@@ -120,7 +120,7 @@ TEST(Text, ContainsAnyOf) {
     EXPECT_EQ(ContainsAnyOf(L"", tarvo::kForbiddenNameCharacters), 0);
 }
 
-TEST(Text, HalfOfASurrogatePairIsFound) {
+TEST(Text, LoneSurrogateIsFound) {
     const wchar_t high = static_cast<wchar_t>(0xD83D);
     const wchar_t low = static_cast<wchar_t>(0xDE00);
     const std::wstring pair = {high, low};
@@ -133,7 +133,7 @@ TEST(Text, HalfOfASurrogatePairIsFound) {
     }
 }
 
-TEST(Text, EverySurrogateIsKnownAndNoNeighbourTakenForOne) {
+TEST(Text, OnlyUnitsInTheSurrogateRangeAreSurrogates) {
     const auto unit = [](unsigned value) { return std::wstring(1, static_cast<wchar_t>(value)); };
     for (const unsigned high : {0xD800u, 0xDBFFu}) {
         EXPECT_TRUE(tarvo::HasLoneSurrogate(unit(high)));
@@ -155,8 +155,8 @@ TEST(Text, EverySurrogateIsKnownAndNoNeighbourTakenForOne) {
 }
 
 #ifdef _WIN32
-// Best fit would make quotation marks, a backslash, slashes, an asterisk and a colon of these.
-TEST(Text, NothingIsBestFitted) {
+// Best fit would turn these into quotation marks, a backslash, slashes, an asterisk and a colon.
+TEST(Text, Utf8ToAnsiDoesNotBestFit) {
     const std::string ansi = tarvo::Utf8ToAnsi("\xEF\xBC\x82\xCA\xBA\xEF\xBC\xBC\xEF\xBC\x8F\xE2\x81\x84"
                                                "\xEF\xBC\x8A\xEF\xBC\x9A\xC4\x81\xE2\x88\x95");
     EXPECT_EQ(ansi.find_first_of("\"\\/*:a"), std::string::npos) << ansi;

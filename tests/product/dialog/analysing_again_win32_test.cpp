@@ -1,5 +1,5 @@
 // Analysing again on the open dialog: the new analysis replaces everything that the opening has shown, and
-// what can stop the opening can close the dialog.
+// every check that can refuse the opening can close the dialog.
 #include "tests/support/main_dialog_fixture.h"
 
 namespace {
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(AnalysingAgain, NoBlocksAreChosenAgain) {
+TEST_F(AnalysingAgain, BlockCountIsResetToOne) {
     for (const int chosen : {IDC_MAIN_BLOCKS_10, IDC_MAIN_BLOCKS_64}) {
         click(chosen);
         ASSERT_TRUE(is_pressed(chosen));
@@ -66,7 +66,7 @@ TEST_F(AnalysingAgain, TheLastButtonOfTheBlockGroupIsReleasedToo) {
     EXPECT_TRUE(is_pressed(IDC_MAIN_BLOCKS_1));
 }
 
-TEST_F(AnalysingAgain, TheSceneNameIsTheNewOne) {
+TEST_F(AnalysingAgain, SceneNameComesFromTheNewAnalysis) {
     Analysis analysis;
     analysis.name = L"D:/jobs/second.max";
     EXPECT_EQ(analyse(analysis), 1);
@@ -80,7 +80,7 @@ TEST_F(AnalysingAgain, ATypedSceneNameIsReplaced) {
     EXPECT_EQ(field(dialog, IDC_MAIN_SCENE_NAME), L"shot");
 }
 
-TEST_F(AnalysingAgain, TheNoticesAreTheNewOnes) {
+TEST_F(AnalysingAgain, NoticesComeFromTheNewAnalysis) {
     ASSERT_EQ(notices().size(), 2u);
     Analysis analysis;
     analysis.missing_file = L"C:/maps/steel.png";
@@ -89,12 +89,12 @@ TEST_F(AnalysingAgain, TheNoticesAreTheNewOnes) {
                                                     Text(IDS_NOTICE_MISSING_FILE) + L"C:/maps/steel.png"}));
 }
 
-TEST_F(AnalysingAgain, NoNoticesEmptyTheList) {
+TEST_F(AnalysingAgain, AnalysisWithoutNoticesEmptiesTheList) {
     EXPECT_EQ(analyse(Analysis()), 1);
     EXPECT_TRUE(notices().empty());
 }
 
-TEST_F(AnalysingAgain, TheGammaIsTheNewOne) {
+TEST_F(AnalysingAgain, GammaComesFromTheNewAnalysis) {
     Analysis analysis;
     analysis.gamma = L"1.0";
     EXPECT_EQ(analyse(analysis), 1);
@@ -124,7 +124,7 @@ TEST_F(AnalysingAgain, TheTableShowsTheNewCamerasUnticked) {
     EXPECT_EQ(ticks(list), "--");
 }
 
-TEST_F(AnalysingAgain, WithoutNewCamerasTheOldOnesStayWithTheirTicks) {
+TEST_F(AnalysingAgain, AnalysisWithoutCamerasKeepsTheRowsAndTheirTicks) {
     click(IDC_MAIN_SELECT_ALL);
     Analysis analysis;
     analysis.cameras.clear();
@@ -136,7 +136,7 @@ TEST_F(AnalysingAgain, WithoutNewCamerasTheOldOnesStayWithTheirTicks) {
     EXPECT_EQ(ticks(list), "xxx");
 }
 
-TEST_F(AnalysingAgain, OptionsThatTheAnalysisDoesNotSetStay) {
+TEST_F(AnalysingAgain, OptionsOutsideTheAnalysisAreKept) {
     type(dialog, IDC_MAIN_AO_RADIUS, L"12.5");
     type(dialog, IDC_MAIN_AO_SUBDIVS, L"24");
     const int boxes_to_tick[] = {IDC_MAIN_VIRUS_CHECK, IDC_MAIN_COLOR_CHANNEL, IDC_MAIN_AO_CHANNEL};
@@ -158,14 +158,14 @@ TEST_F(AnalysingAgain, ARemovedClientEndsTheDialog) {
     EXPECT_EQ(test_host().scripts.size(), 1u);
 }
 
-TEST_F(AnalysingAgain, AClientThatNowWantsANewerVersionEndsTheDialog) {
+TEST_F(AnalysingAgain, ClientThatRequiresANewerVersionEndsTheDialog) {
     write_ini("lowerversion=1.3.6\r\n");
     EXPECT_EQ(analyse(), -1);
     expect_ended_with(IDS_VERSION_TOO_LOW);
     EXPECT_EQ(test_host().scripts.size(), 1u);
 }
 
-TEST_F(AnalysingAgain, ASceneOpenedMeanwhileWithAnUnusableNameEndsTheDialog) {
+TEST_F(AnalysingAgain, NewSceneWithAnUnusableNameEndsTheDialog) {
     test_host().file_name = L"shot..max";
     EXPECT_EQ(analyse(), -1);
     expect_ended_with(IDS_SCENE_NAME_UNUSABLE);
@@ -217,7 +217,7 @@ TEST_F(AnalysingAgain, ACameraNameWithABadEndingEndsTheDialog) {
     expect_ended_with(IDS_CAMERA_NAME_ENDING);
 }
 
-TEST_F(AnalysingAgain, AnEndedDialogKeepsWhatItShowed) {
+TEST_F(AnalysingAgain, RefusedAnalysisLeavesTheFieldsUnchanged) {
     click(IDC_MAIN_BLOCKS_10);
     Analysis analysis;
     analysis.name = L"D:/jobs/second.max";

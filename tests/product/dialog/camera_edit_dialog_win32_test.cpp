@@ -39,7 +39,7 @@ TEST_F(CameraEdit, TheRatioStartsLocked) {
     EXPECT_EQ(spinner().edit, ::GetDlgItem(dialog, IDC_EDIT_RATIO));
 }
 
-TEST_F(CameraEdit, ACameraOfHeightZeroGetsNoRatio) {
+TEST_F(CameraEdit, HeightZeroCreatesNoRatioSpinner) {
     scene.cameras()[L"Cam"].image_height = 0;
     open();
     EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"0");
@@ -62,7 +62,7 @@ TEST_F(CameraEdit, OffersThirteenFormatsInTheirOrder) {
     EXPECT_EQ(combo_choice(IDC_EDIT_SPHERICAL), 0);
 }
 
-TEST_F(CameraEdit, AnUnknownFormatIsShownAsTheFirst) {
+TEST_F(CameraEdit, UnknownFormatSelectsTheFirstEntry) {
     scene.cameras()[L"Cam"].image_format = L"PN";
     open();
     EXPECT_EQ(combo_choice(IDC_EDIT_FORMAT), 0);
@@ -118,7 +118,7 @@ TEST_F(CameraEdit, ForbiddenCharactersAreRemovedAtOnce) {
                                       "[INFO] Remove invalid characters successfully."}));
 }
 
-TEST_F(CameraEdit, AHarmlessNameIsLeftAlone) {
+TEST_F(CameraEdit, ValidNameIsNotChanged) {
     open();
     type(dialog, IDC_EDIT_NAME, L" my. name ");
     EXPECT_EQ(field(dialog, IDC_EDIT_NAME), L" my. name ");
@@ -126,7 +126,7 @@ TEST_F(CameraEdit, AHarmlessNameIsLeftAlone) {
     EXPECT_EQ(new_log_lines(), Lines());
 }
 
-TEST_F(CameraEdit, OnlyAChangeOfTheNameIsLookedAt) {
+TEST_F(CameraEdit, NameIsCheckedOnlyOnEnChange) {
     open();
     ::SendDlgItemMessageW(dialog, IDC_EDIT_NAME, EM_LIMITTEXT, 0, 0);
     ui.CheckCameraNameField(dialog, IDC_EDIT_NAME, L"R"); // "Render"
@@ -179,8 +179,8 @@ TEST_F(CameraEdit, ConfirmingTextsThatAreNoNumbersGivesZero) {
     EXPECT_EQ(scene.cameras()[L"Cam"].start_frame, 0);
 }
 
-// Width, height, format and name come before the frame is looked at.
-TEST_F(CameraEdit, ANegativeStartFrameLetsTheFirstCameraTakeSizeFormatAndName) {
+// Width, height, format and name are written before the frame is checked.
+TEST_F(CameraEdit, NegativeStartFrameStillWritesSizeFormatAndNameOfTheFirstCamera) {
     scene.cameras()[L"Other"] = scene.cameras()[L"Cam"];
     pick(L"Other");
     open();
@@ -203,7 +203,7 @@ TEST_F(CameraEdit, ANegativeStartFrameLetsTheFirstCameraTakeSizeFormatAndName) {
     EXPECT_EQ(second.img_output_name, L"Render");
 }
 
-TEST_F(CameraEdit, ANegativeStartFrameStopsInTheMiddleAndClosesYet) {
+TEST_F(CameraEdit, NegativeStartFrameStopsTheUpdateAndClosesTheDialog) {
     scene.cameras()[L"Other"].image_width = 9;
     pick(L"Other");
     open();
@@ -250,7 +250,7 @@ TEST_F(CameraEdit, ANameOfBlanksKeepsTheDialogOpen) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
-TEST_F(CameraEdit, AnEmptyNameLeavesTheProcedureAsAnOutOfRangeError) {
+TEST_F(CameraEdit, EmptyNameThrowsOutOfRangeFromTheProcedure) {
     open();
     type(dialog, IDC_EDIT_NAME, L"");
     try {
@@ -263,7 +263,7 @@ TEST_F(CameraEdit, AnEmptyNameLeavesTheProcedureAsAnOutOfRangeError) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
-TEST_F(CameraEdit, NoOtherErrorLeavesTheProcedure) {
+TEST_F(CameraEdit, OtherExceptionsAreCaughtAndLogged) {
     open();
     boxes.on_show = [](const TestBox&) { throw std::out_of_range("another one"); };
     EXPECT_EQ(CameraEditDialogProc(dialog, WM_COMMAND, MAKEWPARAM(IDC_EDIT_NAME, EN_CHANGE), 0), 1);
@@ -274,7 +274,7 @@ TEST_F(CameraEdit, NoOtherErrorLeavesTheProcedure) {
     EXPECT_EQ(lines.back(), "[ERROR] An exception was stopped in CameraEditDialogProc: another one");
 }
 
-TEST_F(CameraEdit, TellsWhatItHandles) {
+TEST_F(CameraEdit, ReturnsOneForHandledMessagesAndZeroForOthers) {
     open();
     EXPECT_EQ(CameraEditDialogProc(dialog, WM_DESTROY, 0, 0), 1);
     EXPECT_EQ(CameraEditDialogProc(dialog, WM_MOUSEMOVE, 0, 0), 0);
@@ -289,7 +289,7 @@ TEST_F(CameraEdit, TellsWhatItHandles) {
     EXPECT_EQ(refills(), 0);
 }
 
-TEST_F(CameraEdit, IsModalAndTellsWhetherItWasConfirmed) {
+TEST_F(CameraEdit, IsModalAndReturnsWhetherItWasConfirmed) {
     {
         const ModalDriver driver(IDC_EDIT_CONFIRM, [](HWND) {});
         EXPECT_EQ(tarvo::OpenCameraEditDialog(nullptr, 0), 0);

@@ -35,7 +35,7 @@ TEST_F(CameraEditSizes, UnlockedTheSizesMoveTheRatio) {
     EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"1000");
 }
 
-TEST_F(CameraEditSizes, UnlockedAHeightThatDoesNotDivideStaysAsTyped) {
+TEST_F(CameraEditSizes, UnlockedATypedHeightIsNotRecomputed) {
     open();
     click_lock();
     for (const wchar_t* height : {L"7", L"11", L"1079", L"32768"}) {
@@ -61,7 +61,7 @@ TEST_F(CameraEditSizes, LockedTheRatioMovesNothing) {
     EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"1000");
 }
 
-TEST_F(CameraEditSizes, TheLockIsWhatTheSpinnerSays) {
+TEST_F(CameraEditSizes, SpinnerStateDecidesTheLock) {
     open();
     click_lock();
     EXPECT_TRUE(spinner().enabled);
@@ -74,7 +74,7 @@ TEST_F(CameraEditSizes, TheLockIsWhatTheSpinnerSays) {
     EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"200");
 }
 
-TEST_F(CameraEditSizes, SizesBeyondTheLargestBecomeTheLargest) {
+TEST_F(CameraEditSizes, OutOfRangeSizesBecomeTheLargestSize) {
     open();
     click_lock();
     for (const int id : {IDC_EDIT_WIDTH, IDC_EDIT_HEIGHT}) {
@@ -103,7 +103,7 @@ TEST_F(CameraEditSizes, LockedAHeightThatWouldNeedALargerWidthCutsTheWidth) {
     EXPECT_EQ(field(dialog, IDC_EDIT_HEIGHT), L"32768");
 }
 
-TEST_F(CameraEditSizes, WhileTheDialogItselfWritesASizeTheOtherOneStays) {
+TEST_F(CameraEditSizes, SizeWrittenByTheDialogDoesNotMoveTheOtherSize) {
     open();
     ui.sizeSyncBusy = true;
     type(dialog, IDC_EDIT_WIDTH, L"60");
@@ -112,7 +112,7 @@ TEST_F(CameraEditSizes, WhileTheDialogItselfWritesASizeTheOtherOneStays) {
     EXPECT_EQ(field(dialog, IDC_EDIT_WIDTH), L"60");
 }
 
-TEST_F(CameraEditSizes, AnyNotificationOfASizeFieldCounts) {
+TEST_F(CameraEditSizes, AnyNotificationOfASizeFieldRecomputesTheSizes) {
     const auto type_unnoticed = [this](int id, const wchar_t* text) {
         ui.sizeSyncBusy = true;
         type(dialog, id, text);

@@ -8,7 +8,7 @@ using tarvo::CameraMap;
 using tarvo::CameraRecord;
 using tarvo::Text;
 
-// What the list was told, in short: redraw off "(" and on ")", all rows deleted "x", a row "+", its state
+// Messages to the list, in short: redraw off "(" and on ")", all rows deleted "x", a row "+", its state
 // "s", one of its further cells by the column's number.
 std::string g_told;
 
@@ -78,7 +78,7 @@ protected:
     CameraMap cameras = {{L"One", CameraRecord()}, {L"Three", CameraRecord()}, {L"Two", CameraRecord()}};
 };
 
-TEST_F(CameraTableRecords, AColumnCarriesItsPlaceInTheOrderThatItsMaskLeavesOut) {
+TEST_F(CameraTableRecords, ColumnSetsOrderWithoutMaskBit) {
     constexpr UINT kFormatWidthTextSubItem = 15;
     constexpr int kCentred = 2;
     const struct {
@@ -103,12 +103,12 @@ TEST_F(CameraTableRecords, TheSphericalCellOfARowIsWrittenLast) {
     EXPECT_EQ(g_told, "(+123564+123564+123564)");
 }
 
-TEST_F(CameraTableRecords, TheUpdateSetsTheBoxOfARowBeforeItsOtherCells) {
+TEST_F(CameraTableRecords, UpdateSetsTheCheckBoxOfARowBeforeItsOtherCells) {
     ui.UpdateCameraTable(list, cameras);
     EXPECT_EQ(g_told, "(x+s123564+s123564+s123564)");
 }
 
-TEST_F(CameraTableRecords, ACellIsWrittenAsTextOnlyInItsRowAndColumn) {
+TEST_F(CameraTableRecords, CellSetsOnlyTextRowAndColumn) {
     constexpr UINT kTextOnly = 1;
     constexpr int kColumns[] = {0, 1, 2, 3, 5, 6, 4};
     cameras = {{L"One", CameraRecord()}, {L"Two", CameraRecord()}};
@@ -127,7 +127,7 @@ TEST_F(CameraTableRecords, ACellIsWrittenAsTextOnlyInItsRowAndColumn) {
     EXPECT_EQ(g_cells[8].text, L"1920");
 }
 
-TEST_F(CameraTableRecords, TheUpdateSetsNoMoreThanTheStateImageOfEachRow) {
+TEST_F(CameraTableRecords, UpdateSetsOnlyTheStateImageOfEachRow) {
     cameras[L"Three"].checked = true;
     ui.UpdateCameraTable(list, cameras);
     const UINT expected[] = {0x1000, 0x2000, 0x1000};
@@ -139,7 +139,7 @@ TEST_F(CameraTableRecords, TheUpdateSetsNoMoreThanTheStateImageOfEachRow) {
     }
 }
 
-TEST_F(CameraTableRecords, TheListDoesNotDrawWhileItIsFilledAndDrawsAfterwards) {
+TEST_F(CameraTableRecords, ListIsRedrawnOnlyAfterItIsFilled) {
     ui.UpdateCameraTable(list, CameraMap());
     EXPECT_EQ(g_told, "");
     ui.UpdateCameraTable(list, {{L"Only", CameraRecord()}});

@@ -86,7 +86,7 @@ TEST_F(CameraTable, ARowShowsTheRecord) {
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] Create camera table successfully."}));
 }
 
-TEST_F(CameraTable, ATableThatTakesNoRowIsLogged) {
+TEST_F(CameraTable, RowsThatCannotBeAddedAreLogged) {
     ui.CreateCameraTable(::GetDlgItem(dialog, IDC_MAIN_GAMMA), cameras);
     EXPECT_EQ(new_log_lines(), Lines({"[ERROR] The camera table is not whole: rows with empty cells: 3",
                                       "[INFO] Create camera table successfully."}));
@@ -105,7 +105,7 @@ TEST_F(CameraTable, TheUpdateWritesTheSameCells) {
     EXPECT_EQ(new_log_lines(), Lines({kUpdated}));
 }
 
-TEST_F(CameraTable, RowsComeInTheOrderOfCodeUnits) {
+TEST_F(CameraTable, RowsAreSortedByCodeUnits) {
     add_columns();
     cameras = {{L"cam", CameraRecord()},
                {L"Cam", CameraRecord()},
@@ -125,7 +125,7 @@ TEST_F(CameraTable, TheFirstBuildTicksNothing) {
     EXPECT_EQ(ticks(list), "---");
 }
 
-TEST_F(CameraTable, TheUpdateTicksWhatIsChecked) {
+TEST_F(CameraTable, UpdateTicksTheCheckedCameras) {
     add_columns();
     ui.CreateCameraTable(list, cameras);
     cameras[L"Two"].checked = true;
@@ -141,7 +141,7 @@ TEST_F(CameraTable, TheUpdateReplacesTheRows) {
     EXPECT_EQ(cell(list, 0, 0), L"Only");
 }
 
-TEST_F(CameraTable, WithoutCamerasThereIsOneWarningAndTheRowsStay) {
+TEST_F(CameraTable, WithoutCamerasOneWarningIsLoggedAndTheRowsAreKept) {
     add_columns();
     ui.CreateCameraTable(list, cameras);
     new_log_lines();
@@ -152,7 +152,7 @@ TEST_F(CameraTable, WithoutCamerasThereIsOneWarningAndTheRowsStay) {
     EXPECT_EQ(row_count(list), 3);
 }
 
-TEST_F(CameraTable, WithoutAListThereIsOneWarning) {
+TEST_F(CameraTable, WithoutAListOneWarningIsLogged) {
     EXPECT_FALSE(ui.CreateCameraTable(nullptr, cameras));
     EXPECT_FALSE(ui.UpdateCameraTable(nullptr, cameras));
     EXPECT_EQ(new_log_lines(), Lines({kNothing, kNothing}));
@@ -177,7 +177,7 @@ TEST_F(CameraTable, SelectAllWithoutCamerasOnlyWarns) {
     EXPECT_EQ(new_log_lines(), Lines({kNothing}));
 }
 
-TEST_F(CameraTable, InvertingTurnsWhatTheUserSeesAround) {
+TEST_F(CameraTable, InvertingReversesTheShownTicks) {
     add_columns();
     cameras[L"One"].checked = true; // not what the user sees
     ui.CreateCameraTable(list, cameras);
@@ -200,7 +200,7 @@ TEST_F(CameraTable, InvertingTwiceRestoresTheTicks) {
     EXPECT_EQ(cameras.size(), 3u);
 }
 
-TEST_F(CameraTable, InvertingGoesByTheRowsTextAndNotByItsPlace) {
+TEST_F(CameraTable, InvertingMatchesRowsByTextAndNotByPosition) {
     add_columns();
     CameraMap shown = {{L"1 Two", CameraRecord()}, {L"2 One", CameraRecord()}};
     ui.CreateCameraTable(list, shown);
@@ -215,7 +215,7 @@ TEST_F(CameraTable, InvertingGoesByTheRowsTextAndNotByItsPlace) {
     EXPECT_EQ(ticks(list), "x--");
 }
 
-TEST_F(CameraTable, InvertingAddsARecordForARowThatNoCameraBelongsTo) {
+TEST_F(CameraTable, InvertingAddsARecordForARowWithoutACamera) {
     add_columns();
     ui.CreateCameraTable(list, {{L"Unknown", CameraRecord()}});
     CameraMap stored = {{L"Known", CameraRecord()}};
@@ -227,7 +227,7 @@ TEST_F(CameraTable, InvertingAddsARecordForARowThatNoCameraBelongsTo) {
     EXPECT_EQ(row_count(list), 2);
 }
 
-TEST_F(CameraTable, InvertingTakesARowThatIsNotThereForAnUntickedCameraWithoutAName) {
+TEST_F(CameraTable, InvertingAddsAnUntickedCameraWithoutANameForAMissingRow) {
     add_columns();
     ui.CreateCameraTable(list, {{L"One", CameraRecord()}});
     CameraMap stored = {{L"One", CameraRecord()}, {L"Two", CameraRecord()}};
@@ -246,12 +246,12 @@ TEST_F(CameraTable, ARowsTextIsReadUpTo259Characters) {
     EXPECT_EQ(tarvo::ReadCameraRow(list, 0).state_image, 1u);
 }
 
-TEST_F(CameraTable, ARowThatIsNotThereReadsAsNothing) {
+TEST_F(CameraTable, MissingRowReadsAsEmpty) {
     EXPECT_EQ(tarvo::ReadCameraRow(list, 7).text, L"");
     EXPECT_EQ(tarvo::ReadCameraRow(list, 7).state_image, 0u);
 }
 
-TEST_F(CameraTable, ValidationCarriesTheTicksIntoTheRecords) {
+TEST_F(CameraTable, ValidationCopiesTheTicksIntoTheRecords) {
     add_columns();
     cameras[L"One"].checked = true;
     ui.CreateCameraTable(list, cameras);
@@ -264,7 +264,7 @@ TEST_F(CameraTable, ValidationCarriesTheTicksIntoTheRecords) {
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] The information of cameras to be submit is valid."}));
 }
 
-TEST_F(CameraTable, ValidationTellsWhatIsWrong) {
+TEST_F(CameraTable, ValidationReturnsTheCodeOfTheProblem) {
     add_columns();
     cameras[L"Three"].start_frame = -1;
     cameras[L"Two."] = CameraRecord();
@@ -276,7 +276,7 @@ TEST_F(CameraTable, ValidationTellsWhatIsWrong) {
     EXPECT_EQ(ui.validate_cameras(dialog, cameras), 1);
 }
 
-TEST_F(CameraTable, ValidationKeepsTheTicksBehindTheFirstBadRow) {
+TEST_F(CameraTable, ValidationKeepsTheStoredTicksAfterTheFirstBadRow) {
     add_columns();
     cameras[L"One"].start_frame = -1;
     cameras[L"Two"].checked = true;

@@ -1,4 +1,4 @@
-// What the dialogs end with.
+// The results that the dialogs pass to EndDialog.
 #include "dialog/dialogs.h"
 #include "tests/support/main_dialog_fixture.h"
 #include "tests/support/patched_import.h"
@@ -30,7 +30,7 @@ TEST_F(DialogEnd, ClosingAndCancellingGiveZero) {
     EXPECT_EQ(g_results, (std::vector<INT_PTR>{0, 0}));
 }
 
-TEST_F(DialogEnd, EveryStopOfTheOpeningGivesZero) {
+TEST_F(DialogEnd, RefusedOpeningGivesZero) {
     test_host().script_result = false;
     command(IDC_MAIN_ANALYSE);
     remove_ini();

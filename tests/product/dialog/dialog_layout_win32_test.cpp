@@ -76,7 +76,7 @@ bool LiesWithin(const TemplateItem& item, const TemplateItem& box) {
            BottomOf(item) <= box.bottom() - kMargin + 1;
 }
 
-// As one reads: below, or to the right.
+// In reading order: below, or to the right.
 bool ReadsBefore(const TemplateItem& a, const TemplateItem& b) {
     return b.y >= BottomOf(a) || b.x >= a.right();
 }
@@ -87,7 +87,7 @@ std::vector<TemplateItem> Select(const DialogTemplate& dialog, bool (*wanted)(co
     return result;
 }
 
-// The index of the group box that the item lies in; the number of boxes when it lies in none.
+// The index of the group box that the item lies in; the number of boxes when no box contains it.
 std::size_t GroupOf(const TemplateItem& item, const std::vector<TemplateItem>& boxes) {
     const auto holds = [&item](const TemplateItem& box) { return LiesWithin(item, box); };
     return static_cast<std::size_t>(std::find_if(boxes.begin(), boxes.end(), holds) - boxes.begin());
@@ -108,7 +108,7 @@ TEST_P(DialogLayoutIn, GivesEachAccessKeyOnce) {
     }
 }
 
-// Close answers to Esc; the link control has no access keys.
+// Close has Esc; the link control supports no access keys.
 TEST_P(DialogLayoutIn, GivesEveryButtonAndFieldAnAccessKey) {
     const TemplateItem* previous = nullptr;
     for (const TemplateItem& item : dialog.items) {
@@ -133,7 +133,7 @@ TEST_P(DialogLayoutIn, KeepsAMarginAroundEverything) {
 }
 
 // Group boxes keep apart from each other, and everything else is wholly inside one or wholly outside.
-TEST_P(DialogLayoutIn, LetsNothingOverlap) {
+TEST_P(DialogLayoutIn, HasNoOverlappingControls) {
     const std::vector<TemplateItem> items = Select(dialog, &IsPlaced);
     for (std::size_t i = 0; i < items.size(); ++i) {
         for (std::size_t j = i + 1; j < items.size(); ++j) {
@@ -153,7 +153,7 @@ std::vector<TemplateItem> RingFromTheTop(const DialogTemplate& dialog) {
     return items;
 }
 
-TEST_P(DialogLayoutIn, FollowsTheEyeInTabOrder) {
+TEST_P(DialogLayoutIn, TabsInReadingOrder) {
     const std::vector<TemplateItem> items = RingFromTheTop(dialog);
     std::vector<TemplateItem> boxes;
     std::copy_if(items.begin(), items.end(), std::back_inserter(boxes), &IsGroupBox);
@@ -217,7 +217,7 @@ TEST_P(DialogLayoutIn, HasRoomForItsTexts) {
 
 // SimSun, the dialog font of Chinese Windows, has cells of 6 x 12 pixels with Chinese characters two cells
 // wide, so the room is known without it: a cell is four dialog units, a line eight.
-TEST(ChineseLayoutTest, HaveRoomForTheirTextsInSimSun) {
+TEST(ChineseLayoutTest, TextsFitInSimSun) {
     for (const unsigned name : {IDD_MAIN, IDD_CAMERA_EDIT}) {
         for (const TemplateItem& item : ReadDialogTemplate(name, kChinese).items) {
             int cells = 0;
@@ -240,8 +240,8 @@ TEST(MainLayoutTest, ShowsTheWholeCameraTableAtTheUsualScale) {
     EXPECT_GE(list->width * kCellWidth / 4, kColumnsScrollBarAndEdges);
 }
 
-// A run at another scale says so in the environment, and the measuring has to follow.
-TEST(MainLayoutTest, IsMeasuredAtTheScaleThatIsWanted) {
+// A run at another scale sets TARVO_EXPECTED_SCALE; the measurements must use that scale.
+TEST(MainLayoutTest, IsMeasuredAtTheExpectedScale) {
     constexpr int kUsualDotsPerInch = 96;
     const char* wanted = std::getenv("TARVO_EXPECTED_SCALE");
     const int percent = wanted == nullptr ? 100 : std::atoi(wanted);

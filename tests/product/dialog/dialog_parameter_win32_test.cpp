@@ -1,5 +1,4 @@
-// What goes along with the camera edit dialog: the same object as with the main dialog, and no memory of an
-// earlier message.
+// The camera edit dialog gets the same parameter as the main dialog, and no dialog stores it in its window.
 #include "dialog/dialogs.h"
 #include "tests/support/main_dialog_fixture.h"
 #include "tests/support/patched_import.h"
@@ -23,7 +22,7 @@ INT_PTR WINAPI note_dialog_box(HINSTANCE, LPCWSTR name, HWND owner, DLGPROC, LPA
 
 class DialogParameter : public MainDialog {};
 
-TEST_F(DialogParameter, TheEditDialogGetsTheProcessWideObject) {
+TEST_F(DialogParameter, EditDialogReceivesTheConfigManager) {
     open();
     select(1);
     const PatchedImport patch("user32.dll", "DialogBoxParamW", reinterpret_cast<void*>(&note_dialog_box));
@@ -36,7 +35,7 @@ TEST_F(DialogParameter, TheEditDialogGetsTheProcessWideObject) {
     EXPECT_EQ(g_parameter, reinterpret_cast<LPARAM>(&tarvo::TarvoRenderingConfigMgr::instance()));
 }
 
-TEST_F(DialogParameter, NothingIsKeptInTheWindow) {
+TEST_F(DialogParameter, ParameterIsNotStoredInTheWindow) {
     let_it_open();
     dialog = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_MAIN), nullptr,
                                   tarvo::MainDialogProc, 4711);

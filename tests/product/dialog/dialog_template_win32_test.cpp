@@ -19,7 +19,7 @@
 namespace support {
 namespace {
 
-// What the dialogs' code relies on in the templates.
+// What the dialogs' code requires of the templates.
 struct ExpectedControl {
     DWORD id;
     const wchar_t* kind;
@@ -88,7 +88,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Templates, DialogTemplateIn, EveryTemplate(), NameOfTemplateCase);
 
-TEST_P(DialogTemplateIn, HasTheControlsThatTheCodeWorksWith) {
+TEST_P(DialogTemplateIn, HasTheControlsThatTheCodeUses) {
     std::set<DWORD> ids;
     for (const ExpectedControl& wanted : expected()) {
         ids.insert(wanted.id);
@@ -144,7 +144,7 @@ TEST_P(DialogTemplateIn, HasTheSameShapeInBothLanguages) {
     }
 }
 
-TEST_P(DialogTemplateIn, ComesToLife) {
+TEST_P(DialogTemplateIn, CreatesAllControls) {
     const LiveDialog live(name(), language());
     ASSERT_NE(nullptr, live.window());
     for (const ExpectedControl& control : expected()) {
@@ -194,7 +194,7 @@ TEST(MainTemplateTest, AttachesEachUpDownToTheRightEndOfItsField) {
     }
 }
 
-TEST(MainTemplateTest, WritesOnlyTheSubdivisionsByUpDown) {
+TEST(MainTemplateTest, UpDownWritesOnlyTheSubdivisions) {
     const LiveDialog live(IDD_MAIN, kEnglish);
     ASSERT_NE(nullptr, live.window());
     ::SetDlgItemTextW(live.window(), IDC_MAIN_GAMMA, L"2.2");

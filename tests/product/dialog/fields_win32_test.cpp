@@ -150,7 +150,7 @@ TEST_F(Fields, TheSceneNameIsReadWithTheExtension) {
               Lines({"[INFO] Get scene name text down, it is : \xE5\x9C\xBA\xE6\x99\xAF 1.max."}));
 }
 
-TEST_F(Fields, AnEmptySceneFieldGivesNoExtensionEither) {
+TEST_F(Fields, EmptySceneFieldGivesAnEmptyName) {
     type(dialog, IDC_MAIN_SCENE_NAME, L"");
     EXPECT_EQ(ui.GetSceneName(name), "");
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] Get scene name text down, it is : ."}));
@@ -179,13 +179,13 @@ TEST_F(Fields, WithoutWarningsTheListIsEmptied) {
     EXPECT_EQ(new_log_lines(), Lines({"[INFO] There is no warnning in this scene."}));
 }
 
-TEST_F(Fields, AListThatTakesNoNoticeIsLogged) {
+TEST_F(Fields, NoticesThatCannotBeAddedAreLogged) {
     ui.ShowWarnings(::GetDlgItem(dialog, IDC_MAIN_GAMMA), {L"lost"});
     EXPECT_EQ(new_log_lines(), Lines({"[ERROR] The list of notices is not whole.",
                                       "[INFO] Get warnning infomation of current scene successfully."}));
 }
 
-TEST_F(Fields, AControlOrATextThatIsMissingIsLogged) {
+TEST_F(Fields, MissingControlOrTextIsLogged) {
     constexpr int none = 4711;
     EXPECT_EQ(tarvo::DialogItem(dialog, none), nullptr);
     EXPECT_EQ(tarvo::Text(none), L"");

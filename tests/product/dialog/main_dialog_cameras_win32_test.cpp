@@ -8,7 +8,7 @@ using Names = std::vector<std::wstring>;
 
 class MainDialogCameras : public MainDialog {};
 
-TEST_F(MainDialogCameras, EditWithoutASelectedRowOnlyKeepsTheTicks) {
+TEST_F(MainDialogCameras, EditWithoutASelectedRowOnlyStoresTheTicks) {
     open();
     std::wstring stale = L"from before";
     ui.add_selected_camera(stale);
@@ -56,7 +56,7 @@ TEST_F(MainDialogCameras, EverySelectedRowIsPickedAndASecondSelectionReplacesThe
     EXPECT_EQ(ui.selected_cameras(), Names({L"Cam B"}));
 }
 
-// There are as many searches as cameras; behind the last selected row the next one begins at the top again.
+// There are as many searches as cameras; after the last selected row the search starts at the top again.
 TEST_F(MainDialogCameras, ASingleSelectedRowOfThreeIsPickedTwice) {
     open();
     select(0);
@@ -82,7 +82,7 @@ TEST_F(MainDialogCameras, ADoubleClickBesideTheRowsDoesNothing) {
     EXPECT_EQ(stored_ticks(), "---");
 }
 
-TEST_F(MainDialogCameras, ADoubleClickWithoutAFocusedSelectedRowKeepsTheTicksAndTheOldSelection) {
+TEST_F(MainDialogCameras, DoubleClickWithoutAFocusedSelectedRowStoresTheTicksOnly) {
     open();
     std::wstring kept = L"Cam C";
     ui.add_selected_camera(kept);
@@ -115,7 +115,7 @@ TEST_F(MainDialogCameras, ARowBeyondTheCameraCollectionIsNotEdited) {
     EXPECT_FALSE(driver.has_acted());
 }
 
-TEST_F(MainDialogCameras, ARowThatNoCameraBelongsToIsAddedWhenTheTicksAreKept) {
+TEST_F(MainDialogCameras, RowWithoutACameraIsAddedWhenTheTicksAreStored) {
     open();
     const tarvo::CameraRecord other = scene.cameras()[L"Cam C"];
     scene.cameras().erase(L"Cam A");

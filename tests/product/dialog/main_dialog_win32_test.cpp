@@ -12,7 +12,7 @@ using namespace support;
 using tarvo::MainDialogProc;
 using tarvo::Text;
 
-TEST_F(MainDialog, OpensFilled) {
+TEST_F(MainDialog, OpeningFillsTheFields) {
     open();
     EXPECT_TRUE(boxes.shown.empty());
     EXPECT_EQ(row_count(list), 3);
@@ -23,7 +23,7 @@ TEST_F(MainDialog, OpensFilled) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
-TEST_F(MainDialog, TheOpeningsResultIsTheAnswer) {
+TEST_F(MainDialog, ReturnsTheResultOfTheOpening) {
     open();
     EXPECT_EQ(command(IDC_MAIN_ANALYSE), 1);
     test_host().script_result = false;
@@ -48,7 +48,7 @@ TEST_F(MainDialog, AnalyseAgainKeepsColumnsAndCameras) {
     EXPECT_EQ(test_host().scripts.size(), 2u);
 }
 
-TEST_F(MainDialog, TellsWhatItHandles) {
+TEST_F(MainDialog, ReturnsOneForHandledMessagesAndZeroForOthers) {
     open();
     const struct {
         UINT message;
@@ -78,7 +78,7 @@ TEST_F(MainDialog, OtherCommandsAndNoticesDoNothing) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
-// The group's last button is a bound of the group and nothing else.
+// The group's last button only marks the end of the group.
 TEST_F(MainDialog, TheLastButtonOfTheBlockGroupStoresNothing) {
     open();
     click(IDC_MAIN_BLOCKS_10);
@@ -87,7 +87,7 @@ TEST_F(MainDialog, TheLastButtonOfTheBlockGroupStoresNothing) {
     EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(MainDialog, ANoticeWithoutARecordIsHandled) {
+TEST_F(MainDialog, NotifyWithoutANmhdrIsHandled) {
     open();
     for (const WPARAM from :
          {IDC_MAIN_CAMERAS, IDC_MAIN_GAMMA_SPIN, IDC_MAIN_AO_RADIUS_SPIN, IDC_MAIN_LINK}) {
@@ -107,7 +107,7 @@ TEST_F(MainDialog, MessagesBeforeTheOpeningDoNoHarm) {
     EXPECT_TRUE(ui.selected_cameras().empty());
 }
 
-TEST_F(MainDialog, CloseAndCancelEndIt) {
+TEST_F(MainDialog, CloseAndCancelEndTheDialog) {
     open();
     EXPECT_EQ(send(WM_CLOSE), 1);
     EXPECT_TRUE(has_ended(dialog));
@@ -129,7 +129,7 @@ TEST_F(MainDialog, TheButtonsTickAllAndInvert) {
     EXPECT_EQ(stored_ticks(), "---");
 }
 
-TEST_F(MainDialog, TheRefillMessageShowsWhatTheStoreHolds) {
+TEST_F(MainDialog, RefillMessageShowsTheStoredCameras) {
     open();
     scene.cameras()[L"Cam B"].image_width = 77;
     scene.cameras()[L"Cam B"].checked = true;
@@ -185,7 +185,7 @@ TEST_F(MainDialog, TheBlockCountFollowsItsButtons) {
     }
 }
 
-TEST_F(MainDialog, ARefusedBlockCountPutsTheFocusOnOff) {
+TEST_F(MainDialog, RefusedBlockCountMovesTheFocusToTheOffButton) {
     Analysis analysis;
     analysis.region = L"true";
     open(analysis);
@@ -201,8 +201,8 @@ TEST_F(MainDialog, ARefusedBlockCountPutsTheFocusOnOff) {
     EXPECT_EQ(::GetFocus(), ::GetDlgItem(dialog, IDC_MAIN_BLOCKS_10));
 }
 
-// As a radio button does it on Windows when the box that closes gives the focus back.
-TEST_F(MainDialog, AClickDuringABlockBoxOpensNoSecondOne) {
+// On Windows a radio button sends such a click when the closing box returns the focus to it.
+TEST_F(MainDialog, ClickWhileABlockBoxIsOpenOpensNoSecondBox) {
     Analysis analysis;
     for (const wchar_t* region : {L"true", L"false"}) {
         analysis.region = region;
@@ -258,7 +258,7 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     std::remove(proof.c_str());
     write_file(folder + "/link.bat", "@echo opened>> \"%~dp0link_was_opened.txt\"\r\n");
     const std::wstring target = tarvo::Utf8ToWide(folder + "/link.bat");
-    // Had this one opened it too, there would be two lines in the end.
+    // A double click opens nothing: otherwise the file would have two lines.
     EXPECT_EQ(follow_link(target, static_cast<UINT>(NM_DBLCLK)), 1);
     EXPECT_EQ(follow_link(target), 1);
     const auto is_written = [&proof] { return read_file(proof).find('\n') != std::string::npos; };
@@ -268,7 +268,7 @@ TEST_F(MainDialog, TheLinkOpensItsTarget) {
     std::remove(proof.c_str());
 }
 
-// What the system's function was asked to open.
+// The arguments of a ShellExecuteW call.
 struct Opened {
     std::wstring verb;
     std::wstring file;
@@ -301,11 +301,11 @@ HINSTANCE WINAPI open_nothing(HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT) {
     return reinterpret_cast<HINSTANCE>(g_shell_answer);
 }
 
-TEST_F(MainDialog, ALinkThatCannotBeOpenedLeavesAnErrorLine) {
+TEST_F(MainDialog, LinkThatCannotBeOpenedIsLogged) {
     const PatchedImport patch("shell32.dll", "ShellExecuteW", reinterpret_cast<void*>(&open_nothing));
     ASSERT_TRUE(patch.installed());
     open();
-    // Up to 32 an answer is an error.
+    // Results up to 32 are errors.
     for (const int error : {3, 32}) {
         new_log_lines();
         g_shell_answer = error;
@@ -334,7 +334,7 @@ TEST_F(MainDialog, TheLinkLeadsToTheInstalledGuideInTheDialogsLanguage) {
     EXPECT_EQ(link_target(dialog), expected);
 }
 
-TEST_F(MainDialog, ALinkThatIsAWholeAddressStays) {
+TEST_F(MainDialog, AbsoluteLinkIsNotChanged) {
     open();
     LITEM item = {};
     item.mask = LIF_ITEMINDEX | LIF_URL;
@@ -345,9 +345,9 @@ TEST_F(MainDialog, ALinkThatIsAWholeAddressStays) {
     EXPECT_EQ(link_target(dialog), address);
 }
 
-TEST_F(MainDialog, AnErrorInsideIsLoggedAndDoesNotLeave) {
+TEST_F(MainDialog, ExceptionInTheProcedureIsCaughtAndLogged) {
     open();
-    remove_ini(); // the line's own logger asks it for the folder
+    remove_ini(); // the logger of the error line reads the folder's name from it
     boxes.on_show = [](const TestBox&) { throw std::runtime_error("in a box"); };
     EXPECT_EQ(command(IDC_MAIN_BLOCKS_64), 0);
     EXPECT_EQ(new_log_lines(),

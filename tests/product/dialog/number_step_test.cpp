@@ -51,7 +51,7 @@ TEST(NumberStep, KeepsTheFieldInsideItsLimits) {
     }
 }
 
-TEST(NumberStep, TakesTheProductIn32AndTheSumIn64Bits) {
+TEST(NumberStep, MultipliesIn32BitsAndAddsIn64Bits) {
     const double stepped = StepNumber(1.0, 3.0f, kStep, 0.1f, 5.0f);
     EXPECT_EQ(stepped, 1.0 + static_cast<double>(3.0f * 0.1f));
     EXPECT_NE(stepped, 1.0 + 3.0 * static_cast<double>(0.1f));
@@ -78,7 +78,7 @@ TEST(NumberStep, TruncatesTowardsZero) {
     EXPECT_EQ(TruncateToInt32(-2147483648.9), std::numeric_limits<std::int32_t>::min());
 }
 
-TEST(NumberStep, WhatDoesNotFitTruncatesToTheLowestValue) {
+TEST(NumberStep, OutOfRangeTruncatesToTheLowestValue) {
     for (const double value : {2147483648.0, -2147483649.0, 1e300, kInfinity, -kInfinity, kNotANumber}) {
         EXPECT_EQ(TruncateToInt32(value), std::numeric_limits<std::int32_t>::min()) << value;
     }

@@ -79,7 +79,7 @@ TEST_F(OpeningSequence, TheFirstOpeningEmptiesTheCameraCollectionEvenWhenThereIs
     EXPECT_TRUE(scene.cameras().empty());
 }
 
-TEST_F(OpeningSequence, AnEmptyLowestVersionIsNoClient) {
+TEST_F(OpeningSequence, EmptyLowestVersionCountsAsNoClient) {
     write_ini("lowerversion=\r\n");
     expect_refused(IDS_CLIENT_NOT_SET_UP);
 }
@@ -90,7 +90,7 @@ TEST_F(OpeningSequence, ATooHighLowestVersionEndsTheDialog) {
     expect_refused(IDS_VERSION_TOO_LOW);
 }
 
-TEST_F(OpeningSequence, TheVersionsAreTexts) {
+TEST_F(OpeningSequence, VersionsAreComparedAsTexts) {
     let_it_open();
     write_ini("lowerversion=1.10.0\r\n");
     EXPECT_EQ(run(), 1);
@@ -118,7 +118,7 @@ TEST_F(OpeningSequence, AFailedAnalysisEndsTheDialog) {
     EXPECT_EQ(test_host().scripts.size(), 1u);
 }
 
-TEST_F(OpeningSequence, ThisOneScriptIsRun) {
+TEST_F(OpeningSequence, OpeningRunsOnlyTheAnalysisScript) {
     let_it_open();
     EXPECT_EQ(run(), 1);
     ASSERT_EQ(test_host().scripts.size(), 1u);
@@ -127,7 +127,7 @@ TEST_F(OpeningSequence, ThisOneScriptIsRun) {
     EXPECT_EQ(test_host().scripts[0], L"fileIn \"" + expected + L"\"\ngMax.analysis \"\" \"\"");
 }
 
-// The system's function, and what it was asked.
+// A fake GetModuleFileNameW and its arguments.
 HMODULE g_asked_module = nullptr;
 DWORD g_asked_length = 0;
 std::wstring g_program;
@@ -149,7 +149,7 @@ std::wstring folder_of_program(const std::wstring& program) {
     return tarvo::ProgramFolder();
 }
 
-TEST_F(OpeningSequence, TheHostsFolderIsAskedForAndLeftAtThat) {
+TEST_F(OpeningSequence, HostFolderIsReadButNotUsed) {
     EXPECT_EQ(folder_of_program(L"C:\\Program Files\\Host\\host.exe"), L"C:\\Program Files\\Host");
     EXPECT_EQ(g_asked_module, nullptr);
     EXPECT_EQ(g_asked_length, 2048u);
@@ -189,7 +189,7 @@ public:
     }
 };
 
-TEST_P(OpeningFindings, TheAnswerDecides) {
+TEST_P(OpeningFindings, AnswerDecidesWhetherTheDialogOpens) {
     const FindingCase& finding = GetParam();
     let_it_open(finding.analysis());
     boxes.answers = {finding.answer};
@@ -236,7 +236,7 @@ TEST_F(OpeningSequence, TheSceneNameComesFromTheAnalysis) {
     EXPECT_EQ(scene.scene_path, "D:/jobs/other name.max");
 }
 
-TEST_F(OpeningSequence, AnswerYesShowsAnEmptyTable) {
+TEST_F(OpeningSequence, AnswerYesToNoCamerasShowsAnEmptyTable) {
     scene.cameras()[L"From before"];
     let_it_open(without_cameras());
     boxes.answers = {IDYES};
@@ -257,7 +257,7 @@ TEST_F(OpeningSequence, OnlyTheFirstOpeningEmptiesTheCameraCollection) {
     EXPECT_EQ(row_count(list), 3);
 }
 
-TEST_F(OpeningSequence, AnalysingAgainRefillsTheTableItHas) {
+TEST_F(OpeningSequence, AnalysingAgainRefillsTheExistingTable) {
     let_it_open();
     EXPECT_EQ(run(), 1);
     Analysis analysis;
@@ -269,7 +269,7 @@ TEST_F(OpeningSequence, AnalysingAgainRefillsTheTableItHas) {
     EXPECT_EQ(cell(list, 1, 0), L"New 2");
 }
 
-TEST_F(OpeningSequence, AStopOnAnalysingAgainEndsTheDialogToo) {
+TEST_F(OpeningSequence, RefusalOnAnalysingAgainEndsTheDialog) {
     let_it_open();
     EXPECT_EQ(run(), 1);
     let_it_open(unlimited());
@@ -277,7 +277,7 @@ TEST_F(OpeningSequence, AStopOnAnalysingAgainEndsTheDialogToo) {
     EXPECT_TRUE(has_ended(dialog));
 }
 
-TEST_F(OpeningSequence, AScriptWithoutATextFillsTheDialogWithNothing) {
+TEST_F(OpeningSequence, ScriptWithoutATextLeavesTheDialogEmpty) {
     let_it_open();
     test_host().has_text = false;
     EXPECT_EQ(run(), 1);

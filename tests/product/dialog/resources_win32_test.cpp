@@ -28,7 +28,7 @@ using Texts = std::map<unsigned, std::wstring>;
 // The look-up buffer holds 256 characters with the closing zero.
 constexpr std::size_t kLongestText = 255;
 
-// Every text's number, as the header has them.
+// The numbers of all texts, read from resource_ids.h.
 const std::vector<unsigned>& text_numbers() {
     static const std::vector<unsigned> numbers = [] {
         std::vector<unsigned> found;
@@ -54,8 +54,7 @@ const std::pair<unsigned, const wchar_t*> kFormats[] = {
     {IDS_FORMAT_TIF, L"TIF"},
 };
 
-// Names that no language translates. The menu's title is among them because the menu is found again by its
-// title.
+// Names that are not translated. The menu's title is one of them because the menu is found by its title.
 const unsigned kProductNames[] = {IDS_CLASS_CATEGORY, IDS_CLASS_NAME, IDS_MENU_TITLE, IDS_CAPTION};
 
 std::set<unsigned> NumbersOf(const Texts& texts) {
@@ -72,7 +71,7 @@ bool IsSameInBothLanguages(unsigned id) {
            std::find(std::begin(kProductNames), std::end(kProductNames), id) != std::end(kProductNames);
 }
 
-// The signs that something else reads: format signs and control characters, in order.
+// Format signs and control characters, in order: code reads them.
 std::wstring Markers(const std::wstring& text) {
     std::wstring markers;
     for (const wchar_t unit : text) {
@@ -87,7 +86,7 @@ bool IsHan(wchar_t unit) {
     return unit >= 0x4E00 && unit <= 0x9FFF;
 }
 
-// What breaks the rules of Chinese typesetting in `text`; empty when nothing does.
+// The first violation of the Chinese typesetting rules in `text`; empty when there is none.
 std::wstring TypesettingFault(const std::wstring& text) {
     for (std::size_t i = 1; i < text.size(); ++i) {
         const bool access_key = text[i] == L'(' && i + 1 < text.size() && text[i + 1] == L'&';
@@ -125,7 +124,7 @@ TEST_P(StringTableIn, NamesTheFormatsByTheirExtensions) {
     }
 }
 
-TEST_P(StringTableIn, EndsPrefixesReadyForAPathAndNothingElseWithABlank) {
+TEST_P(StringTableIn, PathPrefixesEndWithAColonAndOtherTextsWithoutABlank) {
     for (const auto& entry : texts) {
         const std::wstring& text = entry.second;
         const bool prefix = entry.first == IDS_NOTICE_MISSING_FILE || entry.first == IDS_NOTICE_SAME_FILE;
@@ -145,7 +144,7 @@ TEST_P(StringTableIn, NamesTheVersionThatTheDialogCompares) {
     }
 }
 
-TEST_P(StringTableIn, NamesEveryCharacterThatANameCannotHold) {
+TEST_P(StringTableIn, NamesEveryForbiddenCharacter) {
     for (const unsigned id : {IDS_CAMERA_NAME_INVALID, IDS_NAME_CHARACTERS_REMOVED}) {
         for (const wchar_t unit : std::wstring(tarvo::kForbiddenNameCharacters)) {
             EXPECT_NE(std::wstring::npos, texts.at(id).find(unit)) << "text " << id;
@@ -158,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(Languages, StringTableIn, ::testing::Values(kEnglish, k
                              return language.param == kEnglish ? "English" : "Chinese";
                          });
 
-TEST(StringTableTest, TranslatesEveryTextButNames) {
+TEST(StringTableTest, TranslatesEveryTextExceptNames) {
     const Texts english = StringTable(kEnglish);
     const Texts chinese = StringTable(kChinese);
     for (const unsigned id : text_numbers()) {
@@ -179,20 +178,20 @@ TEST(StringTableTest, SwitchesTheLanguageOfMessageBoxes) {
     EXPECT_EQ(L"1", StringTable(kChinese).at(IDS_LANGUAGE_SWITCH));
 }
 
-TEST(StringTableTest, IsTypesetInChinese) {
+TEST(StringTableTest, ChineseTextsFollowTheTypesettingRules) {
     for (const auto& entry : StringTable(kChinese)) {
         EXPECT_EQ(std::wstring(), TypesettingFault(entry.second)) << "text " << entry.first;
     }
 }
 
-TEST(StringTableTest, TypesettingRulesCatchFaults) {
+TEST(StringTableTest, TypesettingCheckFindsErrors) {
     EXPECT_EQ(L"名:", TypesettingFault(L"文件名: a"));
     EXPECT_EQ(L"摄像机", TypesettingFault(L"没有摄像机。"));
     EXPECT_EQ(std::wstring(), TypesettingFault(L"提交(&S)"));
 }
 
-// The texts that the product sees all come from one language, and that is one of the two.
-TEST(StringTableTest, AnswersAProcessInOneLanguage) {
+// All texts that the product loads come from one of the two languages.
+TEST(StringTableTest, AllTextsOfAProcessComeFromOneLanguage) {
     const bool is_english = tarvo::Text(IDS_LANGUAGE_SWITCH) == L"0";
     const Texts expected = StringTable(is_english ? kEnglish : kChinese);
     for (const unsigned id : text_numbers()) {
@@ -202,7 +201,7 @@ TEST(StringTableTest, AnswersAProcessInOneLanguage) {
 
 // A neutral entry would be found before the Chinese one, and without 0x0409 the other languages have nothing
 // to fall back to.
-TEST(ResourcesTest, HaveEnglishForEveryOtherLanguage) {
+TEST(ResourcesTest, ExistInEnglishAndChinese) {
     const std::vector<LANGID> both = {kEnglish, kChinese};
     for (const unsigned id : text_numbers()) {
         EXPECT_EQ(both, ResourceLanguages(RT_STRING, id / 16 + 1)) << "text " << id;

@@ -7,7 +7,7 @@ namespace {
 using namespace support;
 using tarvo::Text;
 
-// Files below the plugin's folder that match; they are gone afterwards.
+// Counts the files below the plugin's folder that match, and deletes them.
 int count_and_remove(const std::string& pattern) {
     const std::wstring full = tarvo::Utf8ToWide(plugin_folder() + "/" + pattern);
     const std::wstring folder = full.substr(0, full.find_last_of(L'/') + 1);
@@ -26,7 +26,7 @@ int count_and_remove(const std::string& pattern) {
 
 class SubmitCommand : public MainDialog {};
 
-TEST_F(SubmitCommand, SubmittingAnswersWhatTheSequenceSays) {
+TEST_F(SubmitCommand, ReturnsTheResultOfTheSequence) {
     open();
     boxes.answers = {IDCANCEL};
     EXPECT_EQ(command(IDC_MAIN_SUBMIT), -1);
@@ -42,10 +42,10 @@ TEST_F(SubmitCommand, SubmittingAnswersWhatTheSequenceSays) {
     EXPECT_FALSE(has_ended(dialog));
 }
 
-// Everything but the two programs behind it is real: 7-Zip is not installed, and no client listens.
+// Everything is real except two programs: 7-Zip is not installed, and no client listens.
 TEST_F(SubmitCommand, ASubmissionGoesThroughEveryLayer) {
     count_and_remove("shot*.max");
-    count_and_remove("json/*"); // what an earlier program left
+    count_and_remove("json/*"); // files of an earlier program
     const std::string scene_file = plugin_folder() + "/shot.max";
     write_file(scene_file, "a scene");
     Analysis analysis;
@@ -74,7 +74,7 @@ TEST_F(SubmitCommand, ASubmissionGoesThroughEveryLayer) {
     EXPECT_EQ(scene.gamma_out, 0.9f);
     EXPECT_FALSE(has_ended(dialog));
     EXPECT_EQ(count_and_remove("shot*.max"), 2); // the scene and its backup
-    EXPECT_EQ(count_and_remove("json/*"), 0);    // what could not be announced is removed
+    EXPECT_EQ(count_and_remove("json/*"), 0);    // removed because the client was not reached
 }
 
 TEST_F(SubmitCommand, ARefusedArchiveEndsTheDialog) {
@@ -89,7 +89,7 @@ TEST_F(SubmitCommand, ARefusedArchiveEndsTheDialog) {
     EXPECT_TRUE(has_ended(dialog));
 }
 
-TEST_F(SubmitCommand, AnEnteredNameIsSavedUnderIt) {
+TEST_F(SubmitCommand, FailedSaveUnderTheEnteredNameShowsABox) {
     open();
     test_host().save_as_result = false;
     type(dialog, IDC_MAIN_SCENE_NAME, L"another");

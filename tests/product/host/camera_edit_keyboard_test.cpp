@@ -17,7 +17,7 @@ namespace {
 
 using tarvo::CameraRecord;
 
-// 8,192 random sizes, in batches that a busy machine gets through in time.
+// 8,192 random sizes, in batches that a busy machine finishes before the time limit.
 constexpr int kBatches = 8;
 constexpr int kOpenings = 4; // really opened in each batch
 constexpr int kRandomSizes = 8192 / kBatches;
@@ -76,7 +76,7 @@ protected:
         dialog_ = nullptr;
     }
 
-    // As the modal loop hands a key on.
+    // Delivers a key as the modal loop does.
     void press(WPARAM key) const {
         for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
             MSG event = {};
@@ -103,7 +103,7 @@ protected:
     }
     int number(int id) const { return static_cast<int>(::GetDlgItemInt(dialog_, id, nullptr, FALSE)); }
 
-    // False when the focus does not come there.
+    // False when the focus does not reach it.
     bool tab_to(int id) const {
         for (int presses = 0; presses < 20 && !has_focus(id); ++presses) {
             press(VK_TAB);
@@ -111,19 +111,19 @@ protected:
         return has_focus(id);
     }
 
-    // Really opens the dialog and goes to OK by keyboard; the commands of that are in g_commands.
+    // Opens the dialog and presses OK by keyboard; g_commands then has the commands.
     void open_and_confirm(int width, int height, WPARAM key) {
         open(width, height);
         g_commands.clear();
         const HWND first = ::GetFocus();
         ::SetFocus(nullptr);
-        ::SetFocus(first); // what its first focus brought, now noted
+        ::SetFocus(first); // records the commands of the first focus
         ASSERT_TRUE(tab_to(IDC_EDIT_CONFIRM));
         press(key);
     }
 
-    // The same without making windows and moving the focus: the open dialog as if it were new, with the
-    // commands that a real way to OK brought.
+    // The same without new windows and without moving the focus: initializes the open dialog again and
+    // replays the recorded commands.
     void confirm_again(int width, int height, const std::vector<WPARAM>& commands) {
         set_camera(width, height);
         tarvo::RatioSpinnerOf(control(IDC_EDIT_RATIO_SPIN))->enable();
@@ -154,12 +154,12 @@ TEST_F(CameraEditKeyboard, TheRenderNameHasTheFirstFocus) {
     EXPECT_TRUE(has_focus(IDC_EDIT_NAME));
 }
 
-// A locked ratio recomputes a size whenever the other one is touched, and may lose a pixel.
+// A locked ratio recomputes a size on any notification of the other one, and may lose a pixel.
 class CameraEditSizesByKeyboard : public CameraEditKeyboard, public ::testing::WithParamInterface<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Batches, CameraEditSizesByKeyboard, ::testing::Range(0, kBatches));
 
-TEST_P(CameraEditSizesByKeyboard, OpeningTabbingToOkAndConfirmingChangesNone) {
+TEST_P(CameraEditSizesByKeyboard, OpeningAndConfirmingChangesNoSize) {
     std::mt19937 random(20190315u + static_cast<unsigned>(GetParam()));
     std::uniform_int_distribution<int> size(1, 32768);
     std::vector<WPARAM> way;
@@ -187,8 +187,8 @@ TEST_P(CameraEditSizesByKeyboard, OpeningTabbingToOkAndConfirmingChangesNone) {
     EXPECT_EQ(0, changed) << "of " << kRandomSizes << " sizes";
 }
 
-// Arrow keys go from button to button of a group.
-TEST_F(CameraEditKeyboard, NoArrowKeyLeadsFromAButtonToASize) {
+// Arrow keys move the focus between the buttons of a group.
+TEST_F(CameraEditKeyboard, ArrowKeysDoNotMoveTheFocusFromAButton) {
     for (const int button : {IDC_EDIT_CONFIRM, IDC_EDIT_RATIO_LOCK}) {
         for (const WPARAM arrow : {VK_UP, VK_DOWN, VK_LEFT, VK_RIGHT}) {
             open(1920, 817);
@@ -199,7 +199,7 @@ TEST_F(CameraEditKeyboard, NoArrowKeyLeadsFromAButtonToASize) {
     }
 }
 
-TEST_F(CameraEditKeyboard, EnterInAFieldConfirmsNothing) {
+TEST_F(CameraEditKeyboard, EnterInAFieldDoesNotConfirm) {
     const int fields[] = {IDC_EDIT_NAME,  IDC_EDIT_START_FRAME, IDC_EDIT_FORMAT, IDC_EDIT_SPHERICAL,
                           IDC_EDIT_WIDTH, IDC_EDIT_HEIGHT,      IDC_EDIT_RATIO,  IDC_EDIT_RATIO_LOCK};
     open(1500, 1000);
@@ -239,7 +239,7 @@ TEST_F(CameraEditKeyboard, ATypedRatioMovesTheHeightOnLeavingTheField) {
     EXPECT_FALSE(has_focus(IDC_EDIT_RATIO));
 }
 
-TEST_F(CameraEditKeyboard, EveryTypedRatioIsTaken) {
+TEST_F(CameraEditKeyboard, TypedRatioSetsTheHeight) {
     std::mt19937 random(7);
     std::uniform_int_distribution<int> thousandths(123, 9999);
     for (int i = 0; i < 50; ++i) {

@@ -15,8 +15,7 @@ bool g_no_memory = false;
 
 } // namespace
 
-// The program's own, so that a test can run out of memory. The library's takes its blocks from the same
-// place.
+// Replaces the library's operator, so that a test can run out of memory. The library's uses malloc too.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return g_no_memory ? nullptr : std::malloc(size);
 }
@@ -59,7 +58,7 @@ TEST_F(MaxHostTest, AsksTheHostForWindowAndScene) {
     EXPECT_EQ(L"C:\\scenes\\house.max", tarvo::SceneFilePath());
 }
 
-TEST_F(MaxHostTest, SavingUnderAnotherNameTakesBothOptions) {
+TEST_F(MaxHostTest, FailedSaveAsPassesBothOptionsAndReturnsFalse) {
     host_sdk::set_scene(L"C:\\a.max", true);
     set_fault(&host_sdk::Faults::save_as_fails);
     EXPECT_FALSE(tarvo::SaveSceneAs(L"C:\\b.max"));
@@ -80,7 +79,7 @@ TEST_F(MaxHostTest, SavesOnDisk) {
     EXPECT_TRUE(::DeleteFileW(second.c_str()));
 }
 
-TEST_F(MaxHostTest, CopiesAScriptsTextUnderEveryTag) {
+TEST_F(MaxHostTest, CopiesTheScriptsTextForEveryTextTag) {
     using host_sdk::TextTag;
     for (const TextTag tag : {TextTag::string, TextTag::filename, TextTag::tstr}) {
         host_sdk::set_text_tag(tag);
@@ -103,7 +102,7 @@ TEST_F(MaxHostTest, ScriptsRunWithErrorsShownAndLogged) {
     EXPECT_TRUE(calls_.has(L"ExecuteMAXScriptScript(\"fileIn \"a\"\nb\", 0, object, 1)"));
 }
 
-TEST_F(MaxHostTest, AScriptWithoutTextHasNone) {
+TEST_F(MaxHostTest, ScriptWithoutATextGivesNoText) {
     ScriptResult result;
     result.text = L"old";
     script_.returns_text = false;
@@ -112,14 +111,14 @@ TEST_F(MaxHostTest, AScriptWithoutTextHasNone) {
     EXPECT_EQ(L"", result.text);
 }
 
-TEST_F(MaxHostTest, AnEmptyTextIsAText) {
+TEST_F(MaxHostTest, EmptyTextCountsAsAText) {
     ScriptResult result;
     EXPECT_TRUE(tarvo::RunScript(L"a", result));
     EXPECT_TRUE(result.has_text);
     EXPECT_EQ(L"", result.text);
 }
 
-TEST_F(MaxHostTest, AFailedScriptIsFalse) {
+TEST_F(MaxHostTest, FailedScriptReturnsFalse) {
     ScriptResult result;
     script_.succeeds = false;
     EXPECT_FALSE(tarvo::RunScript(L"a", result));
@@ -136,7 +135,7 @@ protected:
     SpinnerDialog dialog_;
 };
 
-TEST_F(MaxSpinnerTest, SetsUpLinkedAndLimited) {
+TEST_F(MaxSpinnerTest, SetUpLinksTheFieldAndAppliesTheLimits) {
     const std::unique_ptr<RatioSpinner> spinner =
         tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
     ASSERT_NE(nullptr, spinner);
@@ -147,7 +146,7 @@ TEST_F(MaxSpinnerTest, SetsUpLinkedAndLimited) {
     EXPECT_EQ(L"2047.999", dialog_.text());
 }
 
-TEST_F(MaxSpinnerTest, FindsTheControlAgainInItsState) {
+TEST_F(MaxSpinnerTest, FindsTheExistingControlWithItsState) {
     tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f)->disable();
     EXPECT_EQ(0, host_sdk::live_spinner_interfaces());
     const std::unique_ptr<RatioSpinner> spinner = tarvo::RatioSpinnerOf(dialog_.spinner());
@@ -161,7 +160,7 @@ TEST_F(MaxSpinnerTest, FindsTheControlAgainInItsState) {
     EXPECT_TRUE(calls_.has(L"ISpinnerControl::LinkToEdit(object, 1)"));
 }
 
-TEST_F(MaxSpinnerTest, SettingAValueTellsTheDialog) {
+TEST_F(MaxSpinnerTest, SettingAValueNotifiesTheDialog) {
     const std::unique_ptr<RatioSpinner> spinner =
         tarvo::SetUpRatioSpinner(dialog_.window, 2, 1, 0.001f, 2048.0f, 1.5f, 0.001f);
     EXPECT_TRUE(dialog_.heard.empty());
@@ -188,7 +187,7 @@ std::string stopped_in(const char* place) {
     return "[ERROR] An exception was stopped in " + std::string(place) + ": from the host";
 }
 
-TEST_F(MaxSpinnerTest, WhatTheHostThrowsAtASpinnerIsOneLine) {
+TEST_F(MaxSpinnerTest, HostExceptionInASpinnerCallIsLoggedOnce) {
     const std::size_t mark = support::log_mark("qfx_data");
     {
         const support::PatchedImport patch("host_standin.dll", "_Z17SetupFloatSpinnerP6HWND__iiffff",
@@ -214,7 +213,7 @@ TEST_F(MaxSpinnerTest, WithoutMemoryTheHostsInterfaceIsReleased) {
     EXPECT_EQ(0, host_sdk::live_spinner_interfaces());
 }
 
-TEST_F(MaxHostTest, WhatTheHostThrowsIsOneLineAndAnEmptyAnswer) {
+TEST_F(MaxHostTest, HostExceptionIsLoggedOnceAndGivesAnEmptyResult) {
     const support::PatchedImport patch("host_standin.dll", "_Z16GetCOREInterfacev",
                                        reinterpret_cast<void*>(&throwing_core));
     ASSERT_TRUE(patch.installed());

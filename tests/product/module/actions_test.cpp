@@ -24,7 +24,7 @@ private:
     HWND window_;
 };
 
-// Asked only when the plugin's callbacks have not handled the action.
+// Called only when the plugin's callbacks have not handled the action.
 class LastResort : public ActionCallback {
 public:
     BOOL ExecuteAction(int command_id) override {
@@ -57,7 +57,7 @@ protected:
     }
 };
 
-TEST_F(ModuleActions, AboutByShortcutAndByMenu) {
+TEST_F(ModuleActions, ShortcutAndMenuShowTheAboutBox) {
     MainWindow main_window;
     start();
     forget_calls();
@@ -71,7 +71,7 @@ TEST_F(ModuleActions, AboutByShortcutAndByMenu) {
 }
 
 // Without an ini file the client is not set up: the dialog says so and ends.
-TEST_F(ModuleActions, DialogByShortcutAndByMenu) {
+TEST_F(ModuleActions, ShortcutAndMenuOpenTheDialog) {
     MainWindow main_window;
     start();
     for (const bool by_menu : {false, true}) {
@@ -85,21 +85,20 @@ TEST_F(ModuleActions, DialogByShortcutAndByMenu) {
     }
 }
 
-TEST_F(ModuleActions, DialogWithoutAMainWindow) {
+TEST_F(ModuleActions, DialogOpensWithoutAMainWindow) {
     start();
     BoxAnswerer answerer;
     EXPECT_TRUE(host_sdk::execute_action(kTableId, kOpenDialog));
     expect_client_box(answerer.seen(), nullptr);
 }
 
-// Both of the plugin's callbacks answer that they handled it, also what they do not know; no third one is
-// asked.
+// The plugin's callbacks report unknown commands as handled too, so no third callback is called.
 TEST_F(ModuleActions, EveryCommandCountsAsHandled) {
     const int unknown = 4711;
     ActionDescription descriptions[] = {
         {kShowAbout, 0, 0, 0}, {kOpenDialog, 0, 0, 0}, {unknown, 0, 0, 0}, {0, 0, 0, 0}, {-1, 0, 0, 0}};
     TSTR name(L"Somebody's");
-    // A table of the same id with further commands stands before the plugin's own.
+    // A table of the same id with further commands is registered before the plugin's table.
     actions().RegisterActionTable(new ActionTable(kTableId, kActionContext, name, nullptr, 5, descriptions,
                                                   ::GetModuleHandleW(nullptr)));
     LastResort last;
@@ -121,7 +120,7 @@ TEST_F(ModuleActions, EveryCommandCountsAsHandled) {
     host_sdk::reset();
 }
 
-TEST_F(ModuleActions, TheTableAndItsTexts) {
+TEST_F(ModuleActions, TableHasItsIdsAndTexts) {
     start();
     ActionTable* table = actions().FindTable(kTableId);
     ASSERT_NE(nullptr, table);

@@ -1,4 +1,4 @@
-// Finds the message boxes of this process on the screen from a thread of its own, keeps what they say, and
+// Finds the message boxes of this process on the screen from its own thread, records their texts, and
 // answers each with OK. A main dialog that stays open is closed, so that no test waits for a person.
 #pragma once
 
@@ -25,7 +25,7 @@ public:
     BoxAnswerer(const BoxAnswerer&) = delete;
     BoxAnswerer& operator=(const BoxAnswerer&) = delete;
 
-    // Ends the watch. Call it when what shows the boxes has returned.
+    // Stops watching. Call it after the function that shows the boxes has returned.
     const std::vector<SeenBox>& seen() {
         stop();
         return seen_;
@@ -39,5 +39,5 @@ private:
     std::vector<SeenBox> seen_;
     std::vector<HWND> answered_;
     std::atomic<bool> stopping_{false};
-    std::thread thread_; // the last one: it uses the others
+    std::thread thread_; // declared last: it uses the other members
 };

@@ -1,5 +1,4 @@
-// Where the module under test keeps its files. The tests see the finished module only, so this asks Windows
-// itself.
+// The folder of the module's files. These tests link nothing of the product, so the path comes from Windows.
 #pragma once
 
 #include <windows.h>

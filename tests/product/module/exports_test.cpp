@@ -6,14 +6,14 @@ namespace {
 
 class ModuleExports : public ModuleTest {};
 
-TEST_F(ModuleExports, AllSixAreThereUnderTheirPlainNames) {
+TEST_F(ModuleExports, AllSixAreExportedUnderUndecoratedNames) {
     for (const char* name : {"LibDescription", "LibNumberClasses", "LibClassDesc", "LibVersion",
                              "LibInitialize", "LibShutdown"}) {
         EXPECT_NE(nullptr, module_->address(name)) << name;
     }
 }
 
-TEST_F(ModuleExports, ThreeOfThemAreOneFunctionThatAnswersOne) {
+TEST_F(ModuleExports, ThreeExportsShareOneFunctionThatReturnsOne) {
     EXPECT_EQ(module_->address("LibNumberClasses"), module_->address("LibInitialize"));
     EXPECT_EQ(module_->address("LibNumberClasses"), module_->address("LibShutdown"));
     for (int time = 0; time < 3; ++time) { // the host may initialize more than once
@@ -23,7 +23,7 @@ TEST_F(ModuleExports, ThreeOfThemAreOneFunctionThatAnswersOne) {
     EXPECT_EQ(1, module_->shut_down());
 }
 
-TEST_F(ModuleExports, TheVersionIsThatOfTheHostOf2019) {
+TEST_F(ModuleExports, VersionIsThatOfHost2019) {
     EXPECT_EQ(0x52083400u, module_->version());
     EXPECT_EQ(1376269312u, module_->version());
 }
@@ -43,7 +43,7 @@ TEST_F(ModuleExports, ThereIsOneClass) {
     }
 }
 
-TEST_F(ModuleExports, AnswersOfTheDescriptor) {
+TEST_F(ModuleExports, DescriptorReturnsItsFixedValues) {
     ClassDesc& descriptor = *module_->class_at(0);
     EXPECT_EQ(text(3), descriptor.ClassName());
     EXPECT_EQ(text(2), descriptor.Category());
@@ -58,7 +58,7 @@ TEST_F(ModuleExports, AnswersOfTheDescriptor) {
     EXPECT_EQ(0, static_cast<ClassDesc2&>(descriptor).NumParamBlockDescs());
 }
 
-TEST_F(ModuleExports, AnsweringAsksNothingOfTheHost) {
+TEST_F(ModuleExports, DescriptionAndClassNamesCallNothingInTheHost) {
     forget_calls();
     module_->description();
     ClassDesc& descriptor = *module_->class_at(0);
@@ -70,7 +70,7 @@ TEST_F(ModuleExports, AnsweringAsksNothingOfTheHost) {
 }
 
 // The host keeps the pointers, while the module looks up further texts.
-TEST_F(ModuleExports, TextsHandedOutStayAsTheyAre) {
+TEST_F(ModuleExports, ReturnedTextPointersStayValid) {
     start();
     ClassDesc& descriptor = *module_->class_at(0);
     const MCHAR* const kept[] = {module_->description(), descriptor.ClassName(), descriptor.Category(),

@@ -1,9 +1,9 @@
-// What the host hears from start to end, call by call and in order. "{31}" stands for text 31 of the module.
+// The module's calls to the host from start to end, in order. "{31}" stands for text 31 of the module.
 #include "tests/product/module/module_fixture.h"
 
 namespace {
 
-// One attempt to remove a menu that is not there.
+// One attempt to remove a missing menu.
 Calls looked_for(const std::wstring& title) {
     return {L"Interface::GetMenuManager()", L"IMenuManager::FindMenu(\"" + title + L"\")"};
 }
@@ -16,7 +16,7 @@ Calls emptied(const std::wstring& title, int items) {
     return calls;
 }
 
-// Before the menu-bar context is registered a menu only loses its items.
+// Before the menu-bar context is registered a menu is only emptied.
 Calls only_emptied(const std::wstring& title, int items) {
     return joined({looked_for(title), emptied(title, items), {L"IMenuManager::GetContext(0x411A1C29)"}});
 }
@@ -91,7 +91,7 @@ std::wstring menu_file(const std::wstring& title, const std::wstring& items) {
 const wchar_t kOldItems[] =
     L"action\t1168786313\t1497\t0\tOld\nseparator\naction\t1168786313\t1498\t0\tOld\n";
 
-TEST_F(ModuleLife, FirstRun) {
+TEST_F(ModuleLife, FirstStartCreatesTheMenuAndTheActions) {
     start();
     expect_calls(
         joined({kRegistered, kNoMenuLeft, kNoEarlierMenus, kMenuManagerAndBar, kInstalled, kMenuCreated}));
@@ -101,7 +101,7 @@ TEST_F(ModuleLife, FirstRun) {
     EXPECT_EQ(L"Marrowby", host_sdk::action_context_name(kActionContext));
 }
 
-TEST_F(ModuleLife, NotificationWithTheMenuInPlace) {
+TEST_F(ModuleLife, NotificationRefillsTheExistingMenu) {
     start();
     forget_calls();
     host_sdk::broadcast_notification(80);
@@ -109,7 +109,7 @@ TEST_F(ModuleLife, NotificationWithTheMenuInPlace) {
     EXPECT_EQ(three_entries(), host_sdk::describe_menus());
 }
 
-TEST_F(ModuleLife, OtherNotificationsAreNotHeard) {
+TEST_F(ModuleLife, OtherNotificationsAreIgnored) {
     start();
     forget_calls();
     for (const int code : {0, 1, 13, 14, 79, 81}) {
@@ -118,8 +118,8 @@ TEST_F(ModuleLife, OtherNotificationsAreNotHeard) {
     expect_calls({});
 }
 
-// Stop, then destruction: the second look finds no menu any more.
-TEST_F(ModuleLife, StopAndDestruction) {
+// Stop, then destruction: the second search finds no menu.
+TEST_F(ModuleLife, StopRemovesTheMenuAndDestructionFindsNone) {
     start();
     forget_calls();
     plugin_->Stop();
@@ -136,7 +136,7 @@ TEST_F(ModuleLife, StopAndDestruction) {
     expect_calls({});
 }
 
-TEST_F(ModuleLife, DestructionWithoutStopTakesTheMenuAway) {
+TEST_F(ModuleLife, DestructionWithoutStopRemovesTheMenu) {
     start();
     forget_calls();
     destroy();
@@ -145,14 +145,14 @@ TEST_F(ModuleLife, DestructionWithoutStopTakesTheMenuAway) {
     host_sdk::reset(); // the handler of the destroyed object must not be called
 }
 
-TEST_F(ModuleLife, StopWithoutStart) {
+TEST_F(ModuleLife, StopWithoutStartUnregistersAndFindsNoMenu) {
     plugin_->Stop();
     expect_calls(joined({kUnregistered, kNoMenuLeft}));
     EXPECT_EQ(0, actions().NumActionTables());
 }
 
-// The menu of an earlier run loses its items first, and is then found and filled again.
-TEST_F(ModuleLife, MenuFileWithTheMenuInEveryState) {
+// The menu of an earlier run is emptied first, and is then found and refilled.
+TEST_F(ModuleLife, MenuFromAMenuFileIsEmptiedAndRefilled) {
     struct {
         std::wstring items;
         int count;
@@ -184,7 +184,7 @@ TEST_F(ModuleLife, MenuFileWithTheMenuInEveryState) {
     }
 }
 
-TEST_F(ModuleLife, MenusOfEarlierEditionsLoseTheirItems) {
+TEST_F(ModuleLife, MenusOfEarlierEditionsAreEmptiedThenRemoved) {
     host_sdk::load_menus(with_texts(L"host menus 1\nmenu\t\nsubmenu\t1\t0\tTarvoCloud\nsubmenu\t2\t0\t{15}\n"
                                     L"menu\tTarvoCloud\nseparator\nseparator\nmenu\t{15}\nseparator\n"));
     start();
@@ -200,7 +200,7 @@ TEST_F(ModuleLife, MenusOfEarlierEditionsLoseTheirItems) {
     EXPECT_EQ(three_entries(), host_sdk::describe_menus());
 }
 
-TEST_F(ModuleLife, StartStopStartStop) {
+TEST_F(ModuleLife, SecondPluginObjectStartsAndStopsLikeTheFirst) {
     start();
     plugin_->Stop();
     recreate();
@@ -218,8 +218,8 @@ TEST_F(ModuleLife, StartStopStartStop) {
     EXPECT_EQ(L"", host_sdk::describe_menus());
 }
 
-// The host rebuilds its menu bar after the plugins have started, and then says so.
-TEST_F(ModuleLife, RebuiltBarWithoutTheMenu) {
+// The host rebuilds its menu bar after the plugins have started, and then sends the notification.
+TEST_F(ModuleLife, NotificationCreatesTheMenuOnARebuiltBar) {
     const std::wstring empty = host_sdk::save_menus();
     start();
     host_sdk::load_menus(empty);
@@ -230,7 +230,7 @@ TEST_F(ModuleLife, RebuiltBarWithoutTheMenu) {
     EXPECT_EQ(three_entries(), host_sdk::describe_menus());
 }
 
-TEST_F(ModuleLife, RebuiltBarWithTheMenuOfTheMenuFile) {
+TEST_F(ModuleLife, NotificationRefillsTheMenuOfAReloadedMenuFile) {
     start();
     host_sdk::load_menus(menu_file(title(), std::wstring(kOldItems) + kOldItems));
     forget_calls();
@@ -239,8 +239,8 @@ TEST_F(ModuleLife, RebuiltBarWithTheMenuOfTheMenuFile) {
     EXPECT_EQ(three_entries(), host_sdk::describe_menus());
 }
 
-// Without a core interface nothing can be asked for; the notification needs none.
-TEST_F(ModuleLife, HostWithoutCoreInterface) {
+// Only the notification needs no core interface.
+TEST_F(ModuleLife, WithoutACoreInterfaceOnlyTheNotificationIsRegistered) {
     set_fault(&host_sdk::Faults::no_core_interface);
     start();
     expect_calls(kRegistered);
@@ -253,7 +253,7 @@ TEST_F(ModuleLife, HostWithoutCoreInterface) {
     EXPECT_EQ(L"", host_sdk::describe_menus());
 }
 
-TEST_F(ModuleLife, HostWithoutMenuManager) {
+TEST_F(ModuleLife, WithoutAMenuManagerOnlyTheActionsAreInstalled) {
     const Calls asked = {L"Interface::GetMenuManager()"};
     set_fault(&host_sdk::Faults::no_menu_manager);
     start();
@@ -265,7 +265,7 @@ TEST_F(ModuleLife, HostWithoutMenuManager) {
     expect_calls(joined({kUnregistered, asked}));
 }
 
-TEST_F(ModuleLife, HostWithoutMainMenuBar) {
+TEST_F(ModuleLife, WithoutAMainMenuBarOnlyTheActionsAreInstalled) {
     set_fault(&host_sdk::Faults::no_main_menu_bar);
     start();
     expect_calls(joined({kRegistered, kNoMenuLeft, kNoEarlierMenus, kMenuManagerAndBar, kInstalled}));
@@ -276,8 +276,8 @@ TEST_F(ModuleLife, HostWithoutMainMenuBar) {
     expect_calls(joined({kUnregistered, kNoMenuLeft}));
 }
 
-// The table is made before the manager is asked for, and goes again.
-TEST_F(ModuleLife, HostWithoutActionManager) {
+// The table is created before the manager is requested, and deleted again.
+TEST_F(ModuleLife, WithoutAnActionManagerTheTableIsDeletedAgain) {
     const Calls asked = {L"Interface::GetActionManager()"};
     const long before = host_sdk::live_heap_objects();
     set_fault(&host_sdk::Faults::no_action_manager);
@@ -296,8 +296,8 @@ TEST_F(ModuleLife, HostWithoutActionManager) {
     expect_calls(joined({kUnregistered, kNoMenuLeft}));
 }
 
-// A part that comes after the start is there when the host says that it is complete.
-TEST_F(ModuleLife, MainMenuBarThatComesLate) {
+// A part that is missing at the start exists when the host sends its start-up notification.
+TEST_F(ModuleLife, LateMainMenuBarGetsTheMenuOnNotification) {
     set_fault(&host_sdk::Faults::no_main_menu_bar);
     start();
     host_sdk::set_faults(host_sdk::Faults());

@@ -1,4 +1,4 @@
-// The finished module, found beside the test program, and what the host looks up in it. Freed at the end.
+// The finished module, loaded from the folder of the test program, and its exports. Unloaded at the end.
 #pragma once
 
 #include <max.h>

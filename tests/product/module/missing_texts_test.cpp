@@ -1,10 +1,10 @@
-// The finished module with its string table taken away as soon as it is loaded: every text is missing, and
-// nothing may come of it but emptiness.
+// The finished module with its string table removed right after loading: every text is missing and must count
+// as empty.
 #include "tests/product/module/module_fixture.h"
 
 namespace {
 
-// Gives the kind of resource another number, under which nobody looks.
+// Renumbers the resource type, so that no lookup finds it.
 void hide_string_table(HMODULE module) {
     char* base = reinterpret_cast<char*>(module);
     const auto dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
@@ -40,15 +40,15 @@ protected:
     std::unique_ptr<LoadedModule> module_;
 };
 
-TEST_F(ModuleWithoutTexts, AnswersOfTheExports) {
+TEST_F(ModuleWithoutTexts, DescriptionIsNullAndClassNamesAreEmpty) {
     EXPECT_EQ(nullptr, module_->description());
     EXPECT_STREQ(L"", module_->class_at(0)->ClassName());
     EXPECT_STREQ(L"", module_->class_at(0)->Category());
     EXPECT_STREQ(L"Tarvo_Rendering", module_->class_at(0)->InternalName());
 }
 
-// A menu without a title is never taken for the plugin's own.
-TEST_F(ModuleWithoutTexts, NobodysMenuIsTouched) {
+// A menu without a title never matches the plugin's menu.
+TEST_F(ModuleWithoutTexts, ForeignMenusAreLeftAlone) {
     host_sdk::load_menus(L"host menus 1\nmenu\t\nsubmenu\t1\t1\tTheirs\nmenu\t\nseparator\n"
                          L"text\t1\tAn entry\n");
     const std::wstring before = host_sdk::describe_menus();

@@ -59,7 +59,7 @@ protected:
         return line;
     }
 
-    // What was called since the last time, compared as a whole.
+    // Compares all calls since the last comparison.
     void expect_calls(Calls expected) {
         for (std::wstring& line : expected) {
             line = with_texts(line);

@@ -1,4 +1,4 @@
-// Makes the plugin's folder, so that its logs can be opened, and takes away the ini file of earlier programs:
+// Creates the plugin's folder, so that its logs can be opened, and deletes the ini file of earlier programs:
 // without it the client counts as not set up.
 #include "tests/product/module/data_folder.h"
 #include "tests/support/hang_watch.h"

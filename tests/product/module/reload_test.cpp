@@ -1,4 +1,4 @@
-// Loading, a whole life in the host, unloading: again and again in one process, and nothing stays.
+// Loads, uses and unloads the module many times in one process: nothing leaks.
 #include "tests/product/module/box_answerer.h"
 #include "tests/product/module/data_folder.h"
 #include "tests/product/module/module_fixture.h"
@@ -10,9 +10,8 @@ constexpr int kTimes = 200;
 constexpr int kWithBoxesEvery = 20;
 // The host keeps each callback that was activated, and a start activates two.
 constexpr long kCallbacksPerStart = 2;
-// With this compiler a module carries its runtime library in itself, which keeps what it has for its thread
-// and its reserve for exceptions when it is unloaded. Measured with a library that only locks a mutex and
-// throws.
+// This compiler links the runtime library statically. On unloading it does not free its thread data and its
+// reserve for exceptions. Measured with a library that only locks a mutex and throws.
 constexpr int kRuntimeHandlesPerLoad = 4;
 constexpr DWORD kRuntimeSlotsPerLoad = 1;
 constexpr std::size_t kRuntimeBytesPerLoad = 76 * 1024;
@@ -29,7 +28,7 @@ std::size_t committed_bytes() {
     return total;
 }
 
-// Handles are small multiples of four; asked one by one, for the same reason.
+// Handles are small multiples of four; tested one by one, for the same reason.
 int open_handles() {
     int count = 0;
     for (ULONG_PTR value = 4; value < 0x8000; value += 4) {
@@ -91,7 +90,7 @@ protected:
     }
 };
 
-TEST_F(ModuleReload, TwoHundredTimes) {
+TEST_F(ModuleReload, TwoHundredReloadsLeakNothing) {
     host_sdk::set_call_recorder(nullptr);
     live(kWarmUp);
     const std::size_t bytes = committed_bytes();
@@ -108,7 +107,7 @@ TEST_F(ModuleReload, TwoHundredTimes) {
     EXPECT_LT(committed_bytes(), bytes + kRuntimeBytesPerLoad * kTimes + 512 * 1024);
 }
 
-TEST_F(ModuleReload, TheLogIsClosedAfterwards) {
+TEST_F(ModuleReload, UnloadingClosesTheLog) {
     live_once(true);
     const std::wstring log = plugin_folder() + L"\\log\\qfx_data.log";
     HANDLE alone = ::CreateFileW(log.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -116,8 +115,7 @@ TEST_F(ModuleReload, TheLogIsClosedAfterwards) {
     ::CloseHandle(alone);
 }
 
-// Loading alone neither asks nor tells the host anything.
-TEST_F(ModuleReload, LoadingAloneCallsNothing) {
+TEST_F(ModuleReload, LoadingAloneCallsNothingInTheHost) {
     {
         const LoadedModule module;
         EXPECT_EQ(1, module.initialize());

@@ -1,4 +1,4 @@
-// A host that was just started for every test, with ears on what is called in it.
+// A freshly started host for every test, and a record of the calls to it.
 #pragma once
 
 #include "standin/host_sdk/control.h"

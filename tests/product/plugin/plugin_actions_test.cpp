@@ -24,7 +24,7 @@ bool g_opening_throws = false;
 
 namespace tarvo {
 
-// Stands for the modal dialog: it is noted, and has ended at once.
+// Replaces the modal dialog: records the call and returns.
 void OpenMainDialog(HWND owner, LPARAM parameter) {
     g_openings.push_back({owner, parameter});
     if (g_opening_throws) {
@@ -63,7 +63,7 @@ TEST_F(PluginActions, StartRegistersTableAndContextAndActivatesTwice) {
     EXPECT_EQ(1, host_sdk::notification_handler_count(80));
 }
 
-TEST_F(PluginActions, StartKeepsItsOrder) {
+TEST_F(PluginActions, StartCallsTheHostInAFixedOrder) {
     start();
     std::vector<std::string> steps;
     for (const std::string& name : calls_.names) {
@@ -85,7 +85,7 @@ TEST_F(PluginActions, StartKeepsItsOrder) {
               steps);
 }
 
-TEST_F(PluginActions, AfterStopOnlyTheTableIsLeft) {
+TEST_F(PluginActions, StopKeepsOnlyTheTableAndItsCallbacks) {
     start();
     plugin_->Stop();
     EXPECT_EQ(0, host_sdk::notification_handler_count(80));
@@ -95,7 +95,7 @@ TEST_F(PluginActions, AfterStopOnlyTheTableIsLeft) {
     EXPECT_EQ(3, new_heap_objects()); // the table and the two callbacks, for as long as the host runs
 }
 
-TEST_F(PluginActions, TextsOfTheTable) {
+TEST_F(PluginActions, TableReturnsTheTextsOfItsActions) {
     start();
     const struct {
         int command;
@@ -159,7 +159,7 @@ TEST_F(PluginActions, AnUnknownActionCountsAsHandledAndDoesNothing) {
     EXPECT_TRUE(boxes_.shown.empty());
 }
 
-TEST_F(PluginActions, WhatComesOutOfAnActionIsStoppedAndLogged) {
+TEST_F(PluginActions, ExceptionInAnActionIsCaughtAndLogged) {
     g_opening_throws = true;
     tarvo::SceneData::instance();
     const std::size_t mark = support::log_mark("qfx_data");
@@ -170,7 +170,7 @@ TEST_F(PluginActions, WhatComesOutOfAnActionIsStoppedAndLogged) {
               support::log_lines_since("qfx_data", mark));
 }
 
-TEST_F(PluginActions, TheConfigManagerIsOneObjectWithoutACopy) {
+TEST_F(PluginActions, ConfigManagerIsASingletonAndNotCopyable) {
     EXPECT_EQ(&tarvo::TarvoRenderingConfigMgr::instance(), &tarvo::TarvoRenderingConfigMgr::instance());
     EXPECT_FALSE(std::is_copy_constructible<tarvo::TarvoRenderingConfigMgr>::value);
     EXPECT_FALSE(std::is_copy_assignable<tarvo::TarvoRenderingConfigMgr>::value);

@@ -1,4 +1,4 @@
-// The plugin object in a host that was just started.
+// The plugin object in a freshly started host.
 #pragma once
 
 #include "common/string_table.h"

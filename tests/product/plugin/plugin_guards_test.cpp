@@ -1,5 +1,5 @@
-// What the host calls while a text cannot be looked up, or memory has run out: one line with the place, and
-// an answer that the host can go on with.
+// Calls by the host while texts cannot be loaded or memory has run out: one log line with the place, and a
+// result that the host can use.
 #include "plugin/action_table.h"
 #include "plugin/plugin_object.h"
 #include "tests/product/plugin/plugin_fixture.h"
@@ -29,7 +29,7 @@ protected:
         mark_ = support::log_mark("qfx_data");
     }
 
-    // Calls it while every text throws.
+    // Runs `call` while LoadStringW throws.
     template <class Call>
     static auto without_texts(Call call) -> decltype(call()) {
         const support::PatchedImport patch("user32.dll", "LoadStringW",
@@ -48,7 +48,7 @@ private:
     std::size_t mark_ = 0;
 };
 
-TEST_F(PluginGuards, StartKeepsThePlugin) {
+TEST_F(PluginGuards, ExceptionInStartKeepsThePlugin) {
     EXPECT_EQ(static_cast<DWORD>(GUPRESULT_KEEP), without_texts([this] { return plugin_->Start(); }));
     EXPECT_EQ(
         (Lines{line("RemoveEarlierMenus"), line("InstallActionTable"),
@@ -56,7 +56,7 @@ TEST_F(PluginGuards, StartKeepsThePlugin) {
         new_lines());
 }
 
-TEST_F(PluginGuards, StopLeavesNoHandlerBehind) {
+TEST_F(PluginGuards, ExceptionInStopStillRemovesTheHandler) {
     start();
     without_texts([this] {
         plugin_->Stop();
@@ -66,7 +66,7 @@ TEST_F(PluginGuards, StopLeavesNoHandlerBehind) {
     EXPECT_EQ(0, host_sdk::notification_handler_count(80));
 }
 
-TEST_F(PluginGuards, DestructionIsNamed) {
+TEST_F(PluginGuards, ExceptionInTheDestructorIsLogged) {
     without_texts([this] {
         end();
         return 0;
@@ -74,7 +74,7 @@ TEST_F(PluginGuards, DestructionIsNamed) {
     EXPECT_EQ(Lines{line("~Tarvo_Rendering")}, new_lines());
 }
 
-TEST_F(PluginGuards, NotificationIsNamed) {
+TEST_F(PluginGuards, ExceptionInANotificationIsLoggedAndKeepsTheMenu) {
     start();
     without_texts([] {
         host_sdk::broadcast_notification(80);
@@ -84,13 +84,13 @@ TEST_F(PluginGuards, NotificationIsNamed) {
     EXPECT_EQ(3, item_count(title()));
 }
 
-TEST_F(PluginGuards, ActionCountsAsHandled) {
+TEST_F(PluginGuards, ExceptionInAnActionCountsAsHandled) {
     tarvo::Tarvo_ActionCallback callback;
     EXPECT_EQ(TRUE, without_texts([&callback] { return callback.ExecuteAction(1498); }));
     EXPECT_EQ(Lines{line("ExecuteAction")}, new_lines());
 }
 
-TEST_F(PluginGuards, MenuTextIsNone) {
+TEST_F(PluginGuards, ExceptionInGetMenuTextGivesNoText) {
     TSTR name(L"a table");
     tarvo::Tarvo_ActionTable table(name);
     MSTR text(L"before");
@@ -98,14 +98,14 @@ TEST_F(PluginGuards, MenuTextIsNone) {
     EXPECT_EQ(Lines{line("GetMenuText")}, new_lines());
 }
 
-TEST_F(PluginGuards, NamesOfTheClassAreEmpty) {
+TEST_F(PluginGuards, ExceptionGivesEmptyClassNames) {
     tarvo::Tarvo_RenderingClassDesc fresh;
     EXPECT_STREQ(L"", without_texts([&fresh] { return fresh.ClassName(); }));
     EXPECT_STREQ(L"", without_texts([&fresh] { return fresh.Category(); }));
     EXPECT_EQ((Lines{line("ClassName"), line("Category")}), new_lines());
 }
 
-TEST_F(PluginGuards, WithoutMemoryThereIsNoObject) {
+TEST_F(PluginGuards, OutOfMemoryCreatesNoObject) {
     tarvo::Tarvo_RenderingClassDesc fresh;
     const support::PatchedImport patch("host_standin.dll", "_ZN16MaxHeapOperatorsnwEy",
                                        reinterpret_cast<void*>(&no_memory));

@@ -8,7 +8,7 @@ const MenuContextId kContext = 0x411A1C29;
 
 class PluginMenu : public PluginTest {};
 
-TEST_F(PluginMenu, AFirstStartCreatesIt) {
+TEST_F(PluginMenu, FirstStartCreatesTheMenu) {
     start();
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
     IMenuBarContext* context = static_cast<IMenuBarContext*>(menus().GetContext(kContext));
@@ -17,7 +17,7 @@ TEST_F(PluginMenu, AFirstStartCreatesIt) {
     EXPECT_EQ(title(), context->GetName().data());
 }
 
-TEST_F(PluginMenu, ItStandsAfterTheMenusThatAreThere) {
+TEST_F(PluginMenu, MenuIsAddedAfterTheExistingMenus) {
     add_menu(L"Tools", 1);
     start();
     EXPECT_EQ(L"Tools > ---\n" + own_menu(), host_sdk::describe_menus());
@@ -29,7 +29,7 @@ TEST_F(PluginMenu, StartingTwiceLeavesOneMenu) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
-// What an earlier run left in the menu file, with too many, old or no items, is refilled and not added to.
+// A menu from an earlier run with too many, old or no items is refilled, not extended.
 TEST_F(PluginMenu, AMenuOfAnEarlierRunIsRefilled) {
     for (const int separators : {0, 1, 3, 9}) {
         host_sdk::reset();
@@ -40,7 +40,7 @@ TEST_F(PluginMenu, AMenuOfAnEarlierRunIsRefilled) {
     }
 }
 
-TEST_F(PluginMenu, TheHostsMenuFileBringsTheSameMenuBack) {
+TEST_F(PluginMenu, ReloadedMenuFileGivesTheSameMenu) {
     start();
     const std::wstring file = host_sdk::save_menus();
     end();
@@ -61,7 +61,7 @@ TEST_F(PluginMenu, MenusOfEarlierEditionsAreEmptied) {
     EXPECT_EQ(0, item_count(tarvo::Text(IDS_EARLIER_MENU_TITLE)));
 }
 
-TEST_F(PluginMenu, MenusOfEarlierEditionsGoWhenTheContextIsThere) {
+TEST_F(PluginMenu, MenusOfEarlierEditionsAreRemovedWhenTheContextExists) {
     menus().RegisterMenuBarContext(kContext, L"Earlier");
     add_menu(L"TarvoCloud", 2);
     add_menu(tarvo::Text(IDS_EARLIER_MENU_TITLE), 3);
@@ -71,7 +71,7 @@ TEST_F(PluginMenu, MenusOfEarlierEditionsGoWhenTheContextIsThere) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
-TEST_F(PluginMenu, EarlierMenusAreLookedForInOrder) {
+TEST_F(PluginMenu, EarlierMenusAreSearchedInOrder) {
     start();
     std::vector<std::wstring> titles;
     for (const std::wstring& line : calls_.lines) {
@@ -86,7 +86,7 @@ TEST_F(PluginMenu, EarlierMenusAreLookedForInOrder) {
               titles);
 }
 
-TEST_F(PluginMenu, StoppingRemovesIt) {
+TEST_F(PluginMenu, StopRemovesTheMenu) {
     start();
     plugin_->Stop();
     EXPECT_EQ(L"", host_sdk::describe_menus());
@@ -94,35 +94,35 @@ TEST_F(PluginMenu, StoppingRemovesIt) {
     EXPECT_EQ(nullptr, static_cast<IMenuBarContext*>(menus().GetContext(kContext))->GetMenu());
 }
 
-TEST_F(PluginMenu, DestroyingThePluginRemovesItToo) {
+TEST_F(PluginMenu, DestroyingThePluginRemovesTheMenu) {
     start();
     end();
     EXPECT_EQ(L"", host_sdk::describe_menus());
     EXPECT_EQ(-1, item_count(title()));
 }
 
-TEST_F(PluginMenu, WithoutTheContextOnlyTheItemsGo) {
+TEST_F(PluginMenu, WithoutTheContextOnlyTheItemsAreRemoved) {
     add_menu(title(), 3);
     tarvo::RemoveMenu(title());
     EXPECT_EQ(0, item_count(title()));
     EXPECT_EQ(0, calls_.count("IMenuManager::UnRegisterMenu"));
 }
 
-TEST_F(PluginMenu, RemovingAMenuThatIsNotThereChangesNothing) {
+TEST_F(PluginMenu, RemovingAMissingMenuChangesNothing) {
     start();
     const std::wstring before = host_sdk::save_menus();
     tarvo::RemoveMenu(L"Nobody's menu");
     EXPECT_EQ(before, host_sdk::save_menus());
 }
 
-TEST_F(PluginMenu, AMissingTitleRemovesNothing) {
+TEST_F(PluginMenu, EmptyTitleRemovesNothing) {
     menus().RegisterMenuBarContext(kContext, L"Name");
     add_menu(L"", 2);
     tarvo::RemoveMenu(L"");
     EXPECT_EQ(2, item_count(L""));
 }
 
-TEST_F(PluginMenu, AfterStartUpTheMenuIsThereAgain) {
+TEST_F(PluginMenu, StartUpNotificationRecreatesTheMenu) {
     const std::wstring empty = host_sdk::save_menus();
     start();
     host_sdk::load_menus(empty);
@@ -131,7 +131,7 @@ TEST_F(PluginMenu, AfterStartUpTheMenuIsThereAgain) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
-TEST_F(PluginMenu, StartUpRefillsAMenuThatIsThere) {
+TEST_F(PluginMenu, StartUpNotificationRefillsAnExistingMenu) {
     start();
     host_sdk::broadcast_notification(80);
     host_sdk::broadcast_notification(80);
@@ -139,7 +139,7 @@ TEST_F(PluginMenu, StartUpRefillsAMenuThatIsThere) {
     EXPECT_EQ(3, item_count(title()));
 }
 
-TEST_F(PluginMenu, StartUpDoesNothingWhenSomethingIsMissing) {
+TEST_F(PluginMenu, StartUpNotificationWithoutAHostInterfaceDoesNothing) {
     const std::wstring empty = host_sdk::save_menus();
     for (bool host_sdk::Faults::*part :
          {&host_sdk::Faults::no_core_interface, &host_sdk::Faults::no_menu_manager,
@@ -155,7 +155,7 @@ TEST_F(PluginMenu, StartUpDoesNothingWhenSomethingIsMissing) {
     }
 }
 
-TEST_F(PluginMenu, OneThatDidNotReachTheBarIsMadeAgainAtStartUp) {
+TEST_F(PluginMenu, MenuMissingFromTheBarIsCreatedOnStartUpNotification) {
     for (const char* call : {"GetIMenuItem", "IMenuItem::SetSubMenu", "IMenuBarContext::SetMenu",
                              "IMenu::AddItem", "IMenuItem::ActAsSeparator", "IMenuManager::RegisterMenu"}) {
         host_sdk::reset();
@@ -167,7 +167,7 @@ TEST_F(PluginMenu, OneThatDidNotReachTheBarIsMadeAgainAtStartUp) {
     }
 }
 
-TEST_F(PluginMenu, AHostThatThrowsOnceAtTheStartGetsItsActionsAllTheSame) {
+TEST_F(PluginMenu, OneHostExceptionDuringStartStillActivatesTheActions) {
     for (const char* call : {"RegisterNotification", "IMenuManager::FindMenu",
                              "IActionManager::ActivateActionTable", "Interface::GetMenuManager"}) {
         host_sdk::reset();
@@ -178,7 +178,7 @@ TEST_F(PluginMenu, AHostThatThrowsOnceAtTheStartGetsItsActionsAllTheSame) {
     }
 }
 
-TEST_F(PluginMenu, OneThatTheHostDoesNotRegisterIsLogged) {
+TEST_F(PluginMenu, MenuThatTheHostDoesNotRegisterIsLogged) {
     const std::size_t mark = support::log_mark("qfx_data");
     calls_.refused = "IMenuManager::RegisterMenu";
     start();
@@ -187,8 +187,8 @@ TEST_F(PluginMenu, OneThatTheHostDoesNotRegisterIsLogged) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
-// Nothing tells a host that has no such menu, or an empty one, from a host that does not answer.
-TEST_F(PluginMenu, WhatTheHostDoesNotFindIsMadeAgain) {
+// A missing or empty menu cannot be told from a call that the host refuses.
+TEST_F(PluginMenu, MenuThatTheHostDoesNotFindIsCreatedAgain) {
     start();
     calls_.refused = "IMenuManager::FindMenu";
     host_sdk::broadcast_notification(80);
@@ -199,8 +199,8 @@ TEST_F(PluginMenu, WhatTheHostDoesNotFindIsMadeAgain) {
     EXPECT_EQ(6, item_count(title()));
 }
 
-// Asked for at the start twice for the first activation and once for the second.
-TEST_F(PluginMenu, AnActionManagerThatGoesAwayDuringTheStartIsNoCrash) {
+// The start requests it twice for the first activation and once for the second.
+TEST_F(PluginMenu, ActionManagerThatDisappearsDuringStartDoesNotCrash) {
     for (int calls = 0; calls < 4; ++calls) {
         host_sdk::reset();
         calls_.refuses_from = "Interface::GetActionManager";
@@ -212,7 +212,7 @@ TEST_F(PluginMenu, AnActionManagerThatGoesAwayDuringTheStartIsNoCrash) {
     }
 }
 
-TEST_F(PluginMenu, StartUpNeedsTheTable) {
+TEST_F(PluginMenu, StartUpNotificationWithoutTheTableDoesNothing) {
     start();
     const std::wstring file = host_sdk::save_menus();
     ActionTable* table = GetCOREInterface()->GetActionManager()->FindTable(tarvo::kActionTableId);
@@ -224,7 +224,7 @@ TEST_F(PluginMenu, StartUpNeedsTheTable) {
     EXPECT_EQ(before, host_sdk::save_menus());
 }
 
-TEST_F(PluginMenu, AStartWithoutManagersSucceedsAndDoesNothing) {
+TEST_F(PluginMenu, StartWithoutManagersSucceedsAndCreatesNoMenu) {
     for (bool host_sdk::Faults::*part :
          {&host_sdk::Faults::no_core_interface, &host_sdk::Faults::no_menu_manager,
           &host_sdk::Faults::no_main_menu_bar, &host_sdk::Faults::no_action_manager}) {

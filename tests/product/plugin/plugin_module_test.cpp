@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(PluginModule, AnswersOfTheEntryPoints) {
+TEST_F(PluginModule, EntryPointsReturnTheirFixedValues) {
     EXPECT_EQ(1376269312u, LibVersion());
     EXPECT_EQ(1, AnswerOne());
     EXPECT_EQ(tarvo::Text(IDS_LIBRARY_DESCRIPTION), LibDescription());
@@ -33,7 +33,7 @@ TEST_F(PluginModule, HasOneClass) {
     EXPECT_EQ(nullptr, LibClassDesc(-1));
 }
 
-TEST_F(PluginModule, IdentityOfTheClass) {
+TEST_F(PluginModule, ClassHasItsFixedIdentity) {
     ClassDesc& descriptor = *LibClassDesc(0);
     EXPECT_EQ(4320u, descriptor.SuperClassID());
     EXPECT_TRUE(Class_ID(0x2E87AC90, 0x85FBF488) == descriptor.ClassID());
@@ -56,7 +56,7 @@ TEST_F(PluginModule, TextsForTheHostSurviveOtherLookUps) {
     EXPECT_EQ(pointers[1], descriptor.ClassName());
 }
 
-TEST_F(PluginModule, TextsThatAreMissing) {
+TEST_F(PluginModule, MissingTextsAreEmptyAndLoadedAgainLater) {
     tarvo::SetModuleInstance(nullptr);
     tarvo::Tarvo_RenderingClassDesc fresh;
     EXPECT_STREQ(L"", fresh.ClassName());

@@ -6,7 +6,7 @@ namespace {
 
 class PluginRefusals : public PluginTest {};
 
-TEST_F(PluginRefusals, HostWithoutANewMenuIsLoggedAndAskedAgainAtStartUp) {
+TEST_F(PluginRefusals, RefusedMenuIsLoggedAndCreatedOnStartUpNotification) {
     const std::size_t mark = support::log_mark("qfx_data");
     calls_.refused = "GetIMenu";
     start();

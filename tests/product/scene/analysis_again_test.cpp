@@ -1,4 +1,4 @@
-// What a later analysis leaves of an earlier one, and what a text that is none leaves of the store.
+// What a later analysis keeps of an earlier one, and what an invalid text keeps of the store.
 #include "common/string_table.h"
 #include "common/text.h"
 #include "resources/resource_ids.h"
@@ -14,7 +14,7 @@ using Messages = std::vector<std::wstring>;
 const char* const kSuccessWithoutVersion =
     "[INFO] Get analyse infomation successfully. Current 3ds Max version is :";
 
-// Every step of the reading leaves something of this one.
+// Every step of the parser stores something of this text.
 const wchar_t* const kRich =
     LR"({"version":"2019","corona_setting":{"pass_limit":"0","time_limit":"30","noise_level_limit":"0"},)"
     LR"("is_region":"true","missing_file":[{"path":"a.png"}],"cameras":[{"name":"Cam:01"},{"name":"Cam02"}],)"
@@ -73,7 +73,7 @@ void expect_filled(tarvo::SceneData& scene) {
     EXPECT_EQ(scene.ao_subdivs, 3);
 }
 
-TEST(AnalysisAgain, TextThatIsNoJsonChangesNoFieldOfTheStore) {
+TEST(AnalysisAgain, InvalidJsonChangesNoFieldOfTheStore) {
     for (const wchar_t* text : {L"no json", L"", L"{", L"{\"is_region\":\"false\",\"gamma_out\":\"1.0\"",
                                 L"{\"cameras\":[{\"name\":\"Late\"}]]"}) {
         SCOPED_TRACE(tarvo::WideToUtf8(text));
@@ -87,8 +87,8 @@ TEST(AnalysisAgain, TextThatIsNoJsonChangesNoFieldOfTheStore) {
     }
 }
 
-// Not the escape: the conversion of the text ends at the zero itself, and half a document is left.
-TEST(AnalysisAgain, ZeroCharacterInsideTheDocumentMakesItNoJson) {
+// A real zero, not its escape: the conversion of the text ends there and cuts the document off.
+TEST(AnalysisAgain, ZeroCharacterMakesTheDocumentInvalid) {
     const std::wstring zero(1, L'\0');
     for (const std::wstring& text : {zero + kRich, L"{\"is_region\":\"fal" + zero + L"se\",\"cameras\":[]}",
                                      L"{\"cameras\":[" + zero + L"]}"}) {
@@ -106,7 +106,7 @@ Messages messages_after(const wchar_t* later, std::int32_t expected_code) {
     return scene.messages();
 }
 
-TEST(AnalysisAgain, NoticesOfAnEarlierAnalysisAreGoneWhateverTheResult) {
+TEST(AnalysisAgain, EarlierNoticesAreRemovedForEveryResult) {
     EXPECT_EQ(messages_after(LR"({"cameras":[{"name":"Late"}]})", 0), Messages());
     EXPECT_EQ(messages_after(LR"({"cameras":[]})", 1), Messages());
     EXPECT_EQ(messages_after(
@@ -115,14 +115,14 @@ TEST(AnalysisAgain, NoticesOfAnEarlierAnalysisAreGoneWhateverTheResult) {
     EXPECT_EQ(messages_after(LR"({"cameras":[{"name":"bad."}]})", 3), Messages());
 }
 
-TEST(AnalysisAgain, NoticesOfALaterAnalysisStandAloneUnderTheirHeading) {
+TEST(AnalysisAgain, LaterAnalysisShowsOnlyItsOwnNotices) {
     const Messages region = {tarvo::Text(IDS_NOTICE_HEADING), tarvo::Text(IDS_NOTICE_REGION)};
     EXPECT_EQ(messages_after(LR"({"is_region":"true","cameras":[{"name":"Late"}]})", 0), region);
     EXPECT_EQ(messages_after(LR"({"is_region":"true"})", 1), region);
     EXPECT_EQ(messages_after(LR"({"is_region":"true","cameras":[{"name":"bad."}]})", 3), region);
 }
 
-TEST(AnalysisAgain, CameraTickedBeforeIsNotTickedAfterwards) {
+TEST(AnalysisAgain, LaterAnalysisUnticksTheCameras) {
     tarvo::SceneData scene;
     fill(scene);
     ASSERT_TRUE(scene.cameras()[L"Cam02"].checked);

@@ -74,7 +74,7 @@ Json::Value json(const char* text) {
 
 using Path = std::vector<std::string>;
 
-TEST(AnalysisHostile, ListWhereATextIsMeant) {
+TEST(AnalysisHostile, ListOrObjectInsteadOfATextIsRefused) {
     const Path members[] = {{"version"},
                             {"corona_setting", "pass_limit"},
                             {"corona_setting", "time_limit"},
@@ -99,7 +99,7 @@ TEST(AnalysisHostile, ListWhereATextIsMeant) {
     }
 }
 
-TEST(AnalysisHostile, OtherKindsWhereListsAndObjectsAreMeant) {
+TEST(AnalysisHostile, WrongTypeInsteadOfAListOrObjectIsRefused) {
     expect_refused(with_member({"corona_setting"}, json("[1]")));
     expect_refused(with_member({"corona_setting"}, "text"));
     expect_refused(with_member({"reference_file"}, json("{\"a\":1}")));
@@ -113,8 +113,8 @@ TEST(AnalysisHostile, OtherKindsWhereListsAndObjectsAreMeant) {
     expect_refused(with_member({"vray_setting", "camera_override_fov"}, "yes"));
 }
 
-// A result other than 0 ends the reading: the version, however odd, is not looked at.
-TEST(AnalysisHostile, OddVersionDoesNotHideAnEarlierResult) {
+// A result other than 0 ends the parsing before the version is read.
+TEST(AnalysisHostile, InvalidVersionDoesNotHideAnEarlierResult) {
     const struct {
         const char* text;
         std::int32_t result;
@@ -134,7 +134,7 @@ TEST(AnalysisHostile, OddVersionDoesNotHideAnEarlierResult) {
     }
 }
 
-TEST(AnalysisHostile, TextOrNumberWhereAListIsMeantHasNoEntries) {
+TEST(AnalysisHostile, TextOrNumberInsteadOfAListCountsAsEmpty) {
     for (const char* member : {"reference_file", "missing_file", "same_file", "errors"}) {
         SCOPED_TRACE(member);
         tarvo::SceneData scene;
@@ -150,14 +150,14 @@ TEST(AnalysisHostile, TextOrNumberWhereAListIsMeantHasNoEntries) {
     expect_usable(scene);
 }
 
-TEST(AnalysisHostile, RootOfAnotherKind) {
+TEST(AnalysisHostile, RootThatIsNoObjectIsRefused) {
     expect_refused("[1]");
     expect_refused("\"text\"");
     expect_refused("17");
 }
 
-// Numbers and flags where texts are meant can be read as texts, and are.
-TEST(AnalysisHostile, NumbersReadAsTexts) {
+// The library converts numbers and flags to texts.
+TEST(AnalysisHostile, NumbersInsteadOfTextsAreConverted) {
     tarvo::SceneData scene;
     EXPECT_EQ(parse(scene, with_member({"image_width"}, 800)), 0);
     EXPECT_EQ(scene.cameras().begin()->second.image_width, 800);
@@ -168,12 +168,12 @@ TEST(AnalysisHostile, NumbersReadAsTexts) {
     EXPECT_EQ(scene.cameras().begin()->second.start_frame, 2147483647);
 }
 
-TEST(AnalysisHostile, NestingOfAHundredThousandLevels) {
+TEST(AnalysisHostile, NestingOfAHundredThousandLevelsIsRefused) {
     expect_refused(std::string(100000, '['));
     expect_refused("{\"cameras\":" + std::string(100000, '[') + std::string(100000, ']') + "}");
 }
 
-TEST(AnalysisHostile, CutOffAtEveryByte) {
+TEST(AnalysisHostile, TruncatedTextAddsNoCamera) {
     const std::string good = kGood;
     tarvo::SceneData scene;
     for (std::size_t length = 0; length < good.size(); ++length) {
@@ -200,7 +200,7 @@ TEST(AnalysisHostile, ZeroCharacterEndsAName) {
     EXPECT_TRUE(scene.messages().empty());
 }
 
-TEST(AnalysisHostile, LoneSurrogateInAName) {
+TEST(AnalysisHostile, LoneSurrogateInANameBecomesTheReplacementCharacter) {
     tarvo::SceneData scene;
     std::wstring text = L"{\"cameras\":[{\"name\":\"a";
     text += static_cast<wchar_t>(0xD800);
@@ -215,7 +215,7 @@ TEST(AnalysisHostile, LoneSurrogateInAName) {
     expect_usable(scene);
 }
 
-TEST(AnalysisHostile, ThousandsOfCameras) {
+TEST(AnalysisHostile, ThousandsOfCamerasAreRead) {
     Json::Value root;
     tarvo::ParseJson(kGood, root);
     root["cameras"] = Json::Value(Json::arrayValue);
@@ -227,7 +227,7 @@ TEST(AnalysisHostile, ThousandsOfCameras) {
     EXPECT_EQ(scene.cameras().size(), 5000u);
 }
 
-TEST(AnalysisHostile, VeryLongTexts) {
+TEST(AnalysisHostile, VeryLongTextsAreReadAndNamesAreCut) {
     constexpr std::size_t kMegabytes = support::kSanitized ? 10 : 100;
     tarvo::SceneData scene;
     const std::string filler(kMegabytes << 20, 'x');

@@ -30,9 +30,9 @@ TEST(AnalysisLog, ObjectWhereAListIsExpectedIsReported) {
 }
 
 #ifdef _WIN32
-// Of this character's three bytes the first two are one in code page 936, and the third is half of one.
-// Windows' runtime then converts nothing; the C library of the native tests stops there.
-TEST(AnalysisLog, ImageFormatThatTheCodePageLacksIsReported) {
+// In code page 936 the first two of the three bytes are one character, the third is an incomplete one.
+// The runtime of Windows then converts nothing; the C library of the native tests stops there.
+TEST(AnalysisLog, ImageFormatMissingFromTheCodePageIsReported) {
     const std::string format = "\xE4\xB8\xAD";
     const std::vector<std::string> lines =
         lines_of(R"({"cameras": [{"name": "Cam"}], "image_format": ")" + format + "\"}");
@@ -47,8 +47,8 @@ TEST(AnalysisLog, EmptyImageFormatIsNotReported) {
     }
 }
 
-// The listener and the log have the same words, and no code is without any.
-TEST(AnalysisLog, CodesHaveTheWordsOfTheListener) {
+// The listener and the log use the same words, and every code has some.
+TEST(AnalysisLog, CodesHaveTheListenersTexts) {
     const std::string script = support::shipped_script("MaxRenderGlobalsParser.ms");
     const std::size_t end = script.find("roots = #()");
     std::size_t count = 0;

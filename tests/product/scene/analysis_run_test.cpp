@@ -19,12 +19,12 @@ TEST(AnalysisRun, TheCommandLoadsTheScriptAndCallsItWithTwoEmptyTexts) {
     EXPECT_EQ(AnalysisCommand(L"C:/s/a.mse"), std::wstring(L"fileIn \"C:/s/a.mse\"\n") + kCall);
 }
 
-TEST(AnalysisRun, BlanksInThePathStayInsideItsQuotes) {
+TEST(AnalysisRun, PathWithBlanksIsQuoted) {
     EXPECT_EQ(AnalysisCommand(L"C:/Program Data/my  scripts/a b.mse"),
               std::wstring(L"fileIn \"C:/Program Data/my  scripts/a b.mse\"\n") + kCall);
 }
 
-TEST(AnalysisRun, NothingInThePathIsEscaped) {
+TEST(AnalysisRun, PathIsNotEscaped) {
     EXPECT_EQ(AnalysisCommand(L"C:\\new \"one\"\\\u811a\u672c.mse"),
               std::wstring(L"fileIn \"C:\\new \"one\"\\\u811a\u672c.mse\"\n") + kCall);
 }
@@ -43,11 +43,11 @@ protected:
     TestHost& host = test_host();
     TestBoxes boxes;
     tarvo::ScriptResult result;
-    int window = 0; // no more than an address that the boxes are to come by
+    int window = 0; // only its address is used, as the owner of the boxes
     tarvo::WindowHandle dialog = reinterpret_cast<tarvo::WindowHandle>(&window);
 };
 
-TEST_F(AnalysisInAHost, TheCommandIsRunOnceAndWhatItReturnsIsHandedBackWithoutABox) {
+TEST_F(AnalysisInAHost, CommandRunsOnceAndReturnsItsTextWithoutABox) {
     host.script_text = L"{\"name\": \"a.max\"}";
     EXPECT_TRUE(run());
     ASSERT_EQ(host.scripts.size(), 1u);
@@ -57,14 +57,14 @@ TEST_F(AnalysisInAHost, TheCommandIsRunOnceAndWhatItReturnsIsHandedBackWithoutAB
     EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(AnalysisInAHost, AScriptThatReturnsNoTextHasNotFailed) {
+TEST_F(AnalysisInAHost, ScriptThatReturnsNoTextSucceeds) {
     host.has_text = false;
     EXPECT_TRUE(run());
     EXPECT_FALSE(result.has_text);
     EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(AnalysisInAHost, AFailureIsToldOnceInTheLanguageOfTheTexts) {
+TEST_F(AnalysisInAHost, FailureShowsOneBoxInTheLanguageOfTheTexts) {
     host.script_result = false;
     EXPECT_FALSE(run());
     EXPECT_EQ(host.scripts.size(), 1u);
@@ -78,7 +78,7 @@ TEST_F(AnalysisInAHost, AFailureIsToldOnceInTheLanguageOfTheTexts) {
     EXPECT_EQ(box.language, Text(57) == L"0" ? 1033 : 1);
 }
 
-TEST(AnalysisRun, OnlyTheSwitchZeroMakesABoxEnglish) {
+TEST(AnalysisRun, OnlyLanguageSwitchZeroMakesABoxEnglish) {
     EXPECT_EQ(tarvo::BoxLanguage(L"0"), 1033);
     for (const wchar_t* other : {L"1", L"", L"00", L"0 ", L"1033"}) {
         EXPECT_EQ(tarvo::BoxLanguage(other), 1);

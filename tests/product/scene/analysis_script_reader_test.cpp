@@ -15,7 +15,7 @@ std::int32_t read(ScriptedScene& scene, tarvo::SceneData& data) {
     return data.parse_analysis();
 }
 
-TEST(AnalysisScriptReader, ASceneArrivesInTheStore) {
+TEST(AnalysisScriptReader, SceneIsReadIntoTheStore) {
     ScriptedScene scene;
     scene.model().path = L"C:\\scenes\\\u5BA2\u5385 \"1\".max";
     scene.model().cameras = {L"\u76F8\u673A", L"Quote\"", L"Cam:01"};
@@ -46,7 +46,7 @@ TEST(AnalysisScriptReader, ASceneArrivesInTheStore) {
     EXPECT_EQ(data.messages().size(), 8u);
 }
 
-TEST(AnalysisScriptReader, ASphericalView) {
+TEST(AnalysisScriptReader, ViewOf360DegreesIsSpherical) {
     ScriptedScene scene;
     scene.model().cameras = {L"Cam"};
     Json::Value& settings = scene.renderer(L"V_Ray_Adv_3_60_03");
@@ -61,14 +61,14 @@ TEST(AnalysisScriptReader, ASphericalView) {
     EXPECT_FALSE(data.cameras()[L"Cam"].is_spherical);
 }
 
-TEST(AnalysisScriptReader, NoCamera) {
+TEST(AnalysisScriptReader, SceneWithoutCamerasGivesCodeOne) {
     ScriptedScene scene;
     scene.model().camera_targets = {L"Camera.Target"};
     tarvo::SceneData data;
     EXPECT_EQ(read(scene, data), 1);
 }
 
-TEST(AnalysisScriptReader, LimitsOfCorona) {
+TEST(AnalysisScriptReader, CoronaLimitsGiveTheirCodeAndKind) {
     const struct {
         double passes;
         double milliseconds;
@@ -89,8 +89,7 @@ TEST(AnalysisScriptReader, LimitsOfCorona) {
     }
 }
 
-// Failed queries show in one notice, and a gamma that is not known leaves the usual one.
-TEST(AnalysisScriptReader, FailedQueries) {
+TEST(AnalysisScriptReader, FailedQueriesGiveOneNoticeAndTheDefaultGamma) {
     ScriptedScene scene;
     scene.model().cameras = {L"Cam"};
     for (const char16_t* const query :

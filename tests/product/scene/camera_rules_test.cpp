@@ -35,7 +35,7 @@ CameraMap cameras_named(const std::vector<std::wstring>& names) {
 
 using Lines = std::vector<std::string>;
 
-TEST(CameraRules, NoneTickedGivesThreeAndClearsAll) {
+TEST(CameraRules, NoneTickedIsReportedAndClearsAllStoredTicks) {
     CameraMap cameras = cameras_named({L"a", L"b", L"c"});
     cameras[L"b"].checked = true;
     const Result result = check({{L"a", kClear}, {L"b", kClear}, {L"c", kClear}}, cameras);
@@ -44,12 +44,12 @@ TEST(CameraRules, NoneTickedGivesThreeAndClearsAll) {
     EXPECT_FALSE(cameras[L"b"].checked);
 }
 
-TEST(CameraRules, EmptyCollectionGivesThree) {
+TEST(CameraRules, EmptyCollectionCountsAsNoneTicked) {
     CameraMap cameras;
     EXPECT_EQ(check({}, cameras).check, CameraCheck::none_checked);
 }
 
-TEST(CameraRules, OneGoodTickIsEnough) {
+TEST(CameraRules, OneValidTickedCameraIsAccepted) {
     CameraMap cameras = cameras_named({L"Cam 1", L"b"});
     const Result result = check({{L"Cam 1", kTicked}, {L"b", kClear}}, cameras);
     EXPECT_EQ(result.check, CameraCheck::valid);
@@ -57,7 +57,7 @@ TEST(CameraRules, OneGoodTickIsEnough) {
     EXPECT_TRUE(cameras[L"Cam 1"].checked);
 }
 
-TEST(CameraRules, FrameIsTestedBeforeTheName) {
+TEST(CameraRules, FrameIsCheckedBeforeTheName) {
     CameraMap cameras = cameras_named({L"bad:name"});
     cameras[L"bad:name"].start_frame = -1;
     const Result result = check({{L"bad:name", kTicked}}, cameras);
@@ -65,13 +65,13 @@ TEST(CameraRules, FrameIsTestedBeforeTheName) {
     EXPECT_EQ(result.lines, (Lines{"[ERROR] The parameter frame to render is less than 0!"}));
 }
 
-TEST(CameraRules, FrameZeroIsAFrame) {
+TEST(CameraRules, FrameZeroIsValid) {
     CameraMap cameras = cameras_named({L"Cam"});
     cameras[L"Cam"].start_frame = 0;
     EXPECT_EQ(check({{L"Cam", kTicked}}, cameras).check, CameraCheck::valid);
 }
 
-TEST(CameraRules, NamesThatNoFileCanBear) {
+TEST(CameraRules, NamesThatAreNoFileNamesAreRefused) {
     for (const wchar_t* name :
          {L" a", L"a ", L"a.", L"", L"a:b", L"a|", L"\"a", L"a<b", L"a/b", L"a\\b", L"a?b"}) {
         CameraMap cameras = cameras_named({name});
@@ -82,7 +82,7 @@ TEST(CameraRules, NamesThatNoFileCanBear) {
     }
 }
 
-TEST(CameraRules, UntickedRowIsNotLookedAt) {
+TEST(CameraRules, UntickedRowIsNotChecked) {
     CameraMap cameras = cameras_named({L"Cam:1", L"ok"});
     EXPECT_EQ(check({{L"Cam:1", kClear}, {L"ok", kTicked}}, cameras).check, CameraCheck::valid);
 }

@@ -1,5 +1,4 @@
-// Which names of referenced files count as Cyrillic: U+0400 to U+052F, looked for in the UTF-8 text as it
-// stands.
+// Which names of referenced files count as Cyrillic: U+0400 to U+052F, searched for in the UTF-8 text.
 #include "common/string_table.h"
 #include "resources/resource_ids.h"
 #include "scene/scene_data.h"
@@ -27,7 +26,7 @@ struct Case {
     bool noticed;
 };
 
-TEST(CyrillicReferences, EveryCharacterOfTheBlockAndNoneBeside) {
+TEST(CyrillicReferences, OnlyCharactersFrom0400To052FAreNoticed) {
     const Case cases[] = {
         {L"plain.png", false},   {L"\\u03ff.png", false}, {L"\\u0400.png", true},  {L"\\u043f.png", true},
         {L"\\u0440.png", true},  {L"\\u04ff.png", true},  {L"\\u0500.png", true},  {L"\\u052f.png", true},
@@ -38,8 +37,8 @@ TEST(CyrillicReferences, EveryCharacterOfTheBlockAndNoneBeside) {
     }
 }
 
-// The search goes eight bytes at a time as long as they are ASCII.
-TEST(CyrillicReferences, WhereverTheCharacterStands) {
+// The search reads eight bytes at a time while they are ASCII.
+TEST(CyrillicReferences, CharacterIsFoundAtAnyPosition) {
     for (std::size_t before = 0; before < 20; ++before) {
         for (std::size_t behind = 0; behind < 10; ++behind) {
             const std::wstring path = std::wstring(before, L'a') + L"\\u0416" + std::wstring(behind, L'b');
@@ -49,7 +48,7 @@ TEST(CyrillicReferences, WhereverTheCharacterStands) {
     }
 }
 
-TEST(CyrillicReferences, OtherCharactersBeforeItDoNotHideIt) {
+TEST(CyrillicReferences, CharacterIsFoundAfterOtherNonAsciiCharacters) {
     for (const wchar_t* before : {L"\\u00e9", L"\\u573a", L"\\ud83d\\ude00", L"\\u03ff"}) {
         EXPECT_TRUE(is_noticed(std::wstring(before) + L"\\u0416")) << before;
         EXPECT_FALSE(is_noticed(std::wstring(before) + L"a")) << before;

@@ -1,4 +1,4 @@
-// Which scene file is packed: the name in a real field against what the host has open.
+// Which scene file is packed: the name in a real field is compared with the host's open file.
 #include "common/text.h"
 #include "scene/scene_data.h"
 #include "tests/support/test_host.h"
@@ -42,7 +42,7 @@ TEST_F(PrepareSceneFile, SameNamePacksTheOpenFileAndSavesNothing) {
     EXPECT_EQ(field_text(), L"before");
 }
 
-TEST_F(PrepareSceneFile, PathOfTheAnalysisIsKeptAndAnEmptyOneFilled) {
+TEST_F(PrepareSceneFile, EmptyScenePathIsFilledAndASetOneIsKept) {
     EXPECT_EQ(scene.scene_path, "");
     prepare("scene.max");
     EXPECT_EQ(scene.scene_path, "D:\\work\\scene.max");
@@ -51,7 +51,7 @@ TEST_F(PrepareSceneFile, PathOfTheAnalysisIsKeptAndAnEmptyOneFilled) {
     EXPECT_EQ(scene.scene_path, "D:\\work\\scene.max");
 }
 
-TEST_F(PrepareSceneFile, UnsavedSceneHasNoFileWhateverWasEntered) {
+TEST_F(PrepareSceneFile, UnsavedSceneHasNoFileForAnyEnteredName) {
     test_host().file_name = L"";
     test_host().file_path = L"";
     EXPECT_EQ(prepare("scene.max"), "");
@@ -92,13 +92,13 @@ TEST_F(PrepareSceneFile, EmptyFieldGetsAChineseName) {
     EXPECT_TRUE(test_host().saved_as.empty());
 }
 
-TEST_F(PrepareSceneFile, FailedSaveLeavesNoFile) {
+TEST_F(PrepareSceneFile, FailedSaveReturnsNoFile) {
     test_host().save_as_result = false;
     EXPECT_EQ(prepare("other.max"), "");
     EXPECT_EQ(test_host().saved_as.size(), 1u);
 }
 
-TEST_F(PrepareSceneFile, PathWithoutSeparatorHasNoPlaceForAnotherName) {
+TEST_F(PrepareSceneFile, PathWithoutSeparatorGivesNoFileForAnotherName) {
     test_host().file_path = L"scene.max";
     EXPECT_EQ(prepare("other.max"), "");
     EXPECT_TRUE(test_host().saved_as.empty());

@@ -1,4 +1,4 @@
-// The scene's backup copy beside it, with real files.
+// The backup copy in the scene's folder, with real files.
 #include "common/platform.h"
 #include "common/text.h"
 #include "scene/scene_data.h"
@@ -32,7 +32,7 @@ std::vector<std::wstring> files_like(const std::wstring& pattern) {
     return names;
 }
 
-// A second has just begun: what follows happens within it.
+// Returns at the beginning of a second, so that the following calls fall into it.
 void wait_for_next_second() {
     const std::time_t start = std::time(nullptr);
     while (std::time(nullptr) == start) {
@@ -70,7 +70,7 @@ protected:
         }
     }
 
-    // The scene's path, with a file there.
+    // The scene's path; creates the file.
     std::wstring scene_at(const std::wstring& name) const {
         const std::wstring path = folder + L"\\" + name;
         // Longer paths hold no file.
@@ -80,7 +80,7 @@ protected:
         return path;
     }
 
-    // A path of this length; the file is there when the system allows it.
+    // A path of this length; the file exists when the system allows it.
     std::wstring scene_of_length(std::size_t length) const {
         const std::wstring extension = L".max";
         const std::size_t before = folder.size() + 1 + extension.size();
@@ -111,7 +111,7 @@ protected:
     std::vector<std::string> lines;
 };
 
-TEST_F(SceneBackup, CopyLiesBesideTheScene) {
+TEST_F(SceneBackup, CopyIsCreatedBesideTheScene) {
     const std::wstring path = scene_at(L"scene.max");
     EXPECT_NE(back_up(path), 0);
     const std::vector<std::wstring> copies = files_like(folder + L"\\scene_*");
@@ -122,7 +122,7 @@ TEST_F(SceneBackup, CopyLiesBesideTheScene) {
     expect_line(path, folder + L"\\" + copies[0], L" Success!");
 }
 
-TEST_F(SceneBackup, NamesWithDotsBlanksAndForeignLetters) {
+TEST_F(SceneBackup, NamesWithDotsBlanksAndForeignLettersAreCopied) {
     const struct {
         const wchar_t* stem;
         const wchar_t* extension;
@@ -146,7 +146,7 @@ TEST_F(SceneBackup, NamesWithDotsBlanksAndForeignLetters) {
 TEST_F(SceneBackup, WithinOneSecondTheSecondCopyOverwritesTheFirst) {
     const std::wstring path = scene_at(L"scene.max");
     std::time_t begun = 0;
-    // On a busy machine the two may fall into different seconds, then once more.
+    // Retries when the two copies fall into different seconds, as they may on a busy machine.
     for (int attempt = 0; attempt < 20 && begun != std::time(nullptr); ++attempt) {
         clear();
         scene_at(L"scene.max");
@@ -169,7 +169,7 @@ TEST_F(SceneBackup, ANewSecondGivesANewName) {
     EXPECT_EQ(files_like(folder + L"\\scene_*").size(), 2u);
 }
 
-TEST_F(SceneBackup, NoPathFailsAndSaysSo) {
+TEST_F(SceneBackup, EmptyPathFailsAndLogsTheError) {
     EXPECT_EQ(back_up(std::wstring()), 0);
     ASSERT_EQ(lines.size(), 1u);
     const std::string head = "[WARN] Backup file from  to _";
@@ -178,7 +178,7 @@ TEST_F(SceneBackup, NoPathFailsAndSaysSo) {
     EXPECT_EQ(line.substr(line.size() - 17), failure(ERROR_PATH_NOT_FOUND));
 }
 
-TEST_F(SceneBackup, MissingSceneFailsAndSaysSo) {
+TEST_F(SceneBackup, MissingSceneFileFailsAndLogsTheError) {
     const std::wstring path = folder + L"\\gone.max";
     EXPECT_EQ(back_up(path), 0);
     ASSERT_EQ(lines.size(), 1u);
@@ -187,7 +187,7 @@ TEST_F(SceneBackup, MissingSceneFailsAndSaysSo) {
     EXPECT_TRUE(files_like(folder + L"\\gone_*").empty());
 }
 
-TEST_F(SceneBackup, LockedSceneFailsAndSaysSo) {
+TEST_F(SceneBackup, LockedSceneFileFailsAndLogsTheError) {
     const std::wstring path = scene_at(L"locked.max");
     const HANDLE lock =
         ::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -199,15 +199,15 @@ TEST_F(SceneBackup, LockedSceneFailsAndSaysSo) {
     EXPECT_EQ(line.substr(line.size() - 17), failure(ERROR_SHARING_VIOLATION));
 }
 
-TEST_F(SceneBackup, LongestCopyThatFits) {
+TEST_F(SceneBackup, LongestPossibleCopyIsCreated) {
     const std::wstring path = scene_of_length(kLongestPath - kSuffix);
     ASSERT_TRUE(tarvo::PathExists(path));
     EXPECT_NE(back_up(path), 0);
     EXPECT_EQ(files_like(folder + L"\\x*").size(), 2u);
 }
 
-// The platform's path functions end the process on parts that do not fit: such paths never reach them.
-TEST_F(SceneBackup, OverlongCopiesAreNotMade) {
+// The platform's path functions end the process when a part does not fit: they must not get such paths.
+TEST_F(SceneBackup, CopyWithATooLongPathIsNotCreated) {
     for (const std::size_t length : {kLongestPath - kSuffix + 1, kLongestPath - 4, kLongestPath - 3,
                                      kLongestPath, kLongestPath + 1, std::size_t(300), std::size_t(32000)}) {
         SCOPED_TRACE(length);
@@ -219,14 +219,14 @@ TEST_F(SceneBackup, OverlongCopiesAreNotMade) {
         const std::wstring head = L"[WARN] Backup file from " + path + L" to  Error! Code is ";
         ASSERT_EQ(line.size(), head.size() + 1);
         EXPECT_TRUE(line.substr(0, head.size()) == head);
-        // Which of the two it is depends on whether the scene's own path is still a valid one.
+        // The code depends on whether the scene's own path is still valid.
         EXPECT_TRUE(line.back() == ERROR_FILE_NOT_FOUND || line.back() == ERROR_PATH_NOT_FOUND)
             << int{line.back()};
         EXPECT_LE(files_like(folder + L"\\x*").size(), 1u); // the scene itself
     }
 }
 
-TEST_F(SceneBackup, SceneInTheCurrentFolder) {
+TEST_F(SceneBackup, SceneInTheCurrentFolderIsCopied) {
     wchar_t before[MAX_PATH] = {};
     ::GetCurrentDirectoryW(MAX_PATH, before);
     scene_at(L"plain.max");

@@ -29,7 +29,7 @@ NameResult scene_name_of(const std::string& analysis) {
     return {name, scene.scene_path, support::log_lines_since("qfx_data", mark)};
 }
 
-TEST(SceneData, FieldsAtTheStart) {
+TEST(SceneData, FieldsStartWithTheirDefaults) {
     tarvo::SceneData scene;
     EXPECT_TRUE(scene.analysis_text().empty());
     EXPECT_TRUE(scene.messages().empty());
@@ -45,7 +45,7 @@ TEST(SceneData, FieldsAtTheStart) {
     EXPECT_EQ(scene.ao_subdivs, 16);
 }
 
-TEST(SceneData, FieldsLieInTheirOrder) {
+TEST(SceneData, FieldsKeepTheirDeclarationOrder) {
     const tarvo::SceneData scene;
     const std::vector<const void*> fields = {&scene.scene_path,    &scene.num_blocks,    &scene.gamma_out,
                                              &scene.corona_limits, &scene.color_channel, &scene.ao_channel,
@@ -61,7 +61,7 @@ TEST(SceneData, FieldsLieInTheirOrder) {
     EXPECT_TRUE(std::is_sorted(texts.begin(), texts.end(), std::less<const void*>()));
 }
 
-TEST(SceneData, NewCameraRecord) {
+TEST(SceneData, NewCameraRecordHasItsDefaults) {
     const tarvo::CameraRecord record;
     EXPECT_EQ(record.image_width, 0);
     EXPECT_EQ(record.image_height, 0);
@@ -72,7 +72,7 @@ TEST(SceneData, NewCameraRecord) {
     EXPECT_FALSE(record.is_spherical);
 }
 
-TEST(SceneData, InstanceIsOne) {
+TEST(SceneData, InstanceIsASingleton) {
     EXPECT_EQ(&tarvo::SceneData::instance(), &tarvo::SceneData::instance());
 }
 
@@ -93,7 +93,7 @@ std::vector<std::wstring> cameras_after(const char* second_analysis, std::int32_
 
 using Names = std::vector<std::wstring>;
 
-TEST(SceneData, CamerasOfAnEarlierAnalysisStayUntilALaterOneGetsThatFar) {
+TEST(SceneData, EarlierCamerasAreKeptUntilALaterAnalysisReadsItsCameras) {
     EXPECT_EQ(cameras_after(R"({"cameras":[]})", 1), Names{L"Early"});
     EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"}],"corona_setting":)"
                             R"({"pass_limit":"0","time_limit":"0","noise_level_limit":"0"}})",
@@ -104,7 +104,7 @@ TEST(SceneData, CamerasOfAnEarlierAnalysisStayUntilALaterOneGetsThatFar) {
     EXPECT_EQ(cameras_after(R"({"cameras":[{"name":"Late"}]})", 0), Names{L"Late"});
 }
 
-TEST(SceneData, RegionRenderingLeavesALine) {
+TEST(SceneData, RegionRenderingIsLogged) {
     const std::string line =
         "[WARN] Region rendering is used in your scene file. Please ignore this message if "
         "you confirm to use block rendering.";
@@ -120,7 +120,7 @@ TEST(SceneData, RegionRenderingLeavesALine) {
     }
 }
 
-TEST(SceneName, PartAfterTheLastBackslash) {
+TEST(SceneName, NameIsThePartAfterTheLastBackslash) {
     const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\a.max"})");
     EXPECT_EQ(result.name, "a.max");
     EXPECT_EQ(result.path, "C:\\scenes\\a.max");
@@ -131,14 +131,14 @@ TEST(SceneName, SlashWinsOverALaterBackslash) {
     EXPECT_EQ(scene_name_of(R"({"name":"C:/x/y\\b.max"})").name, "y\\b.max");
 }
 
-TEST(SceneName, PathThatEndsWithASeparatorIsNoWarning) {
+TEST(SceneName, PathEndingWithASeparatorGivesNoNameAndNoWarning) {
     const NameResult result = scene_name_of(R"({"name":"C:\\scenes\\"})");
     EXPECT_EQ(result.name, "");
     EXPECT_EQ(result.path, "C:\\scenes\\");
     EXPECT_TRUE(result.lines.empty());
 }
 
-TEST(SceneName, WithoutNameOrSeparatorThereIsNone) {
+TEST(SceneName, MissingNameOrSeparatorGivesNoNameAndAWarning) {
     for (const char* text : {"{}", R"({"name":null})", R"({"name":""})", R"({"name":"a.max"})"}) {
         const NameResult result = scene_name_of(text);
         EXPECT_EQ(result.name, "") << text;
@@ -147,13 +147,13 @@ TEST(SceneName, WithoutNameOrSeparatorThereIsNone) {
     }
 }
 
-TEST(SceneName, TextThatIsNoJson) {
+TEST(SceneName, InvalidJsonGivesNoNameAndAWarning) {
     const NameResult result = scene_name_of("not json");
     EXPECT_EQ(result.name, "");
     EXPECT_EQ(result.lines, (Lines{"[WARN] Parse failed in initing scene name!"}));
 }
 
-TEST(SceneName, NameOfAnotherKindIsContained) {
+TEST(SceneName, NameOfTheWrongTypeGivesNoNameAndIsLogged) {
     const NameResult result = scene_name_of(R"({"name":["C:\\a.max"]})");
     EXPECT_EQ(result.name, "");
     EXPECT_EQ(result.path, "before");
@@ -162,7 +162,7 @@ TEST(SceneName, NameOfAnotherKindIsContained) {
     EXPECT_EQ(result.lines[1].compare(0, 7, "[ERROR]"), 0);
 }
 
-TEST(SceneData, CoronaWithoutOneOfItsThreeLimitsHasNone) {
+TEST(SceneData, CoronaWithOneLimitMissingHasNoLimits) {
     for (const std::string present :
          {R"("pass_limit":"0","time_limit":"0")", R"("pass_limit":"0","noise_level_limit":"0")",
           R"("time_limit":"0","noise_level_limit":"0")"}) {
@@ -175,7 +175,7 @@ TEST(SceneData, CoronaWithoutOneOfItsThreeLimitsHasNone) {
     }
 }
 
-TEST(SceneName, TextNestedTooDeepLeavesItsReason) {
+TEST(SceneName, TooDeepNestingIsLoggedWithItsReason) {
     const NameResult result = scene_name_of(std::string(2000, '['));
     EXPECT_EQ(result.name, "");
     ASSERT_EQ(result.lines.size(), 2u);

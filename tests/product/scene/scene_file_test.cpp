@@ -26,7 +26,7 @@ TEST(SceneFile, SlashWinsOverALaterBackslash) {
     EXPECT_EQ(PlanSceneFile("b.max", "a.max", "C:/s\\t\\a.max").file, "C:/b.max");
 }
 
-TEST(SceneFile, PathWithoutSeparatorHasNoPlaceForAnotherName) {
+TEST(SceneFile, PathWithoutSeparatorGivesNoFileForAnotherName) {
     const SceneFilePlan plan = PlanSceneFile("b.max", "a.max", "a.max");
     EXPECT_EQ(plan.file, "");
     EXPECT_FALSE(plan.save_first);
@@ -44,16 +44,16 @@ TEST(SceneBackupName, NumberHasSixDigits) {
     EXPECT_EQ(tarvo::BackupName(L"", 32767), L"_032767");
 }
 
-TEST(SceneBackupName, LogLineSaysWhatHappened) {
+TEST(SceneBackupName, LogLineReportsSuccess) {
     EXPECT_EQ(tarvo::BackupLogLine(L"a", L"b", true, 0), L"Backup file from a to b Success!");
 }
 
-TEST(SceneBackupName, ErrorIsOneUnitNotDigits) {
+TEST(SceneBackupName, ErrorCodeIsOneCharacterAndNotDigits) {
     EXPECT_EQ(tarvo::BackupLogLine(L"a", L"b", false, 65), L"Backup file from a to b Error! Code is A");
     EXPECT_EQ(tarvo::BackupLogLine(L"a", L"b", false, 0x10041), L"Backup file from a to b Error! Code is A");
 }
 
-TEST(CameraName, IsCutAtTheLimitButNeverInsideAPair) {
+TEST(CameraName, IsCutAtTheLimitButNotInsideASurrogatePair) {
     EXPECT_EQ(SplitCameraName(std::string(259, 'a')).key.size(), 259u);
     EXPECT_EQ(SplitCameraName(std::string(260, 'a')).key.size(), 259u);
     // 258 letters and one character of two units: both units or none.
@@ -61,9 +61,9 @@ TEST(CameraName, IsCutAtTheLimitButNeverInsideAPair) {
     EXPECT_EQ(SplitCameraName(std::string(258, 'a') + "\xF0\x9F\x98\x80").key.size(), 258u);
 }
 
-// U+10000 and U+10FFFF are the first and the last that take a pair; U+D7FF and U+E000 stand beside the
+// U+10000 and U+10FFFF are the first and the last with a surrogate pair; U+D7FF and U+E000 are next to the
 // surrogates.
-TEST(CameraName, EveryPairAtTheLimitIsKnownAndNoSingleUnitTakenForOne) {
+TEST(CameraName, OnlyASurrogatePairAtTheLimitIsRemovedWhole) {
     for (const char* pair : {"\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
         EXPECT_EQ(SplitCameraName(std::string(258, 'a') + pair).key.size(), 258u);
     }

@@ -27,7 +27,7 @@ constexpr NameCase kNames[] = {
     {L"a...max", false},
     {L"a.", true}, // the cut is before the last full stop
     {L"a..", false},
-    {L"shot.max ", true}, // the blank is behind the cut
+    {L"shot.max ", true}, // the blank is after the cut
     {L"shot\t.max", true},
     {L"\u0441\u0446\u0435\u043d\u0430.max", false},
     {L"scen\u0430.max", false},
@@ -40,7 +40,7 @@ constexpr NameCase kNames[] = {
     {L"shot.\u043c\u0430\u043a\u0441", true}, // only the name counts, not what follows its last full stop
 };
 
-TEST(UsableSceneName, SceneNamesThatTheFarmCannotTakeAreRefused) {
+TEST(UsableSceneName, StemsEndingWithABlankOrDotAndCyrillicStemsAreRefused) {
     for (const NameCase& name : kNames) {
         EXPECT_EQ(IsUsableSceneName(name.file_name), name.usable) << "case " << (&name - kNames);
     }

@@ -1,4 +1,4 @@
-// The three scene checks: their order, their lines, and that nothing they do matters.
+// The three scene checks: their order and their log lines. Their results are ignored.
 #include "scene/scene_scripts.h"
 
 #include "common/text.h"
@@ -45,13 +45,13 @@ protected:
 
     tarvo::SceneData& scene = tarvo::SceneData::instance();
     TestHost& host = test_host();
-    std::vector<std::size_t> lines_before; // how far the log was when each script ran
+    std::vector<std::size_t> lines_before; // length of the log when each script ran
     tarvo::PluginConfig config;
     std::size_t mark = 0;
     std::vector<std::string> lines;
 };
 
-TEST_F(VirusCheck, ThreeScriptsInOrder) {
+TEST_F(VirusCheck, ScriptsRunInOrder) {
     check();
     expect_all_three();
 }
@@ -61,13 +61,13 @@ TEST_F(VirusCheck, EachLineFollowsItsScript) {
     EXPECT_EQ(lines_before, (std::vector<std::size_t>{mark, mark + 1, mark + 2}));
 }
 
-TEST_F(VirusCheck, FailingScriptsStopNothing) {
+TEST_F(VirusCheck, FailedScriptDoesNotStopTheOthers) {
     host.script_result = false;
     check();
     expect_all_three();
 }
 
-TEST_F(VirusCheck, WhatAScriptReturnsIsIgnored) {
+TEST_F(VirusCheck, ReturnValueOfAScriptIsIgnored) {
     host.script_text = L"infected";
     check();
     expect_all_three();
@@ -80,7 +80,7 @@ TEST_F(VirusCheck, EveryRunWritesItsLines) {
     expect_all_three();
 }
 
-// As a script does that removed something.
+// As a script does after it has removed something.
 void save_scene() {
     const tarvo::FileHandle file(::CreateFileW(test_host().file_path.c_str(), FILE_WRITE_ATTRIBUTES, 0,
                                                nullptr, OPEN_EXISTING, 0, nullptr));
@@ -88,7 +88,7 @@ void save_scene() {
     EXPECT_NE(::SetFileTime(file.get(), nullptr, nullptr, &later), FALSE);
 }
 
-TEST_F(VirusCheck, AFileThatAScriptSavedGetsALastLine) {
+TEST_F(VirusCheck, FileSavedByAScriptIsLoggedLast) {
     const std::string path = support::plugin_folder() + "/saved.max";
     support::write_file(path, "scene");
     host.file_path = tarvo::Utf8ToWide(path);
@@ -118,7 +118,7 @@ TEST_F(VirusCheck, PathsComeFromTheConfiguration) {
     }
 }
 
-TEST_F(VirusCheck, NothingIsCheckedForExistence) {
+TEST_F(VirusCheck, ExistenceOfTheScriptsIsNotChecked) {
     config = tarvo::PluginConfig();
     check();
     EXPECT_EQ(host.scripts, std::vector<std::wstring>(3, L"fileIn \"\""));

@@ -1,6 +1,6 @@
 // The bench on which the submit sequence runs without windows and host. This program links the sequence
-// itself and defines every operation that it calls: submit_sequence_doubles.cpp has the doubles, which write
-// down each call in the order in which it comes and answer what the test has set here.
+// itself and defines every operation that it calls: submit_sequence_doubles.cpp has the doubles, which
+// record the calls in their order and return what the test has set here.
 #pragma once
 
 #include "common/message_box.h"
@@ -40,7 +40,7 @@ struct Bench {
     std::wstring language_switch = L"0";
 
     Calls calls;
-    tarvo::PluginConfig loaded_into; // as it came to the loader
+    tarvo::PluginConfig loaded_into; // as passed to the loader
     tarvo::PluginConfig checked_with;
     tarvo::PluginConfig posted_with;
     tarvo::SceneData& scene = tarvo::SceneData::instance(); // its options are as at the start

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Every call of a submission that goes through.
+// Every call of a successful submission.
 Calls all_calls(bool ao_channel, bool virus_check) {
     Calls calls = {"validate", "checked 1043", "checked 1044"};
     if (ao_channel) {
@@ -105,7 +105,7 @@ TEST(SubmitSequence, RunsEveryStepInOrder) {
     });
 }
 
-TEST(SubmitSequence, EachStopEndsItWhereItIs) {
+TEST(SubmitSequence, EachStopSkipsTheRemainingSteps) {
     for (const Stop& stop : kStops) {
         SCOPED_TRACE(stop.name);
         for_each_option([&stop](bool ao_channel, bool virus_check) {
@@ -118,7 +118,7 @@ TEST(SubmitSequence, EachStopEndsItWhereItIs) {
     }
 }
 
-TEST(SubmitSequence, OfTwoStopsTheEarlierOneCounts) {
+TEST(SubmitSequence, EarlierOfTwoStopsDecidesTheResult) {
     const std::size_t count = sizeof kStops / sizeof *kStops;
     for (std::size_t earlier = 0; earlier < count; ++earlier) {
         for (std::size_t later = earlier + 1; later < count; ++later) {
@@ -133,7 +133,7 @@ TEST(SubmitSequence, OfTwoStopsTheEarlierOneCounts) {
     }
 }
 
-TEST(SubmitSequence, NoCameraIsAQuestionThatOnlyCancelAnswersWithNo) {
+TEST(SubmitSequence, NoTickedCameraStopsOnlyOnCancel) {
     for (const int answer : {tarvo::kAnswerOk, 0, tarvo::kAnswerYes}) {
         Bench bench;
         bench.check = 3;
@@ -157,7 +157,7 @@ TEST(SubmitSequence, OkDoesNotOverrideTheHardStops) {
     }
 }
 
-TEST(SubmitSequence, UnknownCheckResultsGoOn) {
+TEST(SubmitSequence, UnknownCheckResultsDoNotStop) {
     for (const std::int32_t check : {-1, 4, 100}) {
         Bench bench;
         bench.check = check;
@@ -183,7 +183,7 @@ TEST(SubmitSequence, TheLanguageSwitchDecidesTheBoxesLanguage) {
     }
 }
 
-TEST(SubmitSequence, WithoutTheAoChannelItsStoredNumbersStay) {
+TEST(SubmitSequence, WithoutTheAoChannelItsStoredNumbersAreKept) {
     Bench bench;
     bench.scene.ao_channel = true;
     bench.scene.ao_radius = 77.0;
@@ -229,7 +229,7 @@ TEST(SubmitSequence, OptionsAreStoredEvenWhenALaterStepStops) {
     EXPECT_EQ(bench.scene.gamma_out, 1.8f);
 }
 
-TEST(SubmitSequence, OptionsAreNotTouchedWhenTheCamerasAreRefused) {
+TEST(SubmitSequence, OptionsAreNotChangedWhenTheCamerasAreRefused) {
     Bench bench;
     bench.checked = {IDC_MAIN_COLOR_CHANNEL};
     bench.check = 2;
@@ -238,7 +238,7 @@ TEST(SubmitSequence, OptionsAreNotTouchedWhenTheCamerasAreRefused) {
     EXPECT_EQ(bench.scene.gamma_out, 2.2f);
 }
 
-TEST(SubmitSequence, OneConfigurationGoesThroughAllSteps) {
+TEST(SubmitSequence, AllStepsShareOneConfiguration) {
     Bench bench;
     bench.checked = {IDC_MAIN_VIRUS_CHECK};
     EXPECT_EQ(bench.run(), 1);
@@ -249,7 +249,7 @@ TEST(SubmitSequence, OneConfigurationGoesThroughAllSteps) {
     EXPECT_EQ(bench.posted_with.jsonPath, L"folder/document");
 }
 
-TEST(SubmitSequence, EveryPressStartsFromAFreshConfiguration) {
+TEST(SubmitSequence, EveryRunStartsWithAFreshConfiguration) {
     Bench bench;
     EXPECT_EQ(bench.run(), 1);
     bench.loaded_into.clientPort = 0;

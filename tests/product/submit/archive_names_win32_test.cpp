@@ -65,7 +65,7 @@ void remove_all(const Files& files) {
     }
 }
 
-// A hidden console is one more process under Wine, and no part of what is tested here.
+// A hidden console is one more process under Wine and is not tested here.
 BOOL WINAPI create_without_console(LPCWSTR application, LPWSTR command, LPSECURITY_ATTRIBUTES process,
                                    LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags,
                                    LPVOID environment, LPCWSTR folder, LPSTARTUPINFOW startup,
@@ -117,7 +117,7 @@ protected:
         make_file(work + L"\\bystander.max", "bystander");
     }
 
-    // Packs the one file and looks at everything that is there afterwards.
+    // Packs the file and then checks every file in the folders.
     void expect_packed(const std::wstring& file, const std::string& content) {
         tarvo::PluginConfig config = fresh;
         config.sceneFile = tarvo::WideToUtf8(file);

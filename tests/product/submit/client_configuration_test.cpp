@@ -55,14 +55,14 @@ TEST_F(ClientConfiguration, PathsAreConcatenated) {
     EXPECT_TRUE(config.archivePath.empty());
 }
 
-TEST_F(ClientConfiguration, ValuesOfTheIniFile) {
+TEST_F(ClientConfiguration, ValuesAreReadFromTheIniFile) {
     const PluginConfig config = load("[general]\nip=127.0.0.1\nport=8080\nlowerversion=1.3.0\n");
     EXPECT_EQ(config.clientIp, L"127.0.0.1");
     EXPECT_EQ(config.clientPort, 8080);
     EXPECT_EQ(config.lowerVersion, L"1.3.0");
 }
 
-TEST_F(ClientConfiguration, PortIsReadAsAtoiDoes) {
+TEST_F(ClientConfiguration, PortIsReadLikeAtoi) {
     EXPECT_EQ(load("[general]\nport=8080abc\n").clientPort, 8080);
     EXPECT_EQ(load("[general]\nport=abc\n").clientPort, 0);
     EXPECT_EQ(load("[general]\nport=-5\n").clientPort, -5);
@@ -72,14 +72,14 @@ TEST_F(ClientConfiguration, MissingPortIsZeroNot80) {
     EXPECT_EQ(load("[general]\nip=localhost\n").clientPort, 0);
 }
 
-TEST_F(ClientConfiguration, OtherSectionsDoNotCount) {
+TEST_F(ClientConfiguration, OtherSectionsAreIgnored) {
     const PluginConfig config = load("[other]\nip=10.0.0.1\nport=1\nlowerversion=9\n");
     EXPECT_TRUE(config.clientIp.empty());
     EXPECT_EQ(config.clientPort, 0);
     EXPECT_TRUE(config.lowerVersion.empty());
 }
 
-TEST_F(ClientConfiguration, MissingFileIsNoFailureAndIsLoggedAsSuccess) {
+TEST_F(ClientConfiguration, MissingFileIsLoggedAsSuccess) {
     tarvo::SceneData scene;
     PluginConfig config;
     const std::size_t mark = support::log_mark("qfx_data");

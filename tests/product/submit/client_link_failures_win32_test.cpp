@@ -81,7 +81,7 @@ HINTERNET WINAPI keep_connect(HINTERNET session, LPCWSTR server, INTERNET_PORT p
     return connection;
 }
 
-// As on Windows: an empty name is no server's. Wine takes it for this machine.
+// As on Windows, which refuses an empty server name. Wine takes it for this machine.
 HINTERNET WINAPI refuse_empty_name(HINTERNET session, LPCWSTR server, INTERNET_PORT port, DWORD reserved) {
     if (server == nullptr || *server == L'\0') {
         fail();
@@ -90,7 +90,7 @@ HINTERNET WINAPI refuse_empty_name(HINTERNET session, LPCWSTR server, INTERNET_P
     return keep_connect(session, server, port, reserved);
 }
 
-// What is there at the moment the document is removed.
+// The state when the document is removed.
 std::vector<std::string> g_lines_at_removal;
 std::size_t g_mark = 0;
 std::size_t g_boxes_at_removal = 0;
@@ -101,12 +101,12 @@ int note_removal(const wchar_t* path) {
     return ::DeleteFileW(path) != FALSE ? 0 : -1;
 }
 
-// The same at the moment the box is up.
+// The state when the box is shown.
 std::vector<std::string> g_lines_at_box;
 bool g_document_at_box = false;
 std::wstring g_document;
 
-// What the library was asked; the real one is not called where the answer does not matter.
+// Recorded arguments; the real function is called only where its result matters.
 std::wstring g_header;
 DWORD g_header_flags = 0;
 BOOL WINAPI keep_header(HINTERNET, LPCWSTR headers, DWORD length, DWORD flags) {
@@ -169,7 +169,7 @@ protected:
     static std::string line(const char* text) { return "[ERROR] " + (text + std::to_string(kBrokenCode)); }
 };
 
-TEST_F(BrokenLink, SessionCannotBeOpened) {
+TEST_F(BrokenLink, SessionFailureEndsTheExchange) {
     post_with("WinHttpOpen", reinterpret_cast<void*>(&no_session));
     expect_given_up();
     ASSERT_EQ(lines.size(), 4u);
@@ -178,7 +178,7 @@ TEST_F(BrokenLink, SessionCannotBeOpened) {
     EXPECT_TRUE(g_closed.empty());
 }
 
-TEST_F(BrokenLink, ConnectionCannotBeMade) {
+TEST_F(BrokenLink, ConnectionFailureEndsTheExchange) {
     post_with("WinHttpConnect", reinterpret_cast<void*>(&no_connection));
     expect_given_up();
     ASSERT_EQ(lines.size(), 3u);
@@ -186,7 +186,7 @@ TEST_F(BrokenLink, ConnectionCannotBeMade) {
     EXPECT_EQ(g_closed.size(), 1u);
 }
 
-TEST_F(BrokenLink, NoAddressReachesNobody) {
+TEST_F(BrokenLink, EmptyAddressEndsTheExchange) {
     config.clientIp.clear();
     post_with("WinHttpConnect", reinterpret_cast<void*>(&refuse_empty_name));
     expect_given_up();
@@ -194,7 +194,7 @@ TEST_F(BrokenLink, NoAddressReachesNobody) {
     EXPECT_EQ(lines[0], line("Http connect error! ErrorCode: "));
 }
 
-TEST_F(BrokenLink, BoxThenLinesThenRemoval) {
+TEST_F(BrokenLink, FailureShowsTheBoxThenLogsThenRemovesTheDocument) {
     g_mark = support::log_mark("qfx_http");
     g_boxes = &boxes;
     g_document = config.jsonPath;
@@ -212,14 +212,14 @@ TEST_F(BrokenLink, BoxThenLinesThenRemoval) {
     EXPECT_EQ(g_boxes_at_removal, 1u);
 }
 
-TEST_F(BrokenLink, RequestCannotBeOpened) {
+TEST_F(BrokenLink, RequestFailureEndsTheExchange) {
     post_with("WinHttpOpenRequest", reinterpret_cast<void*>(&no_request));
     expect_given_up();
     EXPECT_EQ(lines.size(), 2u);
     EXPECT_EQ(g_closed.size(), 2u);
 }
 
-TEST_F(BrokenLink, HeaderAndOptionFailuresAreLoggedAndPassedOver) {
+TEST_F(BrokenLink, HeaderAndOptionFailuresAreLoggedAndIgnored) {
     const struct {
         const char* function;
         void* replacement;
@@ -240,7 +240,7 @@ TEST_F(BrokenLink, HeaderAndOptionFailuresAreLoggedAndPassedOver) {
     }
 }
 
-TEST_F(BrokenLink, UnknownAmountReadsNothing) {
+TEST_F(BrokenLink, UnknownReplySizeReadsNothing) {
     post_with("WinHttpQueryDataAvailable", reinterpret_cast<void*>(&no_query_data));
     expect_box(IDS_REPLY_NOT_PARSED, Text(IDS_CAPTION));
     EXPECT_EQ(lines, (std::vector<std::string>{line("WinHttpQueryDataAvailableerror, code is "), kRead,
@@ -248,7 +248,7 @@ TEST_F(BrokenLink, UnknownAmountReadsNothing) {
     EXPECT_TRUE(document_kept());
 }
 
-TEST_F(BrokenLink, ReplyCannotBeRead) {
+TEST_F(BrokenLink, ReadFailureShowsABoxAndKeepsTheDocument) {
     post_with("WinHttpReadData", reinterpret_cast<void*>(&no_read));
     expect_box(IDS_REPLY_NOT_READ, Text(IDS_CAPTION));
     EXPECT_EQ(lines, std::vector<std::string>{line("Http read data failed! ErrorCode: ")});
@@ -261,15 +261,15 @@ TEST_F(BrokenLink, CertificateFlagsAreSet) {
     expect_accepted();
 }
 
-TEST_F(BrokenLink, HeaderLineIsAddedAndReplacesNone) {
+TEST_F(BrokenLink, HeaderIsAddedWithoutReplacingOthers) {
     post_with("WinHttpAddRequestHeaders", reinterpret_cast<void*>(&keep_header));
     EXPECT_EQ(g_header, L"Content-Type: application/json;charset=utf-8");
     EXPECT_EQ(g_header_flags, static_cast<DWORD>(WINHTTP_ADDREQ_FLAG_ADD));
     expect_accepted();
 }
 
-// The machine's own proxy settings count, as for every program that names none.
-TEST_F(BrokenLink, SessionNamesNoProxyAndWaits) {
+// Without a named proxy the machine's proxy settings are used.
+TEST_F(BrokenLink, SessionUsesTheDefaultProxyAndIsSynchronous) {
     post_with("WinHttpOpen", reinterpret_cast<void*>(&keep_session));
     EXPECT_EQ(g_session.agent, L"A WinHTTP Program For Marrowby/1.0");
     EXPECT_EQ(g_session.access, static_cast<DWORD>(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY));
@@ -278,7 +278,7 @@ TEST_F(BrokenLink, SessionNamesNoProxyAndWaits) {
     expect_accepted();
 }
 
-TEST_F(BrokenLink, RequestIsPlainAndHasNoPath) {
+TEST_F(BrokenLink, RequestIsUnencryptedAndHasNoPath) {
     post_with("WinHttpOpenRequest", reinterpret_cast<void*>(&keep_request));
     EXPECT_EQ(g_request.verb, L"POST");
     EXPECT_FALSE(g_request.names_more);

@@ -13,7 +13,7 @@ using support::say;
 using support::wait_for_hang_up;
 using tarvo::Text;
 
-TEST_F(ClientLink, LastErrorLineIsRunTogether) {
+TEST_F(ClientLink, LastErrorLineHasNoBlankAfterTheFunctionName) {
     tarvo::Logger log(tarvo::kHttpChannel);
     const std::size_t mark = support::log_mark("qfx_http");
     ::SetLastError(12029);
@@ -22,7 +22,7 @@ TEST_F(ClientLink, LastErrorLineIsRunTogether) {
               std::vector<std::string>{"[ERROR] WinHttpSendRequesterror, code is 12029"});
 }
 
-TEST_F(ClientLink, RequestOnTheWire) {
+TEST_F(ClientLink, RequestIsAPostWithItsHeadersAndBody) {
     RawServer server([](SOCKET connection) { say(connection, http_reply("{\"ret\":10001}")); });
     post(server.port());
     const std::string& head = server.head();
@@ -34,7 +34,7 @@ TEST_F(ClientLink, RequestOnTheWire) {
     expect_accepted();
 }
 
-TEST_F(ClientLink, RefusedByTheClient) {
+TEST_F(ClientLink, RefusalShowsABoxAndKeepsTheDocument) {
     RawServer server([](SOCKET connection) { say(connection, http_reply("{\"ret\":10006}")); });
     post(server.port());
     expect_box(IDS_REPLY_NO_DOCUMENT, Text(IDS_CAPTION));
@@ -42,15 +42,15 @@ TEST_F(ClientLink, RefusedByTheClient) {
     EXPECT_TRUE(document_kept());
 }
 
-TEST_F(ClientLink, NobodyListens) {
+TEST_F(ClientLink, ClosedPortEndsTheExchange) {
     post(support::free_port());
     expect_given_up();
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines.front(), "[ERROR] WinHttpSendRequesterror, code is 12029");
 }
 
-// docs/threat-model.md says so: the paths go where the answer sends them.
-TEST_F(ClientLink, TemporaryRedirectMovesTheWholeRequest) {
+// See docs/threat-model.md: the paths are sent to the target of the redirect.
+TEST_F(ClientLink, TemporaryRedirectForwardsTheWholeRequest) {
     RawServer elsewhere([](SOCKET connection) { say(connection, http_reply("{\"ret\":10001}")); });
     const std::string address = "http://127.0.0.1:" + std::to_string(elsewhere.port()) + "/";
     RawServer server([&address](SOCKET connection) {
@@ -62,7 +62,7 @@ TEST_F(ClientLink, TemporaryRedirectMovesTheWholeRequest) {
     expect_accepted();
 }
 
-TEST_F(ClientLink, DocumentInAFolderThatTheCodePageLacks) {
+TEST_F(ClientLink, DocumentInAFolderOutsideTheCodePageIsRemoved) {
     const std::wstring own_folder = folder + L"/\x0531\x0532";
     ::DeleteFileW(config.jsonPath.c_str());
     tarvo::CreateFolder(own_folder);
@@ -73,24 +73,24 @@ TEST_F(ClientLink, DocumentInAFolderThatTheCodePageLacks) {
     ::RemoveDirectoryW(own_folder.c_str());
 }
 
-TEST_F(ClientLink, ClientTakesTheCallAndHangsUp) {
+TEST_F(ClientLink, ConnectionClosedWithoutAReplyEndsTheExchange) {
     RawServer server([](SOCKET) {});
     post(server.port());
     expect_given_up();
 }
 
-TEST_F(ClientLink, ClientAnswersNoHttp) {
+TEST_F(ClientLink, ReplyThatIsNoHttpShowsABoxAndIsLogged) {
     RawServer server([](SOCKET connection) { say(connection, "hello\r\n\r\n"); });
     post(server.port());
     ASSERT_EQ(boxes.shown.size(), 1u);
     EXPECT_FALSE(lines.empty());
 }
 
-TEST_F(ClientLink, ReplyInTwoPiecesIsCutAfterTheFirst) {
+TEST_F(ClientLink, OnlyTheFirstPieceOfAReplyIsRead) {
     RawServer server([](SOCKET connection) {
         const std::string reply = http_reply("{\"ret\":10001}");
         say(connection, reply.substr(0, reply.size() - 6));
-        // The other piece comes too late however slow the machine is: when this side has hung up.
+        // Sent after the plugin has closed the connection, so it is too late on any machine.
         wait_for_hang_up(connection);
         say(connection, reply.substr(reply.size() - 6));
     });
@@ -98,7 +98,7 @@ TEST_F(ClientLink, ReplyInTwoPiecesIsCutAfterTheFirst) {
     expect_not_parsed();
 }
 
-TEST_F(ClientLink, HeadersFirstThenTheWholeReply) {
+TEST_F(ClientLink, BodySentAfterTheHeadersIsRead) {
     RawServer server([](SOCKET connection) {
         const std::string body = "{\"ret\":10001}";
         const std::string reply = http_reply(body);
@@ -110,7 +110,7 @@ TEST_F(ClientLink, HeadersFirstThenTheWholeReply) {
     expect_accepted();
 }
 
-TEST_F(ClientLink, RepliesThatAreNoCode) {
+TEST_F(ClientLink, ReplyWithoutACodeIsNotParsed) {
     for (const char* reply : {"", "not JSON", "{\"ret\":\"10001\"}", "[10001]"}) {
         SCOPED_TRACE(reply);
         boxes.shown.clear();
@@ -159,7 +159,6 @@ TEST_F(ClientLink, ReplyEndsAtTheFirstZeroByte) {
     expect_accepted();
 }
 
-// Only the text of the reply counts, not what the client calls it.
 TEST_F(ClientLink, ContentTypeOfTheReplyDoesNotMatter) {
     RawServer server([](SOCKET connection) {
         say(connection, "HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nContent-Length: 13\r\n"

@@ -1,4 +1,4 @@
-// Many exchanges in a row: what was opened is closed, whatever the client did, and nothing piles up.
+// Many exchanges in a row: every handle is closed, whatever the client does, and nothing leaks.
 #include "tests/support/client_link_fixture.h"
 #include "tests/support/patched_import.h"
 #include "tests/support/raw_server.h"
@@ -74,7 +74,7 @@ std::string last_reply(const std::string& body) {
 }
 
 struct Usage {
-    std::uintptr_t lowest_free_handle = 0; // rises by four for each handle that is not given back
+    std::uintptr_t lowest_free_handle = 0; // rises by four for each leaked handle
     SIZE_T bytes = 0;
 };
 
@@ -102,7 +102,7 @@ protected:
         tarvo::PostToClient(config, kBody, owner());
     }
 
-    // One of each way a client can take a call, in turn.
+    // Cycles through the ways in which a client can reply.
     void exchange_number(int number) {
         const std::string replies[] = {last_reply("{\"ret\":10001}"), last_reply("no JSON"), std::string(),
                                        last_reply(std::string(5000, '[')), "HTTP/1.1 200 OK\r\n"};
@@ -133,7 +133,7 @@ TEST_F(ExchangeHandles, EverythingOpenedIsClosed) {
     EXPECT_EQ(g_closed_unknown, 0);
 }
 
-TEST_F(ExchangeHandles, NobodyListeningLeavesNothingOpen) {
+TEST_F(ExchangeHandles, ClosedPortLeavesNoHandleOpen) {
     constexpr int kCalls = 5;
     for (int number = 0; number < kCalls; ++number) {
         exchange(support::free_port());
@@ -142,9 +142,9 @@ TEST_F(ExchangeHandles, NobodyListeningLeavesNothingOpen) {
     EXPECT_EQ(g_closed, 3 * kCalls);
 }
 
-// A leak grows in every round. What grows once is somebody else's: a thread the library's pool added, a large
-// page that the system put in the place of small ones.
-TEST_F(ExchangeHandles, HandlesAndMemoryStayFlat) {
+// A leak grows in every round. A single growth is no leak: the library's pool adds a thread, or the system
+// replaces small pages by a large one.
+TEST_F(ExchangeHandles, HandlesAndMemoryDoNotGrow) {
     constexpr std::uintptr_t kSpareHandles = 20 * 4;
     constexpr SIZE_T kSpareBytes = 1024 * 1024; // 5 KB for each exchange
     constexpr int kRounds = 3;

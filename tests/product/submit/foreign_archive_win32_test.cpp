@@ -1,5 +1,5 @@
-// What lies under the coming archive's name and was not made by this process: taken away, or the run ends
-// before 7-Zip is started. And how 7-Zip is started.
+// A foreign file or folder with the archive's name is removed, or the run ends before 7-Zip is started. Also:
+// how 7-Zip is started.
 #include "common/platform.h"
 #include "common/string_table.h"
 #include "common/text.h"
@@ -89,7 +89,7 @@ protected:
         ::DeleteFileW(archive().c_str());
     }
 
-    // The archive that the next call of prepare() names, if it comes within the same second.
+    // The archive that prepare() names when it is called within the same second.
     std::wstring archive() const {
         return tarvo::ArchivePath(config.compressDir, L"Hall", tarvo::ArchiveTag(second));
     }
@@ -98,7 +98,7 @@ protected:
         return tarvo::PrepareSceneArchive(scene, config.sceneFile, std::string(), std::wstring(), config);
     }
 
-    // Puts something under the archive's name and prepares; again when the second passed in between.
+    // Creates something with the archive's name and prepares; retries when the second has passed in between.
     bool prepare_with(const std::function<void(const std::wstring&)>& plant,
                       const std::function<void(const std::wstring&)>& clear) {
         for (;;) {
@@ -140,7 +140,7 @@ protected:
     std::size_t mark = 0;
 };
 
-TEST_F(ForeignArchive, PlantedFileIsTakenAwayBeforeSevenZipRuns) {
+TEST_F(ForeignArchive, PlantedFileIsRemovedBeforeSevenZipRuns) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     ASSERT_TRUE(prepare_with([](const std::wstring& path) { support::write_wide_file(path, "planted"); },
                              remove_file));
@@ -148,7 +148,7 @@ TEST_F(ForeignArchive, PlantedFileIsTakenAwayBeforeSevenZipRuns) {
     expect_only_the_scene();
 }
 
-TEST_F(ForeignArchive, ReadOnlyFileIsTakenAwayAndItsOtherNameKeepsItsProtection) {
+TEST_F(ForeignArchive, ReadOnlyFileIsRemovedAndItsHardLinkStaysReadOnly) {
     const std::wstring other = work + L"\\other name.txt";
     ::SetFileAttributesW(other.c_str(), FILE_ATTRIBUTE_NORMAL);
     support::write_wide_file(other, "kept");
@@ -168,13 +168,13 @@ TEST_F(ForeignArchive, ReadOnlyFileIsTakenAwayAndItsOtherNameKeepsItsProtection)
     EXPECT_TRUE(::DeleteFileW(other.c_str()));
 }
 
-TEST_F(ForeignArchive, EmptyFolderIsTakenAway) {
+TEST_F(ForeignArchive, EmptyFolderIsRemoved) {
     ASSERT_TRUE(prepare_with([](const std::wstring& path) { ::CreateDirectoryW(path.c_str(), nullptr); },
                              [](const std::wstring& path) { ::RemoveDirectoryW(path.c_str()); }));
     EXPECT_FALSE(tarvo::IsNameTaken(archive()));
 }
 
-TEST_F(ForeignArchive, FolderWithFilesEndsTheRunAndStays) {
+TEST_F(ForeignArchive, FolderWithFilesEndsTheRunAndIsKept) {
     ASSERT_FALSE(prepare_with(
         [](const std::wstring& path) {
             ::CreateDirectoryW(path.c_str(), nullptr);
@@ -188,7 +188,7 @@ TEST_F(ForeignArchive, FolderWithFilesEndsTheRunAndStays) {
     EXPECT_EQ(support::read_wide_file(archive() + L"\\inside.txt"), "inside");
 }
 
-TEST_F(ForeignArchive, FileThatAnotherProgramHoldsEndsTheRun) {
+TEST_F(ForeignArchive, FileOpenInAnotherProgramEndsTheRun) {
     tarvo::FileHandle held;
     ASSERT_FALSE(prepare_with(
         [&held](const std::wstring& path) {
@@ -203,7 +203,7 @@ TEST_F(ForeignArchive, FileThatAnotherProgramHoldsEndsTheRun) {
 }
 
 // The other program lets the file be removed, but the name is free only once it closes the file.
-TEST_F(ForeignArchive, FileThatAnotherProgramHoldsAndSharesEndsTheRun) {
+TEST_F(ForeignArchive, FileOpenAndSharedInAnotherProgramEndsTheRun) {
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     tarvo::FileHandle held;
     ASSERT_FALSE(prepare_with(
@@ -220,7 +220,7 @@ TEST_F(ForeignArchive, FileThatAnotherProgramHoldsAndSharesEndsTheRun) {
     EXPECT_FALSE(tarvo::IsNameTaken(archive()));
 }
 
-TEST_F(ForeignArchive, OwnArchiveOfTheSameSecondIsAddedTo) {
+TEST_F(ForeignArchive, OwnArchiveIsKeptAndAReplacedOneIsRemoved) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     ASSERT_TRUE(prepare());
     const std::wstring own = tarvo::Utf8ToWide(config.archivePath);
@@ -237,13 +237,13 @@ TEST_F(ForeignArchive, OwnArchiveOfTheSameSecondIsAddedTo) {
     EXPECT_TRUE(::DeleteFileW((own + L".moved").c_str()));
 }
 
-TEST_F(ForeignArchive, NothingThereIsNoReasonToStop) {
+TEST_F(ForeignArchive, MissingFileIsNoError) {
     ASSERT_TRUE(prepare_with(nothing, nothing));
     EXPECT_TRUE(lines().empty());
     EXPECT_EQ(tarvo::RemoveForeign(work + L"\\no folder\\nothing", scene.made_archive), 0u);
 }
 
-TEST_F(ForeignArchive, LongPathsAreTakenAwayToo) {
+TEST_F(ForeignArchive, FileWithALongPathIsRemoved) {
     std::wstring folder = work;
     for (int level = 0; level < 3; ++level) {
         folder += L"\\" + std::wstring(100, static_cast<wchar_t>(L'a' + level));
@@ -260,7 +260,7 @@ TEST_F(ForeignArchive, LongPathsAreTakenAwayToo) {
     EXPECT_EQ(::GetFileAttributesW(unlimited.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
-TEST_F(ForeignArchive, SevenZipIsStartedHiddenAndWaitedForWithoutALimit) {
+TEST_F(ForeignArchive, SevenZipStartsHiddenAndIsAwaitedWithoutATimeout) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     const PatchedImport starts("KERNEL32.dll", "CreateProcessW", reinterpret_cast<void*>(&note_start));
     ASSERT_TRUE(starts.installed());

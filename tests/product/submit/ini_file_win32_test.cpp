@@ -34,13 +34,13 @@ protected:
     tarvo::SceneData scene;
 };
 
-TEST_F(IniFile, BlanksAroundNamesAndValuesAreTheReadersBusiness) {
+TEST_F(IniFile, BlanksAroundNamesAndValuesAreIgnored) {
     const PluginConfig config = load("[general]\r\n  ip =  127.0.0.1  \r\nport\t= 8080\r\n");
     EXPECT_EQ(config.clientIp, L"127.0.0.1");
     EXPECT_EQ(config.clientPort, 8080);
 }
 
-TEST_F(IniFile, QuotesAroundAValueAreTakenOff) {
+TEST_F(IniFile, QuotesAroundAValueAreRemoved) {
     const PluginConfig config =
         load("[general]\r\nip=\" 10.0.0.1 \"\r\nport='   12'\r\nlowerversion=\"1.3\"\r\n");
     EXPECT_EQ(config.clientIp, L" 10.0.0.1 ");
@@ -48,20 +48,20 @@ TEST_F(IniFile, QuotesAroundAValueAreTakenOff) {
     EXPECT_EQ(config.lowerVersion, L"1.3");
 }
 
-TEST_F(IniFile, NamesAreReadWithoutRegardToCase) {
+TEST_F(IniFile, NamesAreCaseInsensitive) {
     const PluginConfig config = load("[General]\r\nIP=localhost\r\nPort=81\r\n");
     EXPECT_EQ(config.clientIp, L"localhost");
     EXPECT_EQ(config.clientPort, 81);
 }
 
-TEST_F(IniFile, CommentsAndForeignSections) {
+TEST_F(IniFile, CommentsAndOtherSectionsAreIgnored) {
     const PluginConfig config = load(
         "; ip=9.9.9.9\r\n[other]\r\nip=8.8.8.8\r\n[general]\r\n;port=1\r\nport=2\r\n[last]\r\nport=3\r\n");
     EXPECT_EQ(config.clientIp, L"");
     EXPECT_EQ(config.clientPort, 2);
 }
 
-TEST_F(IniFile, MissingKeysAndMissingFile) {
+TEST_F(IniFile, MissingKeysOrFileGiveEmptyValues) {
     PluginConfig config = load("[general]\r\n");
     EXPECT_EQ(config.clientIp, L"");
     EXPECT_EQ(config.clientPort, 0);
@@ -74,7 +74,7 @@ TEST_F(IniFile, MissingKeysAndMissingFile) {
     EXPECT_EQ(config.clientPort, 0);
 }
 
-TEST_F(IniFile, Utf16WithByteOrderMark) {
+TEST_F(IniFile, Utf16WithByteOrderMarkIsRead) {
     const std::wstring text = L"\xFEFF[general]\r\nip=\x4E3B\x673A.example\r\nport=8080\r\n";
     const PluginConfig config =
         load(std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)));

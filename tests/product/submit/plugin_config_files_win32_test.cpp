@@ -1,4 +1,4 @@
-// Ini files as people and other programs leave them, and the records that come of them.
+// Ini files as people and other programs write them, and the records read from them.
 #include "common/platform.h"
 #include "scene/scene_data.h"
 #include "submit/plugin_config.h"
@@ -63,7 +63,7 @@ protected:
     tarvo::SceneData scene;
 };
 
-TEST_F(PluginConfigFiles, PortIsWhatItsLeadingDigitsSay) {
+TEST_F(PluginConfigFiles, PortIsReadFromItsLeadingDigits) {
     const struct {
         const char* value;
         std::int32_t port;
@@ -78,12 +78,12 @@ TEST_F(PluginConfigFiles, PortIsWhatItsLeadingDigitsSay) {
     }
 }
 
-TEST_F(PluginConfigFiles, PortBeyondTheNumberRangeEndsAtItsLimit) {
+TEST_F(PluginConfigFiles, OutOfRangePortIsClampedToTheLimit) {
     EXPECT_EQ(port_of("99999999999999999999"), std::numeric_limits<std::int32_t>::max());
     EXPECT_EQ(port_of("-99999999999999999999"), std::numeric_limits<std::int32_t>::min());
 }
 
-TEST_F(PluginConfigFiles, OnlyAPairOfQuotesIsTakenOff) {
+TEST_F(PluginConfigFiles, OnlyAMatchingPairOfQuotesIsRemoved) {
     const struct {
         const char* value;
         const wchar_t* ip;
@@ -109,12 +109,12 @@ TEST_F(PluginConfigFiles, OnlyAWholeLineIsAComment) {
     EXPECT_EQ(config.clientPort, 81);
 }
 
-TEST_F(PluginConfigFiles, FirstOfTwoCounts) {
+TEST_F(PluginConfigFiles, FirstOfTwoEntriesIsUsed) {
     const PluginConfig config = load("[general]\r\nport=1\r\nport=2\r\n[general]\r\nport=3\r\nip=second\r\n");
     EXPECT_EQ(config.clientPort, 1);
 }
 
-TEST_F(PluginConfigFiles, LineEndsOfOtherSystems) {
+TEST_F(PluginConfigFiles, BothLineEndingsAreAccepted) {
     for (const char* end : {"\r\n", "\n"}) {
         const PluginConfig config =
             load(std::string("[general]") + end + "ip=a" + end + "port=5" + end + "lowerversion=1.3.5");
@@ -124,7 +124,7 @@ TEST_F(PluginConfigFiles, LineEndsOfOtherSystems) {
     }
 }
 
-TEST_F(PluginConfigFiles, NoFileOfThisKind) {
+TEST_F(PluginConfigFiles, MalformedFileGivesEmptyValues) {
     for (const std::string& content :
          {std::string(), std::string("port=8080\r\n"), std::string("[general\r\nport=8080\r\n"),
           std::string("[general]\r\nport 8080\r\n"), std::string(3000, '\0'), std::string(100000, '[')}) {
@@ -136,7 +136,7 @@ TEST_F(PluginConfigFiles, NoFileOfThisKind) {
     }
 }
 
-TEST_F(PluginConfigFiles, Utf16WithByteOrderMarkAndEveryKey) {
+TEST_F(PluginConfigFiles, EveryKeyIsReadFromUtf16WithByteOrderMark) {
     const std::wstring text = L"\xFEFF; \x8BF4\x660E\r\n[general]\r\nip=\"\x4E3B\x673A\"\r\nport=' 8080x'\r\n"
                               L"lowerversion=\x0531.1\r\n";
     const PluginConfig config =
@@ -156,7 +156,7 @@ TEST_F(PluginConfigFiles, TwoLoadsGiveTheSameRecord) {
     expect_same(fresh, first);
 }
 
-TEST_F(PluginConfigFiles, WorkingTextsAreLeftAlone) {
+TEST_F(PluginConfigFiles, LoadingKeepsSceneFileArchivePathAndArguments) {
     PluginConfig config;
     config.sceneFile = "scene";
     config.archivePath = "archive";
@@ -167,7 +167,7 @@ TEST_F(PluginConfigFiles, WorkingTextsAreLeftAlone) {
     EXPECT_EQ(config.packArguments, "arguments");
 }
 
-TEST_F(PluginConfigFiles, LockedFileIsLikeNoFile) {
+TEST_F(PluginConfigFiles, LockedFileIsTreatedAsMissing) {
     support::write_wide_file(path, "[general]\r\nip=a\r\nport=5\r\n");
     const HANDLE lock =
         ::CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -21,7 +21,7 @@ struct Row {
     const char* line;
 };
 
-// Written down apart from the product's table, text numbers as numbers.
+// An independent copy of the product's table, with text ids as numbers.
 constexpr Row kRows[] = {
     {10001, 45, false, "[INFO] Submit successfully."},
     {10002, 54, true,
@@ -41,7 +41,7 @@ constexpr Row kRows[] = {
 
 constexpr const char* kNotParsed = "[ERROR] Get response data failed: parse the data from client failed!";
 
-// One reply, and what came of it.
+// One reply and its effects.
 struct Outcome {
     explicit Outcome(const std::string& reply) {
         const std::size_t mark = support::log_mark("qfx_http");
@@ -92,7 +92,7 @@ void expect_nothing(const std::string& reply) {
     EXPECT_TRUE(outcome.printed.empty());
 }
 
-TEST(ReplyCodes, EveryRow) {
+TEST(ReplyCodes, EveryCodeHasItsTextCaptionAndLogLine) {
     for (const Row& row : kRows) {
         const ReplyCode* found = FindReplyCode(row.code);
         ASSERT_NE(found, nullptr) << row.code;
@@ -113,7 +113,7 @@ TEST(ReplyCodes, NoOtherCodeIsKnown) {
     EXPECT_EQ(FindReplyCode(99999), nullptr);
 }
 
-TEST(HandleClientReply, BoxAndLineOfEveryCode) {
+TEST(HandleClientReply, EveryCodeShowsItsBoxAndLogsItsLine) {
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.code);
         const Outcome outcome("{\"ret\": " + std::to_string(row.code) + "}");
@@ -123,7 +123,7 @@ TEST(HandleClientReply, BoxAndLineOfEveryCode) {
     }
 }
 
-TEST(HandleClientReply, OtherMembersAndWhiteSpaceDoNotMatter) {
+TEST(HandleClientReply, OtherMembersAndWhiteSpaceAreIgnored) {
     const Outcome outcome(" {\n\t\"message\" : \"\\u6210\\u529f\",\r\n \"ret\"\t:10001 , \"data\":[{}] } \n");
     expect_box(outcome, IDS_REPLY_ACCEPTED, L"");
     EXPECT_EQ(outcome.lines, std::vector<std::string>{"[INFO] Submit successfully."});
@@ -136,26 +136,26 @@ TEST(HandleClientReply, UnknownCodesShowNothing) {
     }
 }
 
-TEST(HandleClientReply, TextThatIsNoJson) {
+TEST(HandleClientReply, InvalidJsonIsNotParsed) {
     for (const char* reply :
          {"", "   ", "OK", "<html></html>", "{\"ret\": 10001", "{\"ret\": 10", "{'ret': 1}"}) {
         expect_not_parsed(reply, false);
     }
 }
 
-TEST(HandleClientReply, ValuesOfTheWrongType) {
+TEST(HandleClientReply, WrongTypeIsNotParsedAndLogsTheReason) {
     for (const char* reply : {"{\"ret\": \"10001\"}", "{\"ret\": [10001]}", "{\"ret\": {}}",
                               "{\"ret\": 1e20}", "[10001]", "10001", "\"10001\"", "{\"ret\": 99999999999}"}) {
         expect_not_parsed(reply, true);
     }
 }
 
-TEST(HandleClientReply, NestedTooDeeply) {
+TEST(HandleClientReply, TooDeepNestingIsNotParsed) {
     expect_not_parsed(std::string(2000, '['), true);
 }
 
-// The library gives up in the middle and has read the code by then.
-TEST(HandleClientReply, CodeBeforeTooDeepNestingIsNoCode) {
+// The library fails in the middle, after it has read the code.
+TEST(HandleClientReply, CodeBeforeTooDeepNestingIsIgnored) {
     expect_not_parsed("{\"ret\":10001,\"x\":" + std::string(2000, '['), true);
 }
 

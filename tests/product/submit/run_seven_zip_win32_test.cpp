@@ -1,4 +1,4 @@
-// The scene through the real 7z.exe and back, and what the log says of it.
+// Packs and unpacks a scene with the real 7z.exe and checks the log lines.
 #include "submit/scene_archive.h"
 
 #include "common/platform.h"
@@ -102,7 +102,7 @@ protected:
     std::vector<std::string> lines; // of the last packing
 };
 
-TEST_F(SevenZip, SceneComesBackUnchanged) {
+TEST_F(SevenZip, PackedSceneUnpacksUnchanged) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     for (const wchar_t* name : {L"Tower", L"Tower.final", L"two  blanks", L"a & b", L"100%", L"%TEMP%",
                                 L"(1)", L"wow! !x!", L"a'b`c^d", L"-mx=9", L"@list", L"[x]{y}", L"a;b,c=d"}) {
@@ -110,7 +110,7 @@ TEST_F(SevenZip, SceneComesBackUnchanged) {
     }
 }
 
-TEST_F(SevenZip, NamesBeyondTheCodePage) {
+TEST_F(SevenZip, NamesOutsideTheCodePageArePacked) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     for (const wchar_t* name : {L"caf\x00E9", L"H\x0101lle", L"\x5927\x5385 2 & (\x526F\x672C)",
                                 L"\xD83D\xDE00", L"x\xFF02 -sdel -- \xFF02"}) {
@@ -118,7 +118,7 @@ TEST_F(SevenZip, NamesBeyondTheCodePage) {
     }
 }
 
-TEST_F(SevenZip, ArchiveIsReadyWhenTheCallReturns) {
+TEST_F(SevenZip, ArchiveIsCompleteWhenTheCallReturns) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     ASSERT_TRUE(pack(L"ready"));
     const std::string bytes = support::read_wide_file(tarvo::Utf8ToWide(config.archivePath));
@@ -134,7 +134,7 @@ TEST_F(SevenZip, RefusedNameIsNotPacked) {
     EXPECT_FALSE(archive_exists());
 }
 
-// The program's path is not quoted: a program by the name of its first word is taken for it.
+// The program's path is not quoted, so Windows starts a program that has the path up to the first blank.
 // docs/threat-model.md says why this stays.
 TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
@@ -146,7 +146,7 @@ TEST_F(SevenZip, ProgramAtTheFirstBlankIsStartedInstead) {
     expect_round_trip(L"mistaken");
 }
 
-TEST_F(SevenZip, AnswerAndSizeAreLogged) {
+TEST_F(SevenZip, ExitCodeAndSizeAreLogged) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     ASSERT_TRUE(pack(L"logged"));
     const std::string bytes = support::read_wide_file(tarvo::Utf8ToWide(config.archivePath));
@@ -168,7 +168,7 @@ TEST_F(SevenZip, SceneThatCannotBeReadIsLogged) {
         << lines.front();
 }
 
-TEST_F(SevenZip, FolderThatIsMissingIsLogged) {
+TEST_F(SevenZip, MissingFolderIsLogged) {
     ASSERT_NO_FATAL_FAILURE(support::install_seven_zip());
     support::write_wide_file(work + L"\\no folder", "a file stands where the folder belongs");
     config.compressDir = work + L"\\no folder";

@@ -19,7 +19,7 @@ using tarvo::PackCommandLine;
 using tarvo::PluginConfig;
 using tarvo::PrepareSceneArchive;
 
-TEST(ArchiveStem, NameWithoutFolderAndExtension) {
+TEST(ArchiveStem, IsTheNameWithoutFolderAndExtension) {
     EXPECT_EQ(ArchiveStem("C:\\scenes\\Tower.max"), "Tower");
     EXPECT_EQ(ArchiveStem("C:\\my.folder\\Tower"), "Tower");
     EXPECT_EQ(ArchiveStem("C:\\scenes\\Tower.final.max"), "Tower.final");
@@ -36,7 +36,7 @@ TEST(ArchiveStem, BackslashWinsOverSlash) {
     EXPECT_EQ(ArchiveStem("C:\\scenes/Tower.max"), "scenes/Tower");
 }
 
-TEST(ArchiveStem, BlanksAndFullStopsBeforeTheExtensionStay) {
+TEST(ArchiveStem, BlanksAndFullStopsBeforeTheExtensionAreKept) {
     EXPECT_EQ(ArchiveStem("C:\\Tower .max"), "Tower ");
     EXPECT_EQ(ArchiveStem("C:\\Tower..max"), "Tower.");
 }
@@ -63,17 +63,17 @@ TEST(ArchiveTag, SixCharactersOfTheAlphabet) {
     }
 }
 
-TEST(ArchiveTag, SecondDecides) {
+TEST(ArchiveTag, DependsOnlyOnTheSecond) {
     EXPECT_EQ(ArchiveTag(1700000000), ArchiveTag(1700000000));
     EXPECT_NE(ArchiveTag(1700000000), ArchiveTag(1700000001));
 }
 
-TEST(ArchivePath, Concatenated) {
+TEST(ArchivePath, JoinsFolderStemAndTag) {
     EXPECT_EQ(ArchivePath(L"C:\\ProgramData/Tarvo Rendering/compress", L"Lobby2", L"k3ZpQa"),
               L"C:\\ProgramData/Tarvo Rendering/compress/Lobby2_k3ZpQa.7z");
 }
 
-TEST(PackArguments, ByteForByte) {
+TEST(PackArguments, HaveTheirFixedForm) {
     EXPECT_EQ(PackArguments("C:\\out/a b_k3ZpQa.7z", "D:\\work\\a & b (%1).max"),
               " a -mx=3 -mmt=2 -t7z \"C:\\out/a b_k3ZpQa.7z\" \"D:\\work\\a & b (%1).max\"");
     EXPECT_EQ(PackArguments("A", "S"), " a -mx=3 -mmt=2 -t7z \"A\" \"S\"");
@@ -104,7 +104,7 @@ TEST_F(SceneArchive, FillsPathAndArguments) {
               " a -mx=3 -mmt=2 -t7z \"" + config.archivePath + "\" \"D:\\work\\Lobby2.max\"");
 }
 
-TEST_F(SceneArchive, RefusedNamesAreFilledInAllTheSame) {
+TEST_F(SceneArchive, RefusedNameStillFillsPathAndArguments) {
     for (const char* name : {"D:\\Tower .max", "D:\\Tower..max", "D:\\.max", "D:\\work\\"}) {
         config.sceneFile = name;
         config.archivePath.clear();
@@ -120,12 +120,12 @@ TEST_F(SceneArchive, CommandLineOfAPlainPathIsTheProgramAndTheArguments) {
     EXPECT_EQ(PackCommandLine(config), config.sevenZipExe + tarvo::Utf8ToWide(config.packArguments));
 }
 
-TEST_F(SceneArchive, RecordThatWasNotPreparedRunsItsArgumentsAsTheyStand) {
+TEST_F(SceneArchive, UnpreparedRecordUsesItsArgumentsUnchanged) {
     config.packArguments = " l \"x.7z\"";
     EXPECT_EQ(PackCommandLine(config), L"C:\\7z.exe l \"x.7z\"");
 }
 
-// Whatever the code pages are: archive, command line, document and request name the same file.
+// With any code page, archive, command line, document and request name the same file.
 TEST_F(SceneArchive, AllCharactersReachTheCommandLine) {
     for (const char* name :
          {"caf\xC3\xA9", "H\xC4\x81lle", "\xE9\xA1\xB9\xE7\x9B\xAE", "\xED\x95\x9C", "\xF0\x9F\x98\x80",
@@ -143,8 +143,7 @@ TEST_F(SceneArchive, AllCharactersReachTheCommandLine) {
         const std::string between =
             line.substr(sizeof "C:\\7z.exe a -mx=3 -mmt=2 -t7z" - 1,
                         line.size() - paths.size() - (sizeof "C:\\7z.exe a -mx=3 -mmt=2 -t7z" - 1));
-        // Only where a path does not pass the code pages whole and the console's page has two-byte
-        // characters.
+        // Only when a path cannot be converted to the code page and the console's code page is double-byte.
         const std::wstring narrow = tarvo::LocaleToWide(config.packArguments);
         const bool is_whole = L" a -mx=3 -mmt=2 -t7z" + tarvo::Utf8ToWide(paths) == narrow;
         EXPECT_EQ(between, !is_whole && tarvo::HasDoubleByteConsole() ? " -sccUTF-8" : "");
@@ -156,7 +155,7 @@ struct RefusedPath {
     unsigned text_id;
 };
 
-TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
+TEST_F(SceneArchive, UnpackablePathIsRefusedWithItsReason) {
     const std::string long_stem(246, 'n');
     const std::string long_path = "D:\\" + std::string(33000, 'f') + "\\n.max";
     const std::string long_scene = "D:\\" + long_stem + ".max";
@@ -191,7 +190,7 @@ TEST_F(SceneArchive, WhatCannotBePackedIsRefusedWithItsReason) {
     }
 }
 
-TEST_F(SceneArchive, TextWithoutARefusalIsThatOfTheName) {
+TEST_F(SceneArchive, WithoutARefusalTheTextIsThatOfAnUnusableName) {
     config.sceneFile = "D:\\Tower.max";
     ASSERT_TRUE(prepare());
     ASSERT_EQ(tarvo::FindArchiveRefusal(config, std::wstring()), tarvo::ArchiveRefusal::none);
@@ -214,29 +213,29 @@ TEST_F(SceneArchive, LongestCommandLineIsPacked) {
 TEST_F(SceneArchive, LongestNameIsPacked) {
     config.sceneFile = "D:\\" + std::string(245, 'n') + ".max";
     EXPECT_TRUE(prepare());
-    // The first characters of a path that Windows does not touch.
+    // The prefix of an extended-length path.
     config.sceneFile = "\\\\?\\D:\\n.max";
     EXPECT_TRUE(prepare());
 }
 
-TEST_F(SceneArchive, HalfOfASurrogatePairIsRefused) {
+TEST_F(SceneArchive, LoneSurrogateIsRefused) {
     const std::wstring half = std::wstring(L"D:\\work\\a") + static_cast<wchar_t>(0xD83D) + L"b.max";
     test_host().file_path = half;
     config.sceneFile = tarvo::WideToUtf8(half);
     EXPECT_FALSE(prepare());
     EXPECT_EQ(tarvo::ArchiveRefusalText(config), static_cast<unsigned>(IDS_SCENE_PATH_CHARACTERS));
-    // A file that really is called so, and a pair that is whole.
+    // A file name with a real replacement character, then a complete pair.
     test_host().file_path = tarvo::Utf8ToWide(config.sceneFile);
     EXPECT_TRUE(prepare());
     config.sceneFile = "D:\\work\\\xF0\x9F\x98\x80.max";
     test_host().file_path = tarvo::Utf8ToWide(config.sceneFile);
     EXPECT_TRUE(prepare());
-    // Saved under a name that was typed: the host's path of before no longer matters.
+    // After a save under a typed name the host's earlier path is ignored.
     test_host().file_path = half;
     EXPECT_TRUE(prepare());
 }
 
-TEST_F(SceneArchive, SameSecondSameArchive) {
+TEST_F(SceneArchive, SameSecondGivesTheSameArchive) {
     for (int attempt = 0; attempt < 20; ++attempt) {
         const long long before = tarvo::SecondsSinceEpoch();
         prepare();
@@ -250,8 +249,8 @@ TEST_F(SceneArchive, SameSecondSameArchive) {
     FAIL() << "two calls never fell into one second";
 }
 
-TEST_F(SceneArchive, MakesTheFolder) {
-    // Named in Chinese: the folder is found and made whatever the code page is.
+TEST_F(SceneArchive, CreatesTheFolder) {
+    // A Chinese name: the folder is found and created with any code page.
     config.compressDir = tarvo::Utf8ToWide(support::plugin_folder() + "/\xE9\xA1\xB9\xE7\x9B\xAE " +
                                            std::to_string(tarvo::SecondsSinceEpoch()));
     ASSERT_FALSE(tarvo::PathExists(config.compressDir));
@@ -259,7 +258,7 @@ TEST_F(SceneArchive, MakesTheFolder) {
     EXPECT_TRUE(tarvo::PathExists(config.compressDir));
 }
 
-TEST_F(SceneArchive, EveryRefusalHasItsLine) {
+TEST_F(SceneArchive, EveryRefusalHasItsLogLine) {
     const struct {
         tarvo::ArchiveRefusal refusal;
         const char* line;

@@ -106,7 +106,7 @@ TEST(SubmitDocumentFrames, StartFrameIsCheckedFirst) {
     EXPECT_EQ(build(R"({"start_frame": "-1", "end_frame": "-1"})"), DocumentProblem::start_frame_negative);
 }
 
-TEST(SubmitDocumentFrames, EverythingElsePasses) {
+TEST(SubmitDocumentFrames, OtherFramesAreAccepted) {
     for (const char* frame : {"0", "\"0\"", "\"-0\"", "-0.9", "null", "true", "\"\"", "\"x-1\"", "4294967295",
                               "\"99999999999999999999\""}) {
         EXPECT_EQ(build(std::string("{\"start_frame\": ") + frame + "}"), DocumentProblem::none) << frame;
@@ -122,13 +122,13 @@ TEST(SubmitDocumentTypes, WrongTypesThrow) {
     }
 }
 
-TEST(SubmitDocumentTypes, EmptyObjectIsNoReferenceList) {
+TEST(SubmitDocumentTypes, EmptyObjectCountsAsNoReferenceList) {
     Json::Value document;
     EXPECT_EQ(build(R"({"reference_file": {}})", document), DocumentProblem::none);
     EXPECT_FALSE(document.isMember("reference_file"));
 }
 
-TEST(SubmitDocumentComments, KeptWithTheMembersThatStay) {
+TEST(SubmitDocumentComments, AreKeptOnlyWithTheirMembers) {
     Json::Value document;
     ASSERT_EQ(
         build("{\n// about the version\n\"version\": \"2019\",\n// about the cameras\n\"cameras\": [1]}",
@@ -141,7 +141,7 @@ TEST(SubmitDocumentComments, KeptWithTheMembersThatStay) {
 
 // 100,000 references and 10,000 cameras take well under a second; work that grows with their square takes
 // minutes.
-TEST(SubmitDocumentSize, LargeScene) {
+TEST(SubmitDocumentSize, LargeSceneTakesNoQuadraticTime) {
     constexpr unsigned kReferences = 100000;
     constexpr unsigned kCameras = 10000;
     Json::Value analysis(Json::objectValue);

@@ -1,4 +1,4 @@
-// The document's list of referenced files: what stays of an entry, and which entries stay.
+// The document's list of referenced files: which entries are kept, and what is kept of each.
 #include "common/json_text.h"
 #include "submit/submit_document.h"
 
@@ -27,7 +27,7 @@ std::string paths(std::initializer_list<const char*> names) {
     return tarvo::StyledJson(list);
 }
 
-TEST(SubmitReferences, TheScenesOwnEntriesGoWhereverTheyStand) {
+TEST(SubmitReferences, EntriesOfTheSceneItselfAreRemoved) {
     EXPECT_EQ(references_of(R"([{"path":"S"},{"path":"a"},{"path":"S"},{"path":"b"},{"path":"S"}])"),
               paths({"a", "b"}));
     EXPECT_EQ(references_of(R"([{"path":"a"},{"path":"b"},{"path":"S"}])"), paths({"a", "b"}));
@@ -35,13 +35,13 @@ TEST(SubmitReferences, TheScenesOwnEntriesGoWhereverTheyStand) {
     EXPECT_EQ(references_of("[]"), "");
 }
 
-TEST(SubmitReferences, ComparedByteForByte) {
+TEST(SubmitReferences, PathsAreComparedByteForByte) {
     EXPECT_EQ(references_of(R"([{"path":"s"},{"path":"S "},{"path":""},{"path":"SS"}])"),
               paths({"s", "S ", "", "SS"}));
     EXPECT_EQ(references_of(R"([{"path":""},{"path":"a"}])", ""), paths({"a"}));
 }
 
-TEST(SubmitReferences, OnlyThePathStaysAndAsText) {
+TEST(SubmitReferences, OnlyThePathIsKeptAndConvertedToText) {
     EXPECT_EQ(references_of(R"([{"path":"a","size":5},{"before":[1],"path":"b"},{"path":7},{"path":true},)"
                             R"({"path":null},{},null])"),
               paths({"a", "b", "7", "true", "", "", ""}));
@@ -53,7 +53,7 @@ TEST(SubmitReferences, AnObjectInsteadOfTheListIsRefused) {
     EXPECT_EQ(references_of("{}"), "");
 }
 
-TEST(SubmitReferences, CommentsAreNotPassedOn) {
+TEST(SubmitReferences, CommentsAreDropped) {
     EXPECT_EQ(references_of("/*1*/ [ // 2\n /*3*/ {\"path\": /*4*/ \"a\" /*5*/} /*6*/, // 7\n"
                             "{\"path\":\"S\"}, // 8\n {\"size\": 1, /*9*/ \"path\":\"b\" // 10\n}\n// 11\n]"),
               paths({"a", "b"}));

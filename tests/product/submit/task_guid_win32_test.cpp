@@ -1,4 +1,4 @@
-// The task id: its form, and what becomes of it when the system cannot make one.
+// The task id: its form, and the result when the system cannot create one.
 #include "submit/client_link.h"
 
 #include "common/text.h"
@@ -24,7 +24,7 @@ void expect_guid_shape(const std::string& text) {
     }
 }
 
-TEST(FormatGuid, FieldsInOrder) {
+TEST(FormatGuid, WritesTheFieldsInOrder) {
     const GUID guid = {0x1F0C3B7A, 0x9D2E, 0x4C11, {0x8A, 0x5B, 0x0E, 0x6D, 0x2F, 0x9A, 0x7C, 0x31}};
     EXPECT_EQ(FormatGuid(guid), "1F0C3B7A-9D2E-4C11-8A5B-0E6D2F9A7C31");
     expect_guid_shape(FormatGuid(guid));
@@ -36,12 +36,12 @@ TEST(FormatGuid, LeadingZerosAreKept) {
     EXPECT_EQ(FormatGuid({0, 0, 0, {}}), "00000000-0000-0000-0000-000000000000");
 }
 
-TEST(FormatGuid, LargestValues) {
+TEST(FormatGuid, LargestValuesAreFormatted) {
     const GUID guid = {0xFFFFFFFF, 0xFFFF, 0xFFFF, {255, 255, 255, 255, 255, 255, 255, 255}};
     EXPECT_EQ(FormatGuid(guid), "FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF");
 }
 
-TEST(NewTaskGuid, FreshEachTime) {
+TEST(NewTaskGuid, IsDifferentEachTime) {
     const std::wstring first = tarvo::NewTaskGuid();
     const std::wstring second = tarvo::NewTaskGuid();
     expect_guid_shape(tarvo::WideToUtf8(first));
@@ -54,7 +54,7 @@ HRESULT WINAPI no_guid(GUID* guid) {
     return E_FAIL;
 }
 
-TEST(SystemTaskGuid, FailureIsEmptyAndLogged) {
+TEST(SystemTaskGuid, FailureGivesAnEmptyIdAndIsLogged) {
     support::plugin_folder();
     const support::PatchedImport patch("ole32.dll", "CoCreateGuid", reinterpret_cast<void*>(&no_guid));
     ASSERT_TRUE(patch.installed());

@@ -106,7 +106,7 @@ TEST_F(SubmitDocumentFile, GoldenDocumentReachesTheDiskByteForByte) {
                          "[INFO] Write json file at: " + tarvo::WideToLocale(document()) + " successfully."});
 }
 
-TEST_F(SubmitDocumentFile, BodyPointsAtTheDocument) {
+TEST_F(SubmitDocumentFile, RequestBodyNamesTheDocument) {
     ASSERT_TRUE(write_analysis(R"({"app_version": "2019"})"));
     Json::Value request;
     ASSERT_TRUE(tarvo::ParseJson(body, request));
@@ -117,7 +117,7 @@ TEST_F(SubmitDocumentFile, BodyPointsAtTheDocument) {
     EXPECT_EQ(request["compressPath"].asString(), config.archivePath);
 }
 
-TEST_F(SubmitDocumentFile, NameIsReplacedAndTheStoreIsNot) {
+TEST_F(SubmitDocumentFile, NameIsReplacedInTheDocumentButNotInTheStore) {
     const std::string analysis = R"({"name": "C:\\old.max", "cameras": [1]})";
     ASSERT_TRUE(write_analysis(analysis));
     EXPECT_EQ(tarvo::WideToUtf8(scene.analysis_text()), analysis);
@@ -145,7 +145,7 @@ TEST_F(SubmitDocumentFile, LongerFileOfTheSameNameIsTruncated) {
     EXPECT_EQ(support::read_wide_file(document()).find('#'), std::string::npos);
 }
 
-TEST_F(SubmitDocumentFile, MissingFolderIsMadeWhateverTheCodePage) {
+TEST_F(SubmitDocumentFile, MissingFolderIsCreatedForAnyCodePage) {
     folder += L"/\x0531\x0532 \x9879\x76EE";
     ::RemoveDirectoryW(folder.c_str());
     tarvo::CreateFolder(tarvo::CommonAppDataFolder() + L"/Tarvo Rendering/json");
@@ -156,7 +156,7 @@ TEST_F(SubmitDocumentFile, MissingFolderIsMadeWhateverTheCodePage) {
     EXPECT_TRUE(::RemoveDirectoryW(folder.c_str()));
 }
 
-TEST_F(SubmitDocumentFile, AnalysisThatIsNoJson) {
+TEST_F(SubmitDocumentFile, InvalidJsonShowsABoxAndIsLogged) {
     for (const char* analysis : {"", "undefined", "{\"name\": "}) {
         SCOPED_TRACE(analysis);
         boxes.shown.clear();
@@ -166,7 +166,7 @@ TEST_F(SubmitDocumentFile, AnalysisThatIsNoJson) {
     }
 }
 
-TEST_F(SubmitDocumentFile, AnalysisThatTheLibraryRefuses) {
+TEST_F(SubmitDocumentFile, AnalysisRefusedByTheLibraryIsLoggedWithItsReason) {
     for (const std::string& analysis :
          {std::string(2000, '['), std::string("[1]"), std::string("\"text\""),
           std::string(R"({"reference_file": ["a"]})"), std::string(R"({"app_version": ["2019"]})")}) {
@@ -179,31 +179,31 @@ TEST_F(SubmitDocumentFile, AnalysisThatTheLibraryRefuses) {
     }
 }
 
-TEST_F(SubmitDocumentFile, NegativeStartFrame) {
+TEST_F(SubmitDocumentFile, NegativeStartFrameShowsABoxAndIsLogged) {
     EXPECT_FALSE(write_analysis(R"({"start_frame": "-1"})"));
     expect_failure(IDS_START_FRAME_NEGATIVE, "Start frame be less than 0 when submiting!");
 }
 
-TEST_F(SubmitDocumentFile, NegativeEndFrame) {
+TEST_F(SubmitDocumentFile, NegativeEndFrameShowsABoxAndIsLogged) {
     EXPECT_FALSE(write_analysis(R"({"start_frame": "0", "end_frame": -1})"));
     expect_failure(IDS_END_FRAME_NEGATIVE, "End frame be less than 0 when submiting!");
 }
 
-TEST_F(SubmitDocumentFile, FileThatCannotBeOpened) {
+TEST_F(SubmitDocumentFile, FileThatCannotBeOpenedShowsABoxAndIsLogged) {
     config.jsonPath = folder + L"/not there/nor here";
     EXPECT_FALSE(write_analysis("{}"));
     expect_failure(IDS_DOCUMENT_NOT_WRITTEN, "Open json file failed when write it!");
     EXPECT_EQ(config.jsonPath, folder + L"/not there/nor here");
 }
 
-// A full disk: the runtime takes part of the text only.
+// A full disk: the runtime writes only a part of the text.
 std::size_t short_write(const void*, std::size_t, std::size_t, std::FILE* file) {
     std::fputc('{', file);
     errno = ENOSPC;
     return 1;
 }
 
-// The same when the rest of the buffer is written.
+// The same, when fclose writes the rest of the buffer.
 int failing_close(std::FILE* file) {
     const auto real =
         reinterpret_cast<int (*)(std::FILE*)>(::GetProcAddress(::GetModuleHandleW(L"msvcrt.dll"), "fclose"));
@@ -212,7 +212,7 @@ int failing_close(std::FILE* file) {
     return EOF;
 }
 
-TEST_F(SubmitDocumentFile, TornFileStaysIsAnnouncedAndLoggedAsTorn) {
+TEST_F(SubmitDocumentFile, IncompleteFileIsKeptAnnouncedAndLogged) {
     const struct {
         const char* function;
         void* replacement;

@@ -94,7 +94,8 @@ class Programs:
         try:
             done = subprocess.run(["nice", "-n", "5", *command], env=environment, stdout=subprocess.PIPE,
                                   stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, timeout=seconds + 20,
-                                  check=False, start_new_session=True)
+                                  # A mutant may write where it is.
+                                  cwd=environment["TMPDIR"], check=False, start_new_session=True)
         except subprocess.TimeoutExpired as late:
             output = (late.stdout or b"").decode("utf-8", "replace")
             return Outcome(False, last(STARTED, output), "no end", output)

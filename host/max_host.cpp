@@ -45,16 +45,10 @@ std::wstring or_empty(const wchar_t* text) {
 // Copies the text: the host may collect the script value at any time.
 ScriptResult text_of(const FPValue& value) {
     const wchar_t* text = nullptr;
-    switch (value.type) {
-    case TYPE_STRING:
-    case TYPE_FILENAME:
+    if (value.type == TYPE_STRING || value.type == TYPE_FILENAME) {
         text = value.s;
-        break;
-    case TYPE_TSTR:
-        text = value.tstr == nullptr ? nullptr : value.tstr->data();
-        break;
-    default:
-        break;
+    } else if (value.type == TYPE_TSTR && value.tstr != nullptr) {
+        text = value.tstr->data();
     }
     ScriptResult result;
     result.has_text = text != nullptr;

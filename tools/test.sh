@@ -23,6 +23,8 @@ native_part() {
 }
 
 source_part() {
+    step "Building as with the host's SDK"
+    bash "$ROOT/tools/mock_sdk.sh"
     step "Checking the sources"
     bash "$ROOT/tools/lint.sh"
 }
@@ -64,8 +66,6 @@ fetch_test_dependencies
 
 step "Building for Windows"
 build_preset mingw-release
-step "Building as with the host's SDK"
-bash "$ROOT/tools/mock_sdk.sh"
 step "Checking the finished module"
 /usr/bin/python3 "$ROOT/tools/check_module.py" "$CROSS/bin/TarvoRendering.gup"
 

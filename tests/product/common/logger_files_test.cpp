@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 namespace {
 
 using support::file_bytes;
@@ -62,6 +64,18 @@ TEST(LoggerFiles, MissingNumberIsSkippedOnRotation) {
     EXPECT_FALSE(logs.has(3));
     EXPECT_EQ(read_file(logs.file(4)), "number 3");
     EXPECT_FALSE(logs.has(5));
+}
+
+// The numbers begin at 1.
+TEST(LoggerFiles, FileWithTheNumberZeroStays) {
+    const OwnLogFolder logs("_zero", "t_zero");
+    const std::string other = logs.folder() + "\\t_zero0.log";
+    Logger log("t_zero", 1, 5, 0);
+    support::write_file(other, "number 0");
+    log.Write(std::string(1024 * 1024, 'y'), "INFO");
+    EXPECT_EQ(file_bytes(logs.file(1)), log_line_bytes(1024 * 1024));
+    EXPECT_EQ(read_file(other), "number 0");
+    std::remove(other.c_str());
 }
 
 TEST(LoggerFiles, OpenCreatesAMissingFolder) {

@@ -18,6 +18,15 @@ TEST_F(PluginRefusals, RefusedMenuIsLoggedAndCreatedOnStartUpNotification) {
     EXPECT_EQ(own_menu(), host_sdk::describe_menus());
 }
 
+TEST_F(PluginRefusals, HostWithoutANewMenuItemIsLogged) {
+    const std::size_t mark = support::log_mark("qfx_data");
+    calls_.refused = "GetIMenuItem";
+    start();
+    const std::vector<std::string> lines = support::log_lines_since("qfx_data", mark);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ("[ERROR] The host gave no menu item.", lines.front());
+}
+
 TEST_F(PluginRefusals, ExceptionWhileTheTableIsActivatedAgainIsLogged) {
     const std::size_t mark = support::log_mark("qfx_data");
     calls_.throws_in = "IActionManager::FindTable";

@@ -91,7 +91,7 @@ protected:
     void expect_round_trip(const std::wstring& name) {
         SCOPED_TRACE(tarvo::WideToUtf8(name));
         ASSERT_TRUE(pack(name));
-        ASSERT_TRUE(archive_exists()) << config.archivePath;
+        ASSERT_TRUE(archive_exists()) << config.archivePath << " " << ::testing::PrintToString(lines);
         EXPECT_TRUE(unpacked(name) == scene_content()) << "the scene came back changed";
         ::DeleteFileW(tarvo::Utf8ToWide(config.archivePath).c_str());
     }
